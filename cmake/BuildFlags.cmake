@@ -1,0 +1,19 @@
+# What every target of the project is compiled and linked with, gathered in one interface target.
+add_library(velmorindal_flags INTERFACE)
+target_compile_options(velmorindal_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(VELMORINDAL_SANITIZE)
+    target_compile_options(velmorindal_flags INTERFACE
+        -fsanitize=${VELMORINDAL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(velmorindal_flags INTERFACE -fsanitize=${VELMORINDAL_SANITIZE})
+elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_options(velmorindal_flags INTERFACE
+        -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
+        target_compile_options(velmorindal_flags INTERFACE -fcf-protection)
+    endif()
+    if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+        target_link_options(velmorindal_flags INTERFACE -pie -Wl,-z,relro,-z,now)
+    endif()
+endif()

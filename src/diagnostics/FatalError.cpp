@@ -1,0 +1,17 @@
+#include "diagnostics/FatalError.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "diagnostics/Print.h"
+
+namespace velmorindal {
+
+void fatalError(std::string_view message) {
+    writeLine(STDERR_FILENO, message);
+    std::abort();
+}
+
+}  // namespace velmorindal

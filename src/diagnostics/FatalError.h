@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+namespace velmorindal {
+
+/// Writes `message` and a newline to standard error as one write, then aborts the process.
+///
+/// For conversions that cannot fail while the program is right: going on would put a wrong byte on the wire.
+/// Safe from any thread.
+[[noreturn]] void fatalError(std::string_view message);
+
+}  // namespace velmorindal

@@ -1,0 +1,91 @@
+#include "diagnostics/Print.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+
+namespace velmorindal {
+namespace {
+
+/// Within these bounds a number is written out in full, beyond them with an exponent.
+constexpr double smallestPlain = 1e-4;
+constexpr double largestPlain = 1e16;
+
+template <typename Floating>
+std::string shortestText(Floating value) {
+    const double magnitude = std::fabs(static_cast<double>(value));
+    const bool plain = magnitude == 0.0 || (magnitude >= smallestPlain && magnitude < largestPlain);
+    std::array<char, 64> buffer{};
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       plain ? std::chars_format::fixed : std::chars_format::scientific);
+    std::string text{buffer.data(), written.ptr};
+    if (plain && text.find('.') == std::string::npos) {
+        text += ".0";
+    }
+    return text;
+}
+
+std::string quoted(std::string_view text) {
+    constexpr std::string_view hexDigits = "0123456789abcdef";
+    std::string result = "\"";
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (character == '"' || character == '\\') {
+            result += '\\';
+            result += character;
+        } else if (byte < 0x20 || byte == 0x7F) {
+            result += "\\x";
+            result += hexDigits[byte >> 4U];
+            result += hexDigits[byte & 0x0FU];
+        } else {
+            result += character;
+        }
+    }
+    return result + '"';
+}
+
+}  // namespace
+
+PrintItem::PrintItem(float value) : text_{shortestText(value)} {}
+
+PrintItem::PrintItem(double value) : text_{shortestText(value)} {}
+
+PrintItem::PrintItem(const std::vector<std::string>& list) : text_{"["} {
+    for (const std::string& entry : list) {
+        if (text_.size() > 1) {
+            text_ += ", ";
+        }
+        text_ += quoted(entry);
+    }
+    text_ += "]";
+}
+
+void writeLine(int descriptor, std::string_view text) {
+    std::string line{text};
+    line += '\n';
+    std::string_view rest = line;
+    while (!rest.empty()) {
+        const ssize_t written = ::write(descriptor, rest.data(), rest.size());
+        if (written > 0) {
+            rest.remove_prefix(static_cast<std::size_t>(written));
+        } else if (written == 0 || errno != EINTR) {
+            return;
+        }
+    }
+}
+
+void printItems(std::span<const PrintItem> items) {
+    std::string line;
+    for (const PrintItem& item : items) {
+        if (&item != items.data()) {
+            line += ' ';
+        }
+        line += item.text();
+    }
+    writeLine(STDOUT_FILENO, line);
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace velmorindal {
+
+/// One item of a diagnostic line, already turned into text. The conversions never look at the locale.
+class PrintItem {
+  public:
+    // Implicit on purpose: call sites list plain values.
+    PrintItem(std::string_view text) : text_{text} {}
+    PrintItem(const char* text) : text_{text} {}
+    PrintItem(const std::string& text) : text_{text} {}
+    /// "true" or "false".
+    PrintItem(std::same_as<bool> auto value) : text_{value ? "true" : "false"} {}
+    /// Decimal; a byte is a number, not a character.
+    template <std::integral Integer>
+    requires(!std::same_as<Integer, bool>) PrintItem(Integer value) : text_{std::to_string(value)} {}
+    /// The shortest decimal form that reads back to the same value, with ".0" when integral.
+    PrintItem(float value);
+    PrintItem(double value);
+    /// The case's name, found by a `caseName(value)` beside the enumeration.
+    template <typename Enumeration>
+    requires std::is_enum_v<Enumeration> PrintItem(Enumeration value) : text_{caseName(value)} {}
+    /// `["a", "b"]`, quotes, backslashes and control characters escaped.
+    PrintItem(const std::vector<std::string>& list);
+
+    const std::string& text() const { return text_; }
+
+  private:
+    std::string text_;
+};
+
+/// Writes `text` and a newline to `descriptor` as one write, retried where the system takes only a part of
+/// it. A descriptor that cannot be written is ignored: diagnostics never stop the program.
+void writeLine(int descriptor, std::string_view text);
+
+/// Writes the items, joined by one space, and a newline to standard output as one write. Safe from any
+/// thread.
+void printItems(std::span<const PrintItem> items);
+
+template <typename... Items>
+void print(const Items&... items) {
+    const PrintItem converted[] = {PrintItem(items)...};
+    printItems(converted);
+}
+
+}  // namespace velmorindal

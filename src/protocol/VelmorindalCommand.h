@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "protocol/VelmorindalError.h"
+#include "protocol/VelmorindalMessageType.h"
+
+namespace velmorindal {
+
+using ByteBuffer = std::vector<std::uint8_t>;
+
+/// What all messages share: the four-byte header.
+///
+///     offset  width  field
+///     0       1      frame kind: CommandByte or ResponseByte
+///     1       1      0x62, the binary marker
+///     2       1      message type
+///     3       1      n, the number of payload bytes that follow, 0..255
+///     4       n      payload
+///
+/// There is no checksum and no terminator; multi-byte values are little-endian. Safe from any thread.
+class VelmorindalCommandProtocol {
+  public:
+    static constexpr std::size_t HeaderSize = 4;
+    static constexpr std::uint8_t CommandByte = 0x63;   // 'c'
+    static constexpr std::uint8_t ResponseByte = 0x72;  // 'r'
+    static constexpr std::uint8_t ErrorByte = 0x65;     // 'e', never built and never accepted
+
+    /// The frame of `payload`. Of the payload's length only the low eight bits reach the header.
+    static ByteBuffer addHeader(std::span<const std::uint8_t> payload, std::uint8_t messageType,
+                                bool isCommand);
+
+    /// Whether `buffer` is one whole frame of `messageType`. Prints one line naming the first check that
+    /// failed.
+    static bool verifyHeader(std::span<const std::uint8_t> buffer, std::uint8_t messageType);
+
+  protected:
+    ~VelmorindalCommandProtocol() = default;
+};
+
+/// One message, short-lived: built for one exchange and dropped. Not shared between threads.
+class VelmorindalCommand : public VelmorindalCommandProtocol {
+  public:
+    VelmorindalCommand() = default;
+    VelmorindalCommand(const VelmorindalCommand&) = default;
+    VelmorindalCommand& operator=(const VelmorindalCommand&) = default;
+    virtual ~VelmorindalCommand() = default;
+
+    /// The whole frame, header included.
+    ///
+    /// @throws VelmorindalException NotImplementedError where a message cannot be sent; InvalidMessageError
+    /// where
+    ///         the message checks `_valid` and it is false.
+    virtual ByteBuffer serialize() const;
+
+    /// Decodes a whole frame into the fields and sets `_valid` to whether that succeeded; on failure the
+    /// other fields keep their values.
+    ///
+    /// @returns `_valid`.
+    /// @throws VelmorindalException NotImplementedError where a message cannot be received.
+    virtual bool deserialize(std::span<const std::uint8_t> buffer);
+
+    /// True while the object holds a usable message.
+    bool _valid = true;
+};
+
+}  // namespace velmorindal

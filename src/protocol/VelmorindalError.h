@@ -1,0 +1,26 @@
+#pragma once
+
+#include <exception>
+#include <string_view>
+
+namespace velmorindal {
+
+enum class VelmorindalError {
+    NotImplementedError,  ///< the message class does not support that direction
+    InvalidMessageError,  ///< a message whose `_valid` is false was asked to serialize
+    NoConnectionError,    ///< an exchange without an open port, or one that nothing answered
+};
+
+std::string_view caseName(VelmorindalError error);
+
+class VelmorindalException : public std::exception {
+  public:
+    explicit VelmorindalException(VelmorindalError velmorindalError) : error{velmorindalError} {}
+
+    /// The case's name.
+    const char* what() const noexcept override;
+
+    VelmorindalError error;
+};
+
+}  // namespace velmorindal

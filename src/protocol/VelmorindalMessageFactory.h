@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "protocol/VelmorindalCommand.h"
+
+namespace velmorindal {
+
+/// Turns a received frame into the message object of its type. Safe from any thread.
+class VelmorindalMessageFactory {
+  public:
+    /// @returns nothing for a frame shorter than its header, of an unknown type or of a type that is only
+    /// ever
+    ///          sent; otherwise an object whose `_valid` says whether the frame passed its checks.
+    static std::unique_ptr<VelmorindalCommand> createFromWire(std::span<const std::uint8_t> buffer);
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <utility>
+
+#include "session/ChangeNotifier.h"
+#include "session/Guarded.h"
+
+namespace velmorindal {
+
+/// A property that announces on a notifier immediately before every assignment, also of an equal value.
+///
+/// Reading is safe from any thread; assigning is the main thread's, but for the exceptions that the
+/// operations of the model name.
+template <typename Value>
+class Published {
+  public:
+    Published(const ChangeNotifier& notifier, Value initial)
+        : notifier_{notifier}, value_{std::move(initial)} {}
+
+    Value get() const { return value_.get(); }
+
+    Published& operator=(Value next) {
+        notifier_.announce();
+        value_ = std::move(next);
+        return *this;
+    }
+
+  private:
+    const ChangeNotifier& notifier_;
+    Guarded<Value> value_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,162 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "protocol/VelmorindalCommand.h"
+#include "session/ChangeNotifier.h"
+#include "session/Dispatch.h"
+#include "session/DongleSearch.h"
+#include "session/Guarded.h"
+#include "session/ModelTypes.h"
+#include "session/Published.h"
+#include "transport/SerialPort.h"
+
+namespace velmorindal {
+
+/// The one model and controller of the program: the settings being edited, and every exchange with the
+/// device.
+///
+/// Published properties announce on `objectWillChange` before they change and are changed on the main thread
+/// only, with two exceptions named below. The operations that talk to the device block and run on a
+/// background thread, one at a time: nothing locks the port between them. They hand every published change to
+/// the main queue of the Dispatch that the model was made with, which must outlive every background run.
+class VelmorindalSwitch {
+  public:
+    explicit VelmorindalSwitch(Dispatch& dispatch, DongleSearch search = {});
+    VelmorindalSwitch(const VelmorindalSwitch&) = delete;
+    VelmorindalSwitch& operator=(const VelmorindalSwitch&) = delete;
+    /// Neither closes the port nor talks to the device: disconnect() does.
+    ~VelmorindalSwitch();
+
+    ChangeNotifier objectWillChange;
+
+    Published<ConnectionStatus> connectionState{objectWillChange, ConnectionStatus::idle};
+    /// The port to the dongle; stays after disconnect(), closed.
+    Guarded<std::shared_ptr<SerialPort>> serialPort;
+    /// True once the device's settings have been read completely.
+    std::atomic<bool> isValid{false};
+    /// The text of the latest failure or warning, for the wizard's dialogs.
+    Guarded<std::optional<std::string>> lastError;
+    Published<OutputPath> outputPath{objectWillChange, OutputPath::Switch};
+    Published<OutputMode> outputMode{objectWillChange, OutputMode::Direct};
+    /// One value: changing one key republishes all three.
+    Published<keyList> outputKeys{objectWillChange, keyList{}};
+    /// The clarity threshold of a hum, 0 to 1.
+    Published<float> clarity{objectWillChange, 0.5F};
+    /// The duration in seconds that separates a short hum from a long one.
+    Published<float> cutoff{objectWillChange, 1.5F};
+    Published<bool> shortEnabled{objectWillChange, false};
+    Published<bool> longEnabled{objectWillChange, true};
+    /// The settings were just written to the device and not changed since.
+    Published<bool> justSaved{objectWillChange, false};
+    /// Whole steps: 0 to 6 of a connection with its read, 0 to 5 of a write.
+    Published<double> readWriteProgress{objectWillChange, 0.0};
+    Published<PollingState> pollingState{objectWillChange, PollingState::none};
+    /// A calibration run is under way, from the moment it is submitted to its very end.
+    std::atomic<bool> bgIsProcessing{false};
+    /// The clarity last reported, 0 while clarity polling does not run.
+    Published<double> detectedClarity{objectWillChange, 0.0};
+    /// The length of the last hum in seconds, 0 while duration polling does not run.
+    Published<double> detectedDuration{objectWillChange, 0.0};
+
+    /// The text that shows a key, in pickers and in the settings file.
+    static const std::map<OutputKey, std::string>& keyDisplayStrings();
+    /// All keys in the order in which pickers offer them.
+    static const std::vector<OutputKey>& keyDisplayOrder();
+    /// Two keystrokes packed as modifier, key, modifier, key, most significant byte first; the keys are USB
+    /// HID usage IDs. A single keystroke leaves the second pair zero.
+    static const std::map<OutputKey, std::uint32_t>& keyCodes();
+    /// Every key whose code is `code`, in key order.
+    static std::vector<OutputKey> keysWithCode(std::uint32_t code);
+
+    /// The paths of the dongles that answer a version query with a text starting "Velmorindal", in the order
+    /// in which the directory walk met them. Blocks up to two seconds for each silent candidate; background
+    /// thread.
+    std::vector<std::string> listDevices();
+
+    /// Finds a dongle, opens it, checks version and link, and reads the device's settings. Background thread.
+    ///
+    /// @returns true when the settings were read. `lastError` holds the reason otherwise, and after a success
+    /// it may
+    ///          hold the warning that several dongles are plugged in.
+    bool connect();
+
+    /// Closes the port, after reading what has arrived (up to 1000 bytes) when `flush` is set. Main thread;
+    /// sets `connectionState` on its caller's thread. Safe while connect() runs, and with no port.
+    void disconnect(bool flush);
+
+    /// Reads the settings that the device holds into the model. Background thread.
+    ///
+    /// @returns false with the reason in `lastError`; properties posted by earlier steps keep their new
+    /// values. A
+    ///          query that throws sets `connectionState` to `error` on the calling thread.
+    bool readSettingsFromDevice();
+
+    /// Writes the settings to the device in one fixed sequence that ends with the order to store them.
+    /// Background thread.
+    ///
+    /// @returns true when every command was acknowledged; otherwise nothing was sent (`lastError` untouched
+    /// when no
+    ///          settings were ever read, else holding the reason) or a step failed: no later step was sent,
+    ///          nothing is undone, `connectionState` becomes `error` and `lastError` holds the text.
+    bool commitSettingsToDevice();
+
+    /// Starts a calibration run in the background and returns at once. Main thread, and only while
+    /// `bgIsProcessing` is false.
+    void beginClarityPolling();
+    void beginDurationPolling();
+
+    /// Main thread. Ends a calibration run, also one that is only just starting, and waits until it has wound
+    /// down, running pending main-queue work between checks 20 ms apart.
+    void stopPollingAndWait();
+
+    /// Asks the device for the current value of one message type: four bytes out, one frame in. Frames of
+    /// other types are discarded, without a limit. Background thread.
+    ///
+    /// @returns what the factory made of the answer: nothing, or an object whose `_valid` may be false;
+    /// nothing also
+    ///          when the query could not be written whole.
+    /// @throws VelmorindalException NoConnectionError without a port, when the write throws, and when no
+    /// whole frame
+    ///         arrives in time.
+    std::unique_ptr<VelmorindalCommand> queryDevice(std::uint8_t code);
+
+    /// Writes a message and waits for its acknowledgement, a frame of the same type. Background thread.
+    ///
+    /// @returns whether the answer's header is well formed; false also when the frame could not be written
+    /// whole.
+    /// @throws VelmorindalException NoConnectionError without a port and when no whole frame arrives in time,
+    ///         NotImplementedError for the base class, whatever serialize() throws before anything is
+    ///         written; PortException when the write throws.
+    bool sendCommand(const VelmorindalCommand& command);
+
+    /// Writes the chosen settings to an XML file that is replaced in one step. Main thread. `filename` is
+    /// UTF-8.
+    ///
+    /// @returns true, also when writing failed: the failure is printed and an earlier file stays as it was.
+    bool writeXML(const std::string& filename);
+
+    /// Loads the settings from an XML file. Main thread. `filename` is UTF-8.
+    ///
+    /// @returns false with the reason in `lastError` and every setting unchanged when the file cannot be
+    /// read, is not
+    ///          well formed, or lacks a setting.
+    bool loadXML(const std::string& filename);
+
+  private:
+    std::optional<ByteBuffer> readMessage();
+    ByteBuffer readAnswer(std::uint8_t messageType);
+    bool failConnection(std::string text);
+
+    Dispatch& dispatch_;
+    const DongleSearch search_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,29 @@
+#pragma once
+
+namespace velmorindal {
+
+/// A colour by its parts, each 0 to 1.
+struct Color {
+    double red;
+    double green;
+    double blue;
+
+    bool operator==(const Color&) const = default;
+};
+
+/// A horizontal bar: what it shows, and how far it is filled.
+struct ProgressBar {
+    double value;
+    /// The value that fills the bar.
+    double maxValue;
+    /// Whether the empty track is drawn.
+    bool backgroundEnabled;
+    Color backgroundColor;
+    Color foregroundColor;
+
+    /// The width of the fill where `availableWidth` is the track's: never more than the track, and negative
+    /// for a negative value, which is drawn as nothing.
+    double fillWidth(double availableWidth) const;
+};
+
+}  // namespace velmorindal

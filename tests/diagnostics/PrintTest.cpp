@@ -1,0 +1,100 @@
+#include "diagnostics/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace velmorindal {
+namespace {
+
+enum class Weather { sunny, rainy };
+
+std::string_view caseName(Weather weather) {
+    return weather == Weather::sunny ? "sunny" : "rainy";
+}
+
+template <typename... Items>
+std::string printed(const Items&... items) {
+    testing::internal::CaptureStdout();
+    print(items...);
+    return testing::internal::GetCapturedStdout();
+}
+
+TEST(Print, JoinsItemsByOneSpaceSoThatBlanksInTextsAddUp) {
+    EXPECT_EQ(printed("Header length was ", 3, " and I expected at least ", 4),
+              "Header length was  3  and I expected at least  4\n");
+}
+
+TEST(Print, WritesNothingButANewlineForAnEmptyText) {
+    EXPECT_EQ(printed(""), "\n");
+}
+
+TEST(Print, WritesAByteAsANumber) {
+    EXPECT_EQ(printed(std::uint8_t{0x63}, std::uint16_t{300}, -1), "99 300 -1\n");
+}
+
+TEST(Print, WritesBooleansAsWords) {
+    EXPECT_EQ(printed(true, false), "true false\n");
+}
+
+TEST(Print, WritesAnEnumerationByItsCaseName) {
+    EXPECT_EQ(printed("It is", Weather::rainy), "It is rainy\n");
+}
+
+TEST(Print, WritesAListInBracketsWithItsTextsQuoted) {
+    EXPECT_EQ(printed(std::vector<std::string>{"a", "b"}), "[\"a\", \"b\"]\n");
+    EXPECT_EQ(printed(std::vector<std::string>{}), "[]\n");
+    EXPECT_EQ(printed(std::vector<std::string>{"a\"\\\n"}), "[\"a\\\"\\\\\\x0a\"]\n");
+}
+
+TEST(Print, WritesFloatingPointNumbersInTheShortestFormThatReadsBack) {
+    EXPECT_EQ(printed(1.0, 0.0, -0.0, 25.0), "1.0 0.0 -0.0 25.0\n");
+    EXPECT_EQ(printed(0.37F), "0.37\n");
+    EXPECT_EQ(printed(static_cast<double>(0.37F)), "0.3700000047683716\n");
+    EXPECT_EQ(printed(100000.0, 123456789.5), "100000.0 123456789.5\n");
+    EXPECT_EQ(printed(1e16, 1e-5), "1e+16 1e-05\n");
+    EXPECT_EQ(printed(std::numeric_limits<double>::infinity()), "inf\n");
+}
+
+TEST(Print, IgnoresTheLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    for (const char* commaLocale : {"de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
+        std::setlocale(LC_ALL, commaLocale);
+        EXPECT_EQ(printed(1.5, 1234567), "1.5 1234567\n") << commaLocale;
+    }
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(Print, KeepsTheLinesOfTwoThreadsWhole) {
+    testing::internal::CaptureStdout();
+    const auto write = [](const char* text) {
+        for (int line = 0; line < 500; ++line) {
+            print(text, line % 2 == 0);
+        }
+    };
+    std::thread first{write, "one thread writes"};
+    std::thread second{write, "and another writes"};
+    first.join();
+    second.join();
+    const std::string output = testing::internal::GetCapturedStdout();
+    std::size_t lines = 0;
+    for (std::size_t start = 0; start < output.size();) {
+        const std::size_t end = output.find('\n', start);
+        ASSERT_NE(end, std::string::npos);
+        const std::string line = output.substr(start, end - start);
+        EXPECT_TRUE(line == "one thread writes true" || line == "one thread writes false" ||
+                    line == "and another writes true" || line == "and another writes false")
+            << line;
+        ++lines;
+        start = end + 1;
+    }
+    EXPECT_EQ(lines, 1000U);
+}
+
+}  // namespace
+}  // namespace velmorindal
