@@ -12,8 +12,8 @@ namespace velmorindal {
 class VelmorindalMessageFactory {
   public:
     /// @returns nothing for a frame shorter than its header, of an unknown type or of a type that is only
-    /// ever
-    ///          sent; otherwise an object whose `_valid` says whether the frame passed its checks.
+    /// sent;
+    ///          otherwise an object whose `_valid` says whether the frame passed its checks.
     static std::unique_ptr<VelmorindalCommand> createFromWire(std::span<const std::uint8_t> buffer);
 };
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "protocol/VelmorindalCommand.h"
+
+namespace velmorindal {
+
+/// The order to reset the device. Only sent.
+///
+///     command, no payload
+///
+/// With nothing in it that could be wrong, it is sent whatever `_valid` says.
+class VCReset final : public VelmorindalCommand {
+  public:
+    static constexpr VelmorindalMessageType messageType = VelmorindalMessageType::reset;
+
+    ByteBuffer serialize() const override;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,68 @@
+#include "protocol/VelmorindalCommand.h"
+
+#include "diagnostics/Print.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr std::uint8_t binaryMarker = 0x62;  // 'b'
+
+}  // namespace
+
+ByteBuffer VelmorindalCommandProtocol::addHeader(std::span<const std::uint8_t> payload,
+                                                 std::uint8_t messageType, bool isCommand) {
+    ByteBuffer frame;
+    frame.reserve(HeaderSize + payload.size());
+    frame.push_back(isCommand ? CommandByte : ResponseByte);
+    frame.push_back(binaryMarker);
+    frame.push_back(messageType);
+    frame.push_back(static_cast<std::uint8_t>(payload.size() & 0xFFU));
+    frame.insert(frame.end(), payload.begin(), payload.end());
+    return frame;
+}
+
+bool VelmorindalCommandProtocol::verifyHeader(std::span<const std::uint8_t> buffer,
+                                              std::uint8_t messageType) {
+    if (buffer.size() < HeaderSize) {
+        print("Header length was ", buffer.size(), " and I expected at least ", HeaderSize);
+        return false;
+    }
+    if (buffer[0] != CommandByte && buffer[0] != ResponseByte) {
+        // The line names the error byte among the kinds, yet a device's error frame is refused here on
+        // purpose.
+        print("Message type unexpected: ", buffer[0], " command/response/error are ", CommandByte,
+              ResponseByte, ErrorByte);
+        return false;
+    }
+    if (buffer[1] != binaryMarker) {
+        print("Expected binary message (", binaryMarker, "). Got ", buffer[1]);
+        return false;
+    }
+    if (buffer[2] != messageType) {
+        // The stray parenthesis is part of the line.
+        print("Expected message type ", messageType, "). Got ", buffer[2]);
+        return false;
+    }
+    const std::size_t payloadLength = buffer.size() - HeaderSize;
+    if (payloadLength != buffer[3]) {
+        print("Expected total payload length of ", buffer[3], " but got ", payloadLength);
+        return false;
+    }
+    return true;
+}
+
+ByteBuffer VelmorindalCommand::serialize() const {
+    throw VelmorindalException{VelmorindalError::NotImplementedError};
+}
+
+bool VelmorindalCommand::deserialize(std::span<const std::uint8_t> /*buffer*/) {
+    throw VelmorindalException{VelmorindalError::NotImplementedError};
+}
+
+void VelmorindalCommand::requireValid() const {
+    if (!_valid) {
+        throw VelmorindalException{VelmorindalError::InvalidMessageError};
+    }
+}
+
+}  // namespace velmorindal

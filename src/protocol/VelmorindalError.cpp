@@ -1,0 +1,21 @@
+#include "protocol/VelmorindalError.h"
+
+namespace velmorindal {
+
+std::string_view caseName(VelmorindalError error) {
+    switch (error) {
+        case VelmorindalError::NotImplementedError:
+            return "NotImplementedError";
+        case VelmorindalError::InvalidMessageError:
+            return "InvalidMessageError";
+        case VelmorindalError::NoConnectionError:
+            return "NoConnectionError";
+    }
+    return "";
+}
+
+const char* VelmorindalException::what() const noexcept {
+    return caseName(error).data();  // every name is a literal, so its end is marked
+}
+
+}  // namespace velmorindal

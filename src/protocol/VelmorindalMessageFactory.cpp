@@ -1,0 +1,61 @@
+#include "protocol/VelmorindalMessageFactory.h"
+
+#include <algorithm>
+#include <array>
+
+#include "protocol/RawValue.h"
+#include "protocol/VCAutoTune.h"
+#include "protocol/VCHumDuration.h"
+#include "protocol/VCHumThresholds.h"
+#include "protocol/VCKeyboardConfig.h"
+#include "protocol/VCLastHumDuration.h"
+#include "protocol/VCOutputPath.h"
+#include "protocol/VCProtocolSelect.h"
+#include "protocol/VCRelayConfig.h"
+#include "protocol/VCReset.h"
+#include "protocol/VCStatus.h"
+#include "protocol/VCVersion.h"
+#include "protocol/VCWriteSettings.h"
+
+namespace velmorindal {
+namespace {
+
+struct Entry {
+    std::uint8_t code;
+    std::unique_ptr<VelmorindalCommand> (*make)();
+};
+
+template <typename Message>
+constexpr Entry entryFor() {
+    return {rawValue(Message::messageType),
+            []() -> std::unique_ptr<VelmorindalCommand> { return std::make_unique<Message>(); }};
+}
+
+constexpr std::array entries{
+    entryFor<VCHumDuration>(),     entryFor<VCHumThresholds>(), entryFor<VCKeyboardConfig>(),
+    entryFor<VCLastHumDuration>(), entryFor<VCOutputPath>(),    entryFor<VCStatus>(),
+    entryFor<VCAutoTune>(),        entryFor<VCVersion>(),       entryFor<VCWriteSettings>(),
+    entryFor<VCProtocolSelect>(),  entryFor<VCRelayConfig>(),   entryFor<VCReset>(),
+};
+
+}  // namespace
+
+std::unique_ptr<VelmorindalCommand> VelmorindalMessageFactory::createFromWire(
+    std::span<const std::uint8_t> buffer) {
+    if (buffer.size() < VelmorindalCommandProtocol::HeaderSize) {
+        return nullptr;
+    }
+    const auto* const entry = std::ranges::find(entries, buffer[2], &Entry::code);
+    if (entry == entries.end()) {
+        return nullptr;
+    }
+    auto message = entry->make();
+    try {
+        message->deserialize(buffer);
+    } catch (const VelmorindalException&) {
+        return nullptr;  // a message that is only sent
+    }
+    return message;
+}
+
+}  // namespace velmorindal
