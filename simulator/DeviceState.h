@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmorindal {
+
+// Every field holds what was on the wire, unchecked: a test may put any byte into the device. The initial
+// values are the simulated device's factory settings.
+
+/// Ticks are 40 ms each.
+struct HumDurationSettings {
+    std::uint8_t detectMode = 3;  ///< 0 continuous, 1 short only, 2 long only, 3 short and long
+    std::uint16_t minShort = 0;   ///< ticks, as the three below
+    std::uint16_t maxShort = 25;
+    std::uint16_t minLong = 25;
+    std::uint16_t maxLong = 0xFFFF;
+    std::uint8_t holdOn = 4;
+    std::uint8_t holdOff = 0;
+
+    bool operator==(const HumDurationSettings&) const = default;
+};
+
+struct HumThresholdSettings {
+    float ap = 0.5F;  ///< clarity, 0 to 1
+    float si = 0.5F;
+
+    bool operator==(const HumThresholdSettings&) const = default;
+};
+
+struct RelaySettings {
+    std::uint8_t mode = 1;  ///< 0 follow, 1 fixed, 2 toggle
+    std::uint8_t type = 0;  ///< 0 normally open, 1 normally closed
+    std::uint16_t minPulse = 10;
+    std::uint16_t maxPulse = 1000;
+
+    bool operator==(const RelaySettings&) const = default;
+};
+
+/// Two keystrokes, modifier then key each (USB HID usage numbers): the short hum's four bytes, then the long
+/// hum's.
+using KeyBytes = std::array<std::uint8_t, 8>;
+
+struct DeviceSettings {
+    std::uint8_t protocol = 0;    ///< 0 Gazell, 1 Bluetooth
+    std::uint8_t outputPath = 1;  ///< 0 USB, 1 relay
+    HumDurationSettings humDuration;
+    HumThresholdSettings thresholds;
+    KeyBytes keys{0x00, 0x2C, 0x00, 0x00, 0x00, 0x28, 0x00, 0x00};  ///< space, enter
+    RelaySettings shortRelay;
+    RelaySettings longRelay;
+
+    bool operator==(const DeviceSettings&) const = default;
+};
+
+/// All that a simulated device remembers.
+struct DeviceState {
+    std::string version = "Velmorindal 1.1M";  ///< at most 255 bytes of it are sent
+    std::uint8_t linkState = 1;                ///< 0: the dongle does not reach the device
+    DeviceSettings settings;                   ///< what it works with and answers queries from
+    std::optional<DeviceSettings> stored;  ///< what the last order to store kept; nothing before the first
+    unsigned timesStored = 0;
+    std::uint8_t autoTuneChannel = 0;      ///< 2 while it streams reports
+    std::uint16_t lastHumTicks = 0;        ///< reported once, 0 afterwards
+    bool lastHumFromSecondSensor = false;  ///< the third byte of that report
+
+    bool operator==(const DeviceState&) const = default;
+};
+
+/// What was stored, in words, one setting a line; one line saying so where nothing was. Independent of the
+/// locale.
+std::vector<std::string> storedSettingsInWords(const DeviceState& state);
+
+}  // namespace velmorindal
