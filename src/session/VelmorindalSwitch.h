@@ -151,9 +151,38 @@ class VelmorindalSwitch {
     bool loadXML(const std::string& filename);
 
   private:
+    static constexpr std::string_view notConnectedText =
+        "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device is "
+        "connected and run this program again.";
+
+    /// One whole frame, or nothing when the port is absent or gone or its deadline passed first.
     std::optional<ByteBuffer> readMessage();
+    /// The next frame of that type; the others before it are discarded. Throws NoConnectionError when none
+    /// comes.
     ByteBuffer readAnswer(std::uint8_t messageType);
+
+    // The steps of connect(), each false after it has left the reason.
+    bool openDongle(const std::string& path);
+    bool checkVersion();
+    bool checkLink();
+    bool readSettingsAndFinish();
     bool failConnection(std::string text);
+    static void flushPort(SerialPort* port);
+
+    // The steps of readSettingsFromDevice(), each false after it has left the reason.
+    bool readOutputPath();
+    bool readHumDuration();
+    bool readThresholds();
+    bool readKeys();
+
+    // The calibration runs, their turns, and what starts them.
+    void beginPolling(void (VelmorindalSwitch::*run)());
+    void clarityPolling();
+    void pollClarity();
+    void durationPolling();
+    void pollDuration();
+    /// sendCommand() with every failure as false.
+    bool acknowledged(const VelmorindalCommand& command);
 
     Dispatch& dispatch_;
     const DongleSearch search_;

@@ -1,0 +1,142 @@
+#include <chrono>
+#include <exception>
+#include <thread>
+
+#include "diagnostics/Print.h"
+#include "protocol/VCAutoTune.h"
+#include "protocol/VCLastHumDuration.h"
+#include "protocol/VelmorindalMessageFactory.h"
+#include "session/MessageCast.h"
+#include "session/VelmorindalSwitch.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr auto lastHumCode = static_cast<std::uint8_t>(VelmorindalMessageType::lastHumDuration);
+constexpr std::uint8_t reportingChannel = 2;
+constexpr std::uint8_t silentChannel = 0;
+constexpr double tickSeconds = 0.04;
+constexpr std::chrono::milliseconds betweenChecks{20};
+
+/// How long a loop rests after an exchange that brought nothing. On a live port the port's own time-out paces
+/// the loop; a port that is gone fails at once, and without this rest the loop would keep a core and the log
+/// busy.
+constexpr std::chrono::milliseconds restAfterNothing{20};
+
+}  // namespace
+
+void VelmorindalSwitch::beginClarityPolling() {
+    beginPolling(&VelmorindalSwitch::clarityPolling);
+}
+
+void VelmorindalSwitch::beginDurationPolling() {
+    beginPolling(&VelmorindalSwitch::durationPolling);
+}
+
+void VelmorindalSwitch::beginPolling(void (VelmorindalSwitch::*run)()) {
+    // Set here, not when the run gets its thread: a second press in between must not start a second run.
+    if (!bgIsProcessing.exchange(true)) {
+        dispatch_.runInBackground([this, run] { (this->*run)(); });
+    }
+}
+
+void VelmorindalSwitch::stopPollingAndWait() {
+    if (pollingState.get() != PollingState::none) {
+        pollingState = PollingState::none;
+    }
+    while (bgIsProcessing) {
+        std::this_thread::sleep_for(betweenChecks);
+        dispatch_.runPendingMainWork();
+        // A run that was only just starting may have announced itself in there; stopping wins.
+        if (pollingState.get() != PollingState::none) {
+            pollingState = PollingState::none;
+        }
+    }
+}
+
+bool VelmorindalSwitch::acknowledged(const VelmorindalCommand& command) {
+    try {
+        return sendCommand(command);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void VelmorindalSwitch::clarityPolling() {
+    print("Starting clarity polling");
+    VCAutoTune autoTune;
+    autoTune.channel = reportingChannel;
+    if (!acknowledged(autoTune)) {
+        bgIsProcessing = false;
+        return;
+    }
+    dispatch_.runOnMainAndWait([this] { pollingState = PollingState::clarity; });
+    print("Device configured. Polling now.");
+    while (pollingState.get() == PollingState::clarity) {
+        pollClarity();
+    }
+    autoTune.channel = silentChannel;
+    acknowledged(autoTune);
+    dispatch_.postToMain([this] { detectedClarity = 0.0; });
+    bgIsProcessing = false;
+}
+
+void VelmorindalSwitch::pollClarity() {
+    const auto frame = readMessage();
+    if (!frame) {
+        std::this_thread::sleep_for(restAfterNothing);
+        return;
+    }
+    const auto message = VelmorindalMessageFactory::createFromWire(*frame);
+    const auto* const report = dynamic_cast<const VCAutoTune*>(message.get());
+    if (report == nullptr || !report->_valid) {
+        return;
+    }
+    const float reading = report->_maxThreshold;
+    print("Have a reading of ", reading);
+    dispatch_.postToMain([this, reading] { detectedClarity = static_cast<double>(reading); });
+}
+
+void VelmorindalSwitch::durationPolling() {
+    dispatch_.runOnMainAndWait([this] { pollingState = PollingState::duration; });
+    try {
+        // The device still holds the hum before this run; asking once clears it.
+        queryDevice(lastHumCode);
+    } catch (const std::exception& exception) {
+        print("Not a good start to duration polling", exception.what());
+        dispatch_.runOnMainAndWait([this] {
+            pollingState = PollingState::none;
+            bgIsProcessing = false;
+        });
+        return;
+    }
+    dispatch_.postToMain([this] { detectedDuration = 0.0; });
+    while (pollingState.get() == PollingState::duration) {
+        pollDuration();
+    }
+    dispatch_.postToMain([this] { detectedDuration = 0.0; });
+    bgIsProcessing = false;
+}
+
+void VelmorindalSwitch::pollDuration() {
+    std::unique_ptr<VelmorindalCommand> answer;
+    try {
+        answer = queryDevice(lastHumCode);
+    } catch (const std::exception&) {
+        answer.reset();
+    }
+    if (!answer) {
+        std::this_thread::sleep_for(restAfterNothing);
+        return;
+    }
+    if (!answer->_valid) {
+        return;
+    }
+    const double seconds = messageAs<VCLastHumDuration>(*answer)._duration * tickSeconds;
+    dispatch_.postToMain([this, seconds] { detectedDuration = seconds; });
+    if (seconds > 0.0) {
+        print("Last hum duration was ", seconds, "s");
+    }
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,230 @@
+#include <utf8.h>
+
+#include <chrono>
+#include <exception>
+#include <utility>
+
+#include "diagnostics/Print.h"
+#include "protocol/VCStatus.h"
+#include "protocol/VCVersion.h"
+#include "session/MessageCast.h"
+#include "session/VelmorindalSwitch.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr auto versionCode = static_cast<std::uint8_t>(VelmorindalMessageType::version);
+constexpr auto statusCode = static_cast<std::uint8_t>(VelmorindalMessageType::status);
+constexpr std::string_view versionTextStart = "Velmorindal";
+constexpr std::size_t flushedAtMost = 1000;
+
+constexpr SerialSettings lineSettings{.receiveRate = BaudRate::baud115200,
+                                      .transmitRate = BaudRate::baud115200,
+                                      .minimumBytesToRead = 0,
+                                      .timeout = 2};
+
+/// Reads `remaining` bytes of text, fewer when the port's deadline passes.
+///
+/// @returns nothing when a piece is not UTF-8. @throws PortException when the port is gone.
+std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining) {
+    std::string text;
+    const auto start = std::chrono::steady_clock::now();
+    const std::chrono::seconds limit{port.timeout()};
+    while (remaining > 0) {
+        const ByteBuffer piece = port.readData(remaining);
+        if (!utf8::is_valid(piece.begin(), piece.end())) {
+            return std::nullopt;
+        }
+        text.append(piece.begin(), piece.end());
+        remaining -= piece.size();
+        if (limit.count() > 0 && std::chrono::steady_clock::now() - start > limit) {
+            break;
+        }
+    }
+    return text;
+}
+
+/// Asks whatever is behind `path` for its version. A candidate that fails before its text could be looked at
+/// keeps its descriptor until the process ends.
+///
+/// @returns the text, or nothing when the candidate has to be skipped.
+std::optional<std::string> probe(const std::string& path) {
+    SerialPort port{path};
+    try {
+        port.openPort(true, true);
+    } catch (const PortException&) {
+        print("Open Result: ", port.fileDescriptor().value_or(-1));
+        return std::nullopt;
+    }
+    print("Open Result: ", port.fileDescriptor().value_or(-1));
+    port.setSettings(lineSettings);
+    const ByteBuffer query = VelmorindalCommand::addHeader({}, versionCode, true);
+    try {
+        if (port.writeData(query) != std::ssize(query)) {
+            print("Could not write my whole sequence.");
+            return std::nullopt;
+        }
+    } catch (const PortException& exception) {
+        print("Caught an error on write", exception.error);
+        return std::nullopt;
+    }
+    std::optional<std::string> text;
+    try {
+        const ByteBuffer header = port.readData(VelmorindalCommand::HeaderSize);
+        if (header.size() < VelmorindalCommand::HeaderSize) {
+            return std::nullopt;
+        }
+        text = readVersionText(port, header[3]);
+    } catch (const PortException&) {
+        return std::nullopt;
+    }
+    port.closePort();
+    return text;
+}
+
+}  // namespace
+
+std::vector<std::string> VelmorindalSwitch::listDevices() {
+    std::vector<std::string> dongles;
+    for (const std::string& path : search_.candidates()) {
+        const auto text = probe(path);
+        if (!text) {
+            continue;
+        }
+        print("Got version string: ", *text);
+        if (text->starts_with(versionTextStart)) {
+            dongles.push_back(path);
+            print("Definitely this one ", path);
+        }
+    }
+    return dongles;
+}
+
+bool VelmorindalSwitch::failConnection(std::string text) {
+    lastError = std::move(text);
+    dispatch_.postToMain([this] { connectionState = ConnectionStatus::error; });
+    return false;
+}
+
+bool VelmorindalSwitch::connect() {
+    lastError = std::nullopt;
+    const std::vector<std::string> dongles = listDevices();
+    dispatch_.postToMain([this] { readWriteProgress = 0.0; });
+    if (serialPort.get()) {
+        print("Attempting re-connection");
+        lastError = "Already connected to the Velmorindal Device.";
+        return false;
+    }
+    if (dongles.empty()) {
+        print("No dongles found. Quitting.");
+        return failConnection(
+            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.");
+    }
+    if (dongles.size() > 1) {
+        print("This program has detected " + std::to_string(dongles.size()) +
+              " dongles.\n\nOne will be chosen arbitrarily.");
+        // Only a warning: the text outlives a successful connection, and the wizard shows it then.
+        lastError =
+            "Multiple dongles found. To ensure that you program the correct device, please remove any extra "
+            "USB "
+            "dongles.";
+    }
+    print("Have device(s) : ", dongles);
+    dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::connecting; });
+    return openDongle(dongles.front()) && checkVersion() && checkLink() && readSettingsAndFinish();
+}
+
+bool VelmorindalSwitch::openDongle(const std::string& path) {
+    const auto port = std::make_shared<SerialPort>(path);
+    serialPort = port;
+    try {
+        port->openPort(true, true);
+    } catch (const PortException&) {
+        return failConnection("Error connecting to the serial port. It might already be in use.");
+    }
+    port->setSettings(lineSettings);
+    dispatch_.postToMain([this] { readWriteProgress = 1.0; });
+    return true;
+}
+
+bool VelmorindalSwitch::checkVersion() {
+    std::unique_ptr<VelmorindalCommand> answer;
+    try {
+        answer = queryDevice(versionCode);
+    } catch (const std::exception&) {
+        print("Error; could not make any sense of the device");
+        return failConnection("The device sent an unrecognized response.\n\n(Error code: CC/NR)");
+    }
+    if (!answer) {
+        print("Invalid response.");
+        return failConnection("The device sent an unrecognized response.\n\n(Error code: CC/IC)");
+    }
+    print("We made it this far... version code is ", messageAs<VCVersion>(*answer)._versionString);
+    return true;
+}
+
+bool VelmorindalSwitch::checkLink() {
+    std::unique_ptr<VelmorindalCommand> answer;
+    try {
+        answer = queryDevice(statusCode);
+    } catch (const std::exception&) {
+        print("Error; could not get a status from the device");
+        return failConnection("The device sent an unrecognized response.\n\n(Error code: VS/CC)");
+    }
+    if (!answer) {
+        print("Invalid status.");
+        return failConnection("The device sent an unrecognized response.\n\n(Error code: VS/IC)");
+    }
+    // An answer that failed its checks is not refused: it reads as its defaults, and its link state of 0
+    // stops here.
+    const std::uint8_t linkState = messageAs<VCStatus>(*answer)._linkState;
+    print("Have a status: ", linkState);
+    if (linkState == 0) {
+        dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::disconnected; });
+        lastError = "Please ensure that your Velmorindal is turned on and in configuration mode.";
+        return false;
+    }
+    return true;
+}
+
+bool VelmorindalSwitch::readSettingsAndFinish() {
+    dispatch_.postToMain([this] { readWriteProgress = 2.0; });
+    print("Connected. Going to read settings");
+    if (!readSettingsFromDevice()) {
+        print("Failed to read settings.");
+        dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
+        return false;
+    }
+    print("Settings read successfully.");
+    dispatch_.runOnMainAndWait([this] {
+        print("Successful connection!");
+        connectionState = ConnectionStatus::connected;
+    });
+    print("Status updated now: ", connectionState.get());
+    return true;
+}
+
+void VelmorindalSwitch::disconnect(bool flush) {
+    const auto port = serialPort.get();
+    if (flush) {
+        flushPort(port.get());
+    }
+    if (port) {
+        port->closePort();
+    }
+    connectionState = ConnectionStatus::disconnected;
+}
+
+void VelmorindalSwitch::flushPort(SerialPort* port) {
+    try {
+        if (port != nullptr) {
+            ByteBuffer drained(flushedAtMost);
+            port->readBytes(drained);
+        }
+        print("flush attempted.");
+    } catch (const PortException& exception) {
+        print("Buffer flushed.", exception.error);
+    }
+}
+
+}  // namespace velmorindal

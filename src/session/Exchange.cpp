@@ -1,0 +1,95 @@
+#include <exception>
+#include <typeinfo>
+
+#include "diagnostics/Print.h"
+#include "protocol/VelmorindalMessageFactory.h"
+#include "session/VelmorindalSwitch.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr std::size_t typeOffset = 2;
+constexpr std::size_t lengthOffset = 3;
+
+/// Exactly `length` bytes, or nothing when the port's deadline passed first or the port is gone.
+std::optional<ByteBuffer> readExactly(SerialPort& port, std::size_t length) {
+    try {
+        ByteBuffer bytes = port.readData(length);
+        if (bytes.size() == length) {
+            return bytes;
+        }
+    } catch (const PortException&) {
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<ByteBuffer> VelmorindalSwitch::readMessage() {
+    const auto port = serialPort.get();
+    if (!port) {
+        return std::nullopt;
+    }
+    auto frame = readExactly(*port, VelmorindalCommand::HeaderSize);
+    if (!frame) {
+        return std::nullopt;
+    }
+    const auto payload = readExactly(*port, (*frame)[lengthOffset]);
+    if (!payload) {
+        return std::nullopt;
+    }
+    frame->insert(frame->end(), payload->begin(), payload->end());
+    return frame;
+}
+
+ByteBuffer VelmorindalSwitch::readAnswer(std::uint8_t messageType) {
+    while (true) {
+        auto frame = readMessage();
+        if (!frame) {
+            throw VelmorindalException{VelmorindalError::NoConnectionError};
+        }
+        if ((*frame)[typeOffset] == messageType) {
+            return *std::move(frame);
+        }
+    }
+}
+
+std::unique_ptr<VelmorindalCommand> VelmorindalSwitch::queryDevice(std::uint8_t code) {
+    const auto port = serialPort.get();
+    if (!port) {
+        throw VelmorindalException{VelmorindalError::NoConnectionError};
+    }
+    const ByteBuffer query = VelmorindalCommand::addHeader({}, code, true);
+    std::ptrdiff_t written = 0;
+    try {
+        written = port->writeData(query);
+    } catch (const PortException&) {
+        print("Caught an error on write");
+        throw VelmorindalException{VelmorindalError::NoConnectionError};
+    }
+    if (written != std::ssize(query)) {
+        print("Could not write my whole sequence.");
+        return nullptr;
+    }
+    return VelmorindalMessageFactory::createFromWire(readAnswer(code));
+}
+
+bool VelmorindalSwitch::sendCommand(const VelmorindalCommand& command) {
+    const auto port = serialPort.get();
+    if (!port) {
+        throw VelmorindalException{VelmorindalError::NoConnectionError};
+    }
+    if (typeid(command) == typeid(VelmorindalCommand)) {
+        throw VelmorindalException{VelmorindalError::NotImplementedError};
+    }
+    const ByteBuffer frame = command.serialize();
+    if (port->writeData(frame) != std::ssize(frame)) {
+        print("Could not write my whole sequence.");
+        return false;
+    }
+    const std::uint8_t messageType = frame[typeOffset];
+    return VelmorindalCommand::verifyHeader(readAnswer(messageType), messageType);
+}
+
+}  // namespace velmorindal

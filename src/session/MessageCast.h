@@ -1,0 +1,19 @@
+#pragma once
+
+#include "diagnostics/FatalError.h"
+#include "protocol/VelmorindalCommand.h"
+
+namespace velmorindal {
+
+/// `message` as the class that its type byte promises. Any other class stops the process: the factory builds
+/// exactly one class for each type.
+template <typename Message>
+const Message& messageAs(const VelmorindalCommand& message) {
+    const auto* const typed = dynamic_cast<const Message*>(&message);
+    if (typed == nullptr) {
+        fatalError("A decoded message is not of the class that its type promises.");
+    }
+    return *typed;
+}
+
+}  // namespace velmorindal

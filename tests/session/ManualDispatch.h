@@ -1,0 +1,94 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "session/Dispatch.h"
+
+namespace velmorindal {
+
+/// A dispatch whose main queue is moved on by the test, piece by piece; the thread of the test is the main
+/// thread.
+///
+/// Background work runs on real threads. Whoever still waits for the main queue when the dispatch is
+/// destroyed is let go by running what is pending, so that every background run ends.
+class ManualDispatch final : public Dispatch {
+  public:
+    static constexpr std::chrono::seconds bound{30};
+
+    ManualDispatch() = default;
+    ManualDispatch(const ManualDispatch&) = delete;
+    ManualDispatch& operator=(const ManualDispatch&) = delete;
+    ~ManualDispatch() override;
+
+    void postToMain(Work work) override;
+    void runOnMainAndWait(Work work) override;
+    void runInBackground(Work work) override;
+    void runPendingMainWork() override;
+
+    /// Waits for a piece of main-queue work and runs it. @returns false when none came within the bound.
+    bool runOneMainWork();
+
+    /// Waits until that many pieces of main-queue work are pending. @returns false when the bound passed
+    /// first.
+    bool waitForPendingMainWork(std::size_t count);
+
+    std::size_t pendingMainWork() const;
+
+    /// Runs main-queue work as it comes until `condition` holds. @returns false when the bound passed first.
+    template <typename Condition>
+    bool runMainWorkUntil(Condition condition) {
+        const auto deadline = std::chrono::steady_clock::now() + bound;
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                return false;
+            }
+            waitBriefly();
+            runPendingMainWork();
+        }
+        return true;
+    }
+
+    /// Runs main-queue work as it comes until no background run is left.
+    void waitForBackground();
+
+    /// Starts `work` on a background thread; its result is in the future.
+    template <typename Function>
+    auto inBackground(Function work) -> std::future<std::invoke_result_t<Function>> {
+        auto task = std::make_shared<std::packaged_task<std::invoke_result_t<Function>()>>(std::move(work));
+        auto result = task->get_future();
+        runInBackground([task] { (*task)(); });
+        return result;
+    }
+
+    /// Runs `work` on a background thread while the main queue moves on by itself. @returns its result.
+    template <typename Function>
+    auto finish(Function work) -> std::invoke_result_t<Function> {
+        auto result = inBackground(std::move(work));
+        runMainWorkUntil(
+            [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; });
+        runPendingMainWork();
+        return result.get();
+    }
+
+  private:
+    bool runNext();
+    void waitBriefly();
+
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Work> mainQueue_;
+    std::vector<std::thread> threads_;
+    std::size_t running_ = 0;
+};
+
+}  // namespace velmorindal
