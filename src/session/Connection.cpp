@@ -120,18 +120,23 @@ bool VelmorindalSwitch::connect() {
         return failConnection(
             "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.");
     }
+    std::optional<std::string> warning;
     if (dongles.size() > 1) {
         print("This program has detected " + std::to_string(dongles.size()) +
               " dongles.\n\nOne will be chosen arbitrarily.");
-        // Only a warning: the text outlives a successful connection, and the wizard shows it then.
-        lastError =
-            "Multiple dongles found. To ensure that you program the correct device, please remove any extra "
-            "USB "
+        warning =
+            "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
             "dongles.";
+        lastError = warning;
     }
     print("Have device(s) : ", dongles);
     dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::connecting; });
-    return openDongle(dongles.front()) && checkVersion() && checkLink() && readSettingsAndFinish();
+    if (!openDongle(dongles.front()) || !checkVersion() || !checkLink() || !readSettingsAndFinish()) {
+        return false;
+    }
+    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it.
+    lastError = warning;
+    return true;
 }
 
 bool VelmorindalSwitch::openDongle(const std::string& path) {

@@ -1,0 +1,337 @@
+#include <sys/file.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
+#include "session/SessionTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using Type = VelmorindalMessageType;
+
+constexpr const char* noDongleText =
+    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
+constexpr const char* severalDonglesText =
+    "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB dongles.";
+constexpr const char* openFailedText = "Error connecting to the serial port. It might already be in use.";
+constexpr const char* linkDownText =
+    "Please ensure that your Velmorindal is turned on and in configuration mode.";
+
+/// Descriptors differ from run to run.
+std::string withoutDescriptors(const std::string& lines) {
+    return std::regex_replace(lines, std::regex{"Open Result:  \\d+"}, "Open Result:  N");
+}
+
+class ConnectionTest : public SessionTest {
+  protected:
+    std::string path() const { return dongle.path().string(); }
+
+    /// Swaps the dongle's node for another one at the moment between finding it and opening it.
+    bool connectWithNodeReplacedBy(const std::string& target) {
+        auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+        EXPECT_TRUE(dispatch.waitForPendingMainWork(2));  // the progress of 0, then the state
+        std::filesystem::remove(dongle.path());
+        if (!target.empty()) {
+            std::filesystem::create_symlink(target, dongle.path());
+        }
+        dispatch.runMainWorkUntil(
+            [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; });
+        dispatch.runPendingMainWork();
+        return result.get();
+    }
+
+    void expectFailure(const std::string& text, ConnectionStatus state = ConnectionStatus::error) {
+        EXPECT_FALSE(connect());
+        EXPECT_EQ(velmorindal.lastError.get(), text);
+        EXPECT_EQ(velmorindal.connectionState.get(), state);
+        EXPECT_FALSE(velmorindal.isValid);
+    }
+};
+
+TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    PrintedLines lines;
+    EXPECT_TRUE(connect());
+    EXPECT_EQ(withoutDescriptors(lines.take()),
+              "Open Result:  N\n"
+              "Got version string:  Velmorindal 1.1M\n"
+              "Definitely this one  " + path() + "\n"
+              "Have device(s) :  [\"" + path() + "\"]\n"
+              "We made it this far... version code is  Velmorindal 1.1M\n"
+              "Have a status:  1\n"
+              "Connected. Going to read settings\n"
+              "Test: cutoff is  1.0\n"
+              "Settings read successfully.\n"
+              "Successful connection!\n"
+              "Status updated now:  connected\n");
+}
+
+TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
+    dongle.prepare([](DeviceState& device) {
+        device.settings.outputPath = 0;
+        device.settings.thresholds.ap = 0.25F;
+    });
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.readWriteProgress = 5.0;
+    EXPECT_THAT(changesWhile([this] { velmorindal.connect(); }),
+                ElementsAre("readWriteProgress 0.0", "connectionState connecting", "readWriteProgress 1.0",
+                            "readWriteProgress 2.0", "readWriteProgress 3.0", "outputPath USBKeyboard",
+                            "readWriteProgress 4.0", "shortEnabled true", "cutoff 1.0", "readWriteProgress 5.0",
+                            "clarity 0.25", "readWriteProgress 6.0", "directKey Enter",
+                            "connectionState connected"));
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    EXPECT_TRUE(velmorindal.isValid);
+}
+
+TEST_F(ConnectionTest, TheConversationIsTheProbeTheChecksAndTheFiveReadings) {
+    EXPECT_TRUE(connect());
+    const auto query = [](std::uint8_t code) { return ByteBuffer{0x63, 0x62, code, 0x00}; };
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query(0x76), query(0x76), query(0x73), query(0x78), query(0x70),
+                                                     query(0x64), query(0x68), query(0x6B)));
+}
+
+TEST_F(ConnectionTest, TheConnectingStateIsInPlaceBeforeTheFirstByteOfTheConnectionGoesOut) {
+    std::vector<std::string> states;
+    dongle.whenReceived([&](std::span<const std::uint8_t>) {
+        states.emplace_back(caseName(velmorindal.connectionState.get()));
+    });
+    EXPECT_TRUE(connect());
+    EXPECT_THAT(states, ElementsAre("idle", "connecting", "connecting", "connecting", "connecting", "connecting",
+                                    "connecting", "connecting"));
+}
+
+TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
+    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(2));
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::idle);
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::idle);
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connecting);
+    // Fourteen changes and the final state; none has arrived before the main thread turns again.
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(15));
+    EXPECT_EQ(velmorindal.readWriteProgress.get(), 0.0);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connecting);
+    EXPECT_EQ(result.wait_for(std::chrono::seconds{0}), std::future_status::timeout);
+    dispatch.runPendingMainWork();
+    EXPECT_TRUE(result.get());
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+}
+
+TEST_F(ConnectionTest, WithoutAnyEntryItFailsWithTheNoDongleText) {
+    dongle.unplug();
+    PrintedLines lines;
+    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }), ElementsAre("connectionState error"));
+    EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
+    EXPECT_EQ(lines.take(), "No dongles found. Quitting.\n");
+}
+
+TEST_F(ConnectionTest, ALowerCaseVersionTextIsNotADongle) {
+    dongle.prepare([](DeviceState& device) { device.version = "velmorindal 1.1M"; });
+    PrintedLines lines;
+    expectFailure(noDongleText);
+    EXPECT_EQ(withoutDescriptors(lines.take()),
+              "Open Result:  N\nGot version string:  velmorindal 1.1M\nNo dongles found. Quitting.\n");
+}
+
+TEST_F(ConnectionTest, ARefusedCandidateIsClosedAgain) {
+    dongle.prepare([](DeviceState& device) { device.version = "Another modem"; });
+    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
+    SerialPort port{path()};
+    port.openPort();
+    port.closePort();
+}
+
+TEST_F(ConnectionTest, AVersionTextThatIsNotUtf8EndsTheCandidate) {
+    dongle.onFirst(Type::version, Fault::answerWith({0x72, 0x62, 0x76, 0x02, 0xC3, 0x28}));
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
+    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\n");
+}
+
+TEST_F(ConnectionTest, ASilentCandidateIsSkipped) {
+    dongle.onFirst(Type::version, Fault::silence());
+    expectFailure(noDongleText);
+}
+
+TEST_F(ConnectionTest, AVersionTextCutShortIsJudgedByWhatArrived) {
+    dongle.onFirst(Type::version, Fault::halfAPayload());
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
+    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\nGot version string:  Velmorin\n");
+}
+
+TEST_F(ConnectionTest, ACandidateThatTakesOnlyAPartOfTheQueryIsSkipped) {
+    const ShortWrite shortWrite{Type::version, 1, 3};
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
+    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\nCould not write my whole sequence.\n");
+}
+
+TEST_F(ConnectionTest, ACandidateThatAnotherProgramHoldsIsSkippedAndTheOthersAreTried) {
+    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
+    const int other = ::open(path().c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), ElementsAre(second.path().string()));
+    EXPECT_NE(lines.take().find("Open Result:  -1\n"), std::string::npos);
+    ::close(other);
+}
+
+TEST_F(ConnectionTest, TwoDonglesLeaveAWarningThatOutlivesTheSuccess) {
+    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
+    PrintedLines lines;
+    EXPECT_TRUE(connect());
+    EXPECT_EQ(velmorindal.lastError.get(), severalDonglesText);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    const std::string printed = lines.take();
+    EXPECT_NE(printed.find("This program has detected 2 dongles.\n\nOne will be chosen arbitrarily.\n"),
+              std::string::npos);
+    // The first one in the order of the directory walk is the one that is talked to.
+    const auto first = DongleSearch{.directory = directory.path().string()}.candidates().front();
+    EXPECT_EQ(velmorindal.serialPort.get()->path, first);
+}
+
+TEST_F(ConnectionTest, ASecondAttemptAfterASuccessIsRefused) {
+    EXPECT_TRUE(connect());
+    PrintedLines lines;
+    EXPECT_FALSE(connect());
+    EXPECT_EQ(velmorindal.lastError.get(), "Already connected to the Velmorindal Device.");
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_NE(lines.take().find("Attempting re-connection\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, ASecondAttemptIsRefusedAfterDisconnectingTooBecauseThePortIsKept) {
+    EXPECT_TRUE(connect());
+    velmorindal.disconnect(false);
+    EXPECT_NE(velmorindal.serialPort.get(), nullptr);
+    EXPECT_EQ(velmorindal.serialPort.get()->fileDescriptor(), std::nullopt);
+    EXPECT_FALSE(connect());
+    EXPECT_EQ(velmorindal.lastError.get(), "Already connected to the Velmorindal Device.");
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
+}
+
+TEST_F(ConnectionTest, ADongleThatVanishesBeforeItIsOpenedSaysSoAndThePortObjectStays) {
+    EXPECT_FALSE(connectWithNodeReplacedBy(""));
+    EXPECT_EQ(velmorindal.lastError.get(), openFailedText);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    ASSERT_NE(velmorindal.serialPort.get(), nullptr);
+    EXPECT_EQ(velmorindal.serialPort.get()->fileDescriptor(), -1);
+}
+
+TEST_F(ConnectionTest, ASilentVersionCheckIsCcNr) {
+    dongle.onOccurrence(2, Type::version, Fault::silence());
+    PrintedLines lines;
+    expectFailure("The device sent an unrecognized response.\n\n(Error code: CC/NR)");
+    EXPECT_NE(lines.take().find("Error; could not make any sense of the device\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, AVersionCheckThatBringsNothingIsCcIc) {
+    // Every write to this node fails for want of space.
+    PrintedLines lines;
+    EXPECT_FALSE(connectWithNodeReplacedBy("/dev/full"));
+    EXPECT_EQ(velmorindal.lastError.get(), "The device sent an unrecognized response.\n\n(Error code: CC/IC)");
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid response.\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, ASilentStatusCheckIsVsCc) {
+    dongle.staySilentOn(Type::status);
+    PrintedLines lines;
+    expectFailure("The device sent an unrecognized response.\n\n(Error code: VS/CC)");
+    EXPECT_NE(lines.take().find("Error; could not get a status from the device\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, AStatusCheckThatBringsNothingIsVsIc) {
+    const ShortWrite shortWrite{Type::status, 1, 0};
+    PrintedLines lines;
+    expectFailure("The device sent an unrecognized response.\n\n(Error code: VS/IC)");
+    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid status.\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, AnInvalidVersionAnswerIsNotRefused) {
+    dongle.onOccurrence(2, Type::version, Fault::wrongKind());
+    EXPECT_TRUE(connect());
+}
+
+TEST_F(ConnectionTest, AnInvalidStatusAnswerReadsAsALinkThatIsDown) {
+    dongle.onFirst(Type::status, Fault::wrongMarker());
+    expectFailure(linkDownText, ConnectionStatus::disconnected);
+}
+
+TEST_F(ConnectionTest, ALinkThatIsDownEndsDisconnectedAndAsksForNoSetting) {
+    dongle.prepare([](DeviceState& device) { device.linkState = 0; });
+    PrintedLines lines;
+    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }),
+                ElementsAre("connectionState connecting", "readWriteProgress 1.0", "connectionState disconnected"));
+    EXPECT_EQ(velmorindal.lastError.get(), linkDownText);
+    EXPECT_EQ(dongle.receivedFrames().size(), 3U);
+    EXPECT_NE(lines.take().find("Have a status:  0\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, AFailedReadingEndsInErrorWithTheReadingsOwnText) {
+    dongle.onFirst(Type::humDuration, Fault::payloadOneByteLonger());
+    PrintedLines lines;
+    expectFailure("Invalid response from dongle (Error code: VCHD/IV)");
+    EXPECT_NE(lines.take().find("Failed to read settings.\n"), std::string::npos);
+}
+
+TEST_F(ConnectionTest, DisconnectingTolerateNoPortAndAClosedPort) {
+    velmorindal.disconnect(false);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
+    EXPECT_TRUE(connect());
+    velmorindal.disconnect(false);
+    velmorindal.disconnect(false);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
+}
+
+TEST_F(ConnectionTest, DisconnectingWithAFlushDrainsThePort) {
+    EXPECT_TRUE(connect());
+    PrintedLines lines;
+    velmorindal.disconnect(true);
+    velmorindal.disconnect(true);
+    EXPECT_EQ(lines.take(), "flush attempted.\nBuffer flushed. mustBeOpen\n");
+}
+
+TEST_F(ConnectionTest, DisconnectingWithAFlushAndNoPortAttemptsItAllTheSame) {
+    PrintedLines lines;
+    velmorindal.disconnect(true);
+    EXPECT_EQ(lines.take(), "flush attempted.\n");
+}
+
+TEST_F(ConnectionTest, ClosingThePortUnderARunningConnectionEndsItAtOnce) {
+    dongle.staySilentOn(Type::status);
+    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+    ASSERT_TRUE(dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::status) == 1; }));
+    velmorindal.disconnect(false);
+    ASSERT_TRUE(dispatch.runMainWorkUntil(
+        [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }));
+    EXPECT_FALSE(result.get());
+}
+
+TEST_F(ConnectionTest, AFailureAfterTheSeveralDonglesWarningReplacesIt) {
+    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
+    for (VirtualDongle* each : {&dongle, &second}) {
+        each->prepare([](DeviceState& device) { device.linkState = 0; });
+    }
+    expectFailure(linkDownText, ConnectionStatus::disconnected);
+}
+
+TEST_F(ConnectionTest, WritingLastErrorFromTheMainThreadWhileConnectingIsHarmless) {
+    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+    dispatch.runMainWorkUntil([&] {
+        velmorindal.lastError = "Could not load contents of XML file";
+        return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready;
+    });
+    EXPECT_TRUE(result.get());
+}
+
+}  // namespace
+}  // namespace velmorindal

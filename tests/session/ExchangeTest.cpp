@@ -1,0 +1,195 @@
+#include <typeinfo>
+
+#include "protocol/VCHumDuration.h"
+#include "protocol/VCOutputPath.h"
+#include "protocol/VCReset.h"
+#include "protocol/VCVersion.h"
+#include "protocol/VCWriteSettings.h"
+#include "session/SessionTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Type = VelmorindalMessageType;
+
+constexpr std::uint8_t versionCode = 0x76;
+constexpr std::uint8_t statusCode = 0x73;
+
+class ExchangeTest : public SessionTest {
+  protected:
+    void SetUp() override { openPort(); }
+
+    std::string versionText() {
+        const auto answer = velmorindal.queryDevice(versionCode);
+        const auto* const version = dynamic_cast<const VCVersion*>(answer.get());
+        return version != nullptr ? version->_versionString : "(no version)";
+    }
+
+    static VelmorindalError errorOf(const std::function<void()>& exchange) {
+        try {
+            exchange();
+        } catch (const VelmorindalException& exception) {
+            return exception.error;
+        }
+        ADD_FAILURE() << "The exchange did not throw.";
+        return {};
+    }
+};
+
+TEST_F(ExchangeTest, AQueryIsFourBytesAndItsAnswerIsDecoded) {
+    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(ByteBuffer{0x63, 0x62, 0x76, 0x00}));
+}
+
+TEST_F(ExchangeTest, AnAnswerWithoutPayloadIsAWholeFrame) {
+    dongle.onFirst(Type::version, Fault::answerWith({0x72, 0x62, 0x76, 0x00}));
+    EXPECT_EQ(versionText(), "");
+}
+
+TEST_F(ExchangeTest, AQuerySkipsAFrameOfAnotherType) {
+    dongle.onFirst(Type::version, Fault::anotherFrameFirst({0x72, 0x62, 0x73, 0x01, 0x01}));
+    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+}
+
+TEST_F(ExchangeTest, AQuerySkipsTenThousandFramesOfOtherTypes) {
+    dongle.onFirst(Type::version, Fault::floodFirst(10'000));
+    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+}
+
+TEST_F(ExchangeTest, ACommandSkipsFramesOfOtherTypesToo) {
+    dongle.onFirst(Type::outputPath, Fault::floodFirst(50));
+    EXPECT_TRUE(velmorindal.sendCommand(VCOutputPath{}));
+}
+
+TEST_F(ExchangeTest, ASilentDeviceMakesAQueryThrowAfterTheTimeOut) {
+    dongle.staySilentOn(Type::version);
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, HalfAHeaderIsNoAnswer) {
+    dongle.onFirst(Type::version, Fault::halfAHeader());
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, ATimeOutInThePayloadYieldsNothingThoughTheHeaderArrived) {
+    dongle.onFirst(Type::version, Fault::halfAPayload());
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, AMalformedAnswerOfTheRightTypeIsReturnedAsAnInvalidObject) {
+    dongle.onFirst(Type::status, Fault::errorFrame());
+    PrintedLines lines;
+    const auto answer = velmorindal.queryDevice(statusCode);
+    ASSERT_NE(answer, nullptr);
+    EXPECT_FALSE(answer->_valid);
+    EXPECT_EQ(lines.take(), "Message type unexpected:  101  command/response/error are  99 114 101\n");
+}
+
+TEST_F(ExchangeTest, AQueryThatTheFactoryCannotDecodeReturnsNothing) {
+    dongle.onFirst(Type::writeSettings, Fault::answerWith({0x72, 0x62, 0x77, 0x00}));
+    EXPECT_EQ(velmorindal.queryDevice(0x77), nullptr);
+}
+
+TEST_F(ExchangeTest, AQueryThatCannotBeWrittenWholeReturnsNothingAndSaysSo) {
+    const ShortWrite shortWrite{Type::version, 1, 3};
+    PrintedLines lines;
+    EXPECT_EQ(velmorindal.queryDevice(versionCode), nullptr);
+    EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");
+    EXPECT_TRUE(shortWrite.hasHappened());
+}
+
+TEST_F(ExchangeTest, AQueryOnAClosedPortSaysThatTheWriteFailedAndThrowsItsOwnError) {
+    velmorindal.serialPort.get()->closePort();
+    PrintedLines lines;
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+    EXPECT_EQ(lines.take(), "Caught an error on write\n");
+}
+
+TEST_F(ExchangeTest, AQueryAfterTheDongleIsGoneEndsAtOnce) {
+    dongle.unplug();
+    PrintedLines lines;
+    EXPECT_EQ(velmorindal.queryDevice(versionCode), nullptr);
+    EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");
+}
+
+TEST_F(ExchangeTest, ADonglePulledOutInTheMiddleOfAnAnswerEndsTheQuery) {
+    dongle.onFirst(Type::version, Fault::unplugDuringAnswer());
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, ACommandIsAcknowledgedByItsEcho) {
+    VCOutputPath command;
+    command.path = VCOutputPath::OutputPath::Relay;
+    EXPECT_TRUE(velmorindal.sendCommand(command));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(ByteBuffer{0x63, 0x62, 0x70, 0x01, 0x01}));
+}
+
+TEST_F(ExchangeTest, ThePayloadOfAnAcknowledgementIsNotLookedAt) {
+    dongle.onFirst(Type::outputPath, Fault::answerWith({0x72, 0x62, 0x70, 0x03, 0x0A, 0x0B, 0x0C}));
+    EXPECT_TRUE(velmorindal.sendCommand(VCOutputPath{}));
+}
+
+TEST_F(ExchangeTest, AMalformedAcknowledgementIsRefusedWithItsLine) {
+    dongle.onFirst(Type::outputPath, Fault::wrongMarker('a'));
+    PrintedLines lines;
+    EXPECT_FALSE(velmorindal.sendCommand(VCOutputPath{}));
+    EXPECT_EQ(lines.take(), "Expected binary message ( 98 ). Got  97\n");
+}
+
+TEST_F(ExchangeTest, AMissingAcknowledgementThrows) {
+    dongle.staySilentOn(Type::outputPath);
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VCOutputPath{}); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, ACommandOutsideTheSettingsIsSentThroughItsOwnSerialize) {
+    EXPECT_TRUE(velmorindal.sendCommand(VCWriteSettings{}));
+    EXPECT_TRUE(velmorindal.sendCommand(VCReset{}));
+    EXPECT_THAT(dongle.receivedFrames(),
+                ElementsAre(ByteBuffer{0x63, 0x62, 0x77, 0x00}, ByteBuffer{0x63, 0x62, 0x7A, 0x00}));
+}
+
+TEST_F(ExchangeTest, AnInvalidCommandThrowsBeforeAnythingIsWritten) {
+    VCHumDuration command;
+    command._valid = false;
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(command); }), VelmorindalError::InvalidMessageError);
+    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+    EXPECT_EQ(dongle.receivedFrames().size(), 1U);
+}
+
+TEST_F(ExchangeTest, TheBaseClassCannotBeSent) {
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VelmorindalCommand{}); }),
+              VelmorindalError::NotImplementedError);
+}
+
+TEST_F(ExchangeTest, ACommandThatCannotBeWrittenWholeIsRefusedAndSaysSo) {
+    const ShortWrite shortWrite{Type::outputPath, 1, 2};
+    PrintedLines lines;
+    EXPECT_FALSE(velmorindal.sendCommand(VCOutputPath{}));
+    EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");
+}
+
+TEST_F(ExchangeTest, ACommandOnAClosedPortPassesThePortsOwnErrorOnWithoutALine) {
+    velmorindal.serialPort.get()->closePort();
+    PrintedLines lines;
+    try {
+        velmorindal.sendCommand(VCOutputPath{});
+        ADD_FAILURE() << "The command did not throw.";
+    } catch (const PortException& exception) {
+        EXPECT_EQ(exception.error, PortError::mustBeOpen);
+    }
+    EXPECT_EQ(lines.take(), "");
+}
+
+TEST_F(ExchangeTest, WithoutAPortBothThrowAndNothingIsWritten) {
+    velmorindal.serialPort.get()->closePort();
+    velmorindal.serialPort = nullptr;
+    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VCOutputPath{}); }), VelmorindalError::NoConnectionError);
+    EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace velmorindal

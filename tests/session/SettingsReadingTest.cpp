@@ -1,0 +1,221 @@
+#include "session/SessionTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using testing::SizeIs;
+using Type = VelmorindalMessageType;
+
+constexpr const char* thrownText = "Invalid message received from server.\n\n(Error code: VC/TC)";
+
+class SettingsReadingTest : public SessionTest {
+  protected:
+    void SetUp() override {
+        openPort();
+        velmorindal.connectionState = ConnectionStatus::connecting;
+        velmorindal.outputMode = OutputMode::LongShort;
+    }
+
+    bool read() {
+        return dispatch.finish([this] { return velmorindal.readSettingsFromDevice(); });
+    }
+};
+
+TEST_F(SettingsReadingTest, AsksForFiveSettingsInOrderAndPublishesThemInOrder) {
+    dongle.prepare([](DeviceState& device) {
+        device.settings.outputPath = 0;
+        device.settings.humDuration.detectMode = 1;
+        device.settings.humDuration.maxShort = 40;
+        device.settings.thresholds = {.ap = 0.37F, .si = 0.9F};
+    });
+    PrintedLines lines;
+    EXPECT_THAT(changesWhile([this] { EXPECT_TRUE(velmorindal.readSettingsFromDevice()); }),
+                ElementsAre("readWriteProgress 3.0", "outputPath USBKeyboard", "readWriteProgress 4.0",
+                            "shortEnabled true", "longEnabled false", "cutoff 1.6", "readWriteProgress 5.0",
+                            "clarity 0.37", "readWriteProgress 6.0", "directKey Enter"));
+    EXPECT_EQ(lines.take(), "Test: cutoff is  1.6\n");
+    EXPECT_TRUE(velmorindal.isValid);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    const auto query = [](std::uint8_t code) { return ByteBuffer{0x63, 0x62, code, 0x00}; };
+    EXPECT_THAT(dongle.receivedFrames(),
+                ElementsAre(query(0x78), query(0x70), query(0x64), query(0x68), query(0x6B)));
+}
+
+TEST_F(SettingsReadingTest, ABluetoothDeviceIsNotAskedForItsOutputPath) {
+    dongle.prepare([](DeviceState& device) { device.settings.protocol = 1; });
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::BTKeyboard);
+    EXPECT_THAT(dongle.receivedFrames(), Not(Contains(ByteBuffer{0x63, 0x62, 0x70, 0x00})));
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(4));
+}
+
+TEST_F(SettingsReadingTest, TheDevicesRelayIsTheSwitchAndItsUsbTheKeyboard) {
+    dongle.prepare([](DeviceState& device) { device.settings.outputPath = 1; });
+    velmorindal.outputPath = OutputPath::BTKeyboard;
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::Switch);
+    dongle.prepare([](DeviceState& device) { device.settings.outputPath = 0; });
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::USBKeyboard);
+}
+
+struct DetectModeExpectation {
+    std::uint8_t detectMode;
+    OutputMode outputMode;
+    bool shortEnabled;
+    bool longEnabled;
+};
+
+class DetectModeReadingTest : public SettingsReadingTest,
+                              public testing::WithParamInterface<DetectModeExpectation> {};
+
+TEST_P(DetectModeReadingTest, BecomesModeAndOutputs) {
+    const auto& expected = GetParam();
+    dongle.prepare([&](DeviceState& device) { device.settings.humDuration.detectMode = expected.detectMode; });
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.outputMode.get(), expected.outputMode);
+    EXPECT_EQ(velmorindal.shortEnabled.get(), expected.shortEnabled);
+    EXPECT_EQ(velmorindal.longEnabled.get(), expected.longEnabled);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryDetectMode, DetectModeReadingTest,
+                         testing::Values(DetectModeExpectation{0, OutputMode::Direct, false, false},
+                                         DetectModeExpectation{1, OutputMode::LongShort, true, false},
+                                         DetectModeExpectation{2, OutputMode::LongShort, false, true},
+                                         DetectModeExpectation{3, OutputMode::LongShort, true, true}),
+                         [](const auto& test) { return "DetectMode" + std::to_string(test.param.detectMode); });
+
+TEST_F(SettingsReadingTest, TwentyFiveTicksAreOneSecond) {
+    dongle.prepare([](DeviceState& device) { device.settings.humDuration.maxShort = 25; });
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.0F);
+}
+
+TEST_F(SettingsReadingTest, FortyTicksAreOnePointSixSeconds) {
+    dongle.prepare([](DeviceState& device) { device.settings.humDuration.maxShort = 40; });
+    EXPECT_TRUE(read());
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.6F);
+}
+
+TEST_F(SettingsReadingTest, TheCutoffFollowsTheModeThatHasArrivedAndNotTheOnePosted) {
+    velmorindal.outputMode = OutputMode::Direct;
+    dongle.prepare([](DeviceState& device) {
+        device.settings.humDuration.detectMode = 3;
+        device.settings.humDuration.maxShort = 40;
+    });
+    // The main queue stands still until the reading is over.
+    auto result = dispatch.inBackground([this] { return velmorindal.readSettingsFromDevice(); });
+    EXPECT_TRUE(result.get());
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::Direct);
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::LongShort);
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.0F);
+}
+
+TEST_F(SettingsReadingTest, ADirectDeviceStillGetsItsCutoffWhileTheModelStandsInLongShort) {
+    dongle.prepare([](DeviceState& device) {
+        device.settings.humDuration.detectMode = 0;
+        device.settings.humDuration.maxShort = 40;
+    });
+    auto result = dispatch.inBackground([this] { return velmorindal.readSettingsFromDevice(); });
+    EXPECT_TRUE(result.get());
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::Direct);
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.6F);
+}
+
+TEST_F(SettingsReadingTest, TheKeysEndAsTheDefaultsWhateverTheDeviceHolds) {
+    for (const KeyBytes keys : {KeyBytes{0, 0x2B, 0, 0x2C, 0, 0x3A, 0, 0x28}, KeyBytes{}, KeyBytes{2, 0x2B, 0x80, 0x1E}}) {
+        dongle.prepare([&](DeviceState& device) { device.settings.keys = keys; });
+        velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
+        EXPECT_TRUE(read());
+        EXPECT_EQ(velmorindal.outputKeys.get(), (keyList{OutputKey::Enter, OutputKey::Space, OutputKey::Enter}));
+    }
+}
+
+TEST_F(SettingsReadingTest, EachKeyIsAPostOfItsOwnThatKeepsTheOthers) {
+    velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
+    const auto changes = changesWhile([this] { velmorindal.readSettingsFromDevice(); });
+    ASSERT_GE(changes.size(), 3U);
+    EXPECT_THAT((std::vector<std::string>{changes.end() - 3, changes.end()}),
+                ElementsAre("shortKey Space", "longKey Enter", "directKey Enter"));
+}
+
+TEST_F(SettingsReadingTest, OutsideConnectingItRefusesAtOnce) {
+    for (const ConnectionStatus state : {ConnectionStatus::idle, ConnectionStatus::connected,
+                                         ConnectionStatus::disconnected, ConnectionStatus::writing,
+                                         ConnectionStatus::error}) {
+        velmorindal.connectionState = state;
+        EXPECT_FALSE(read());
+        EXPECT_EQ(velmorindal.lastError.get(),
+                  "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device "
+                  "is connected and run this program again.");
+        EXPECT_EQ(velmorindal.connectionState.get(), state);
+    }
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(0));
+}
+
+struct ReadingStep {
+    Type type;
+    const char* code;
+    std::size_t queriesUntilThen;
+};
+
+class FailedReadingTest : public SettingsReadingTest, public testing::WithParamInterface<ReadingStep> {};
+
+TEST_P(FailedReadingTest, ASilentDeviceIsReportedAsAnInvalidMessageAndSetsTheErrorItself) {
+    dongle.staySilentOn(GetParam().type);
+    auto result = dispatch.inBackground([this] { return velmorindal.readSettingsFromDevice(); });
+    EXPECT_FALSE(result.get());
+    // Not posted: the main queue has not turned yet.
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    EXPECT_EQ(velmorindal.lastError.get(), thrownText);
+    EXPECT_FALSE(velmorindal.isValid);
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(GetParam().queriesUntilThen));
+}
+
+TEST_P(FailedReadingTest, AnAnswerThatFailsItsChecksIsInvalidAndLeavesTheStateToTheCaller) {
+    dongle.onFirst(GetParam().type, Fault::payloadOneByteLonger());
+    EXPECT_FALSE(read());
+    EXPECT_EQ(velmorindal.lastError.get(),
+              "Invalid response from dongle (Error code: VC" + std::string{GetParam().code} + "/IV)");
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connecting);
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(GetParam().queriesUntilThen));
+}
+
+TEST_P(FailedReadingTest, AQueryThatBringsNothingIsReportedAsATimeOut) {
+    const ShortWrite shortWrite{GetParam().type, 1, 0};
+    EXPECT_FALSE(read());
+    EXPECT_EQ(velmorindal.lastError.get(),
+              "Response timeout (Error code: VC" + std::string{GetParam().code} + "/TO)");
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connecting);
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(GetParam().queriesUntilThen - 1));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryStep, FailedReadingTest,
+                         testing::Values(ReadingStep{Type::protocolSelect, "PS", 1},
+                                         ReadingStep{Type::outputPath, "OP", 2},
+                                         ReadingStep{Type::humDuration, "HD", 3},
+                                         ReadingStep{Type::humThresholds, "HT", 4},
+                                         ReadingStep{Type::keyboardConfig, "KC", 5}),
+                         [](const auto& test) { return std::string{test.param.code}; });
+
+TEST_F(SettingsReadingTest, WhatEarlierStepsPostedStays) {
+    dongle.prepare([](DeviceState& device) {
+        device.settings.outputPath = 0;
+        device.settings.humDuration.maxShort = 40;
+    });
+    dongle.onFirst(Type::humThresholds, Fault::payloadOneByteShorter());
+    EXPECT_FALSE(read());
+    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::USBKeyboard);
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.6F);
+    EXPECT_EQ(velmorindal.readWriteProgress.get(), 5.0);
+    EXPECT_EQ(velmorindal.clarity.get(), 0.5F);
+}
+
+}  // namespace
+}  // namespace velmorindal
