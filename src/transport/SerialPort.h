@@ -44,7 +44,8 @@ class SerialPort {
     /// Opens `path` exclusively: a node that another process holds is refused.
     ///
     /// @throws PortException invalidPath, then mustReceiveOrTransmit, both before the file system is touched;
-    ///         failedToOpen, after which fileDescriptor() is -1 and reads fail as reads of descriptor -1 do.
+    ///         failedToOpen, after which fileDescriptor() is -1, reads throw deviceNotConnected and writes
+    ///         return -1.
     void openPort(bool toReceive, bool andTransmit);
 
     /// Configures the line. Does nothing while closed. What the system refuses is not reported.
@@ -109,7 +110,11 @@ class SerialPort {
   private:
     class Descriptor;
 
-    std::shared_ptr<Descriptor> descriptor() const;
+    std::shared_ptr<Descriptor> currentDescriptor() const;
+    /// As currentDescriptor. @throws PortException mustBeOpen when closed.
+    std::shared_ptr<Descriptor> openDescriptor() const;
+    /// Puts `next` in place, which may be nothing, and hands out what was there.
+    std::shared_ptr<Descriptor> exchangeDescriptor(std::shared_ptr<Descriptor> next);
 
     mutable std::mutex mutex_;
     std::shared_ptr<Descriptor> descriptor_;

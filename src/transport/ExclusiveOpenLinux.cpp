@@ -1,0 +1,46 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "transport/ExclusiveOpen.h"
+
+namespace velmorindal {
+namespace {
+
+/// Programs keep each other away in two ways, and each knows only its own: a lock on the node, or the
+/// terminal's exclusive mode. Both are looked at and both are taken.
+bool takeExclusiveUse(int descriptor) {
+    // The lock comes first: of two programs that do the same as this one, only its owner goes on to the mode.
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    // The system itself turns away later openers of an exclusive terminal, but never the superuser.
+    int heldElsewhere = 0;
+    if (::ioctl(descriptor, TIOCGEXCL, &heldElsewhere) == 0 && heldElsewhere != 0) {
+        return false;
+    }
+    // A node that is not a terminal has no such mode; the lock is all there is.
+    return ::ioctl(descriptor, TIOCEXCL) == 0 || errno == ENOTTY;
+}
+
+}  // namespace
+
+int openExclusively(const std::string& path, int accessMode) {
+    const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_CLOEXEC);
+    if (descriptor == -1 || takeExclusiveUse(descriptor)) {
+        return descriptor;
+    }
+    ::close(descriptor);
+    return -1;
+}
+
+void endExclusiveUse(int descriptor) {
+    // The lock ends with the descriptor; the mode belongs to the terminal. A pseudo-terminal lives on while
+    // its master is open, and would stay exclusive, and so unusable, after the last close.
+    ::ioctl(descriptor, TIOCNXCL);
+}
+
+}  // namespace velmorindal
