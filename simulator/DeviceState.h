@@ -63,9 +63,9 @@ struct DeviceState {
     DeviceSettings settings;                   ///< what it works with and answers queries from
     std::optional<DeviceSettings> stored;  ///< what the last order to store kept; nothing before the first
     unsigned timesStored = 0;
-    std::uint8_t autoTuneChannel = 0;      ///< 2 while it streams reports
-    std::uint16_t lastHumTicks = 0;        ///< reported once, 0 afterwards
-    bool lastHumFromSecondSensor = false;  ///< the third byte of that report
+    std::uint8_t autoTuneChannel = 0;  ///< 2 while it streams reports
+    std::uint16_t lastHumTicks = 0;    ///< reported once, 0 afterwards
+    std::uint8_t lastHumSource = 0;    ///< the third byte of that report
 
     bool operator==(const DeviceState&) const = default;
 };

@@ -15,13 +15,13 @@ struct AnswerPlan {
     enum class Delivery { now, afterDelay, beforeNextAnswer, never };
     enum class Unplugging { none, before, after };
 
-    ByteBuffer request;      ///< the frame received; empty for a report, which nobody asked for
-    ByteBuffer bytesBefore;  ///< sent at once
-    ByteBuffer answer;       ///< sent as `delivery` says; one whole frame to begin with
+    ByteBuffer request = {};      ///< the frame received; empty for a report, which nobody asked for
+    ByteBuffer bytesBefore = {};  ///< sent at once
+    ByteBuffer answer = {};       ///< sent as `delivery` says; one whole frame to begin with
     Delivery delivery = Delivery::now;
     std::chrono::milliseconds delay{0};
     Unplugging unplugging = Unplugging::none;
-    bool applies = true;  ///< whether the command takes effect; a query has none
+    bool applies = true;  ///< whether the frame takes effect; of the queries only the last hum's has one
 };
 
 /// One way in which an answer goes wrong. A value: copy it, keep tables of it.

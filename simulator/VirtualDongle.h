@@ -1,19 +1,28 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <memory>
+#include <mutex>
+#include <optional>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "protocol/VelmorindalCommand.h"
 #include "protocol/VelmorindalMessageType.h"
 #include "simulator/DeviceState.h"
 #include "simulator/Fault.h"
+#include "simulator/FaultScript.h"
+#include "simulator/OutgoingLine.h"
+#include "simulator/PseudoTerminal.h"
+#include "simulator/SimulatedDevice.h"
+#include "simulator/WakeUp.h"
+#include "simulator/WireFrame.h"
 
 namespace velmorindal {
 
@@ -74,7 +83,7 @@ class VirtualDongle {
     ~VirtualDongle();
 
     /// The link that a host opens.
-    const std::filesystem::path& path() const;
+    const std::filesystem::path& path() const { return path_; }
 
     /// Removes the link and closes the pseudo-terminal: whoever has it open sees a link count of 0 and reads
     /// end at once. It has happened when this returns; from the hook it happens right after the hook. Once is
@@ -126,8 +135,56 @@ class VirtualDongle {
     void whenReceived(std::function<void(std::span<const std::uint8_t>)> hook);
 
   private:
-    class Server;
-    std::unique_ptr<Server> server_;
+    using Clock = OutgoingLine::Clock;
+    using Lock = std::unique_lock<std::mutex>;
+
+    struct LateAnswer {
+        Clock::time_point due;
+        ByteBuffer bytes;
+    };
+
+    FaultScript& script(VelmorindalMessageType type) { return scripts_[static_cast<std::uint8_t>(type)]; }
+    const FaultScript& script(VelmorindalMessageType type) const {
+        return scripts_[static_cast<std::uint8_t>(type)];
+    }
+
+    // On the server thread, in the order of a turn of its loop.
+    void serve();
+    void sendWhatIsDue(Clock::time_point now);
+    void sendReports(Clock::time_point now);
+    void unplugOnceTaken(Clock::time_point now);
+    void waitForWork(Lock& lock);
+    Clock::time_point nextDeadline(Clock::time_point now) const;
+    void receive(Lock& lock);
+    void handle(const ByteBuffer& frame, Lock& lock);
+    void deliver(const AnswerPlan& plan, Clock::time_point now);
+
+    const Options options_;
+    const std::filesystem::path path_;
+    const Clock::time_point start_ = Clock::now();
+    const WakeUp wakeUp_;
+
+    mutable std::mutex mutex_;
+    /// A frame was received, or the dongle is out.
+    mutable std::condition_variable changed_;
+    PseudoTerminal terminal_;  // the server thread's alone
+    OutgoingLine line_;
+    WireFrameReader reader_;
+    SimulatedDevice device_;
+    FaultScripts scripts_;
+    FaultScript reportScript_;
+    std::optional<Clock::time_point> nextReport_;
+    ByteBuffer heldBack_;
+    std::vector<LateAnswer> late_;
+    std::vector<ByteBuffer> received_;
+    std::size_t receivedCount_ = 0;
+    std::function<void(std::span<const std::uint8_t>)> hook_;
+    /// When the dongle is pulled out even if the host has not taken the last bytes.
+    std::optional<Clock::time_point> unplugBy_;
+    bool unplugAsked_ = false;
+    bool plugged_ = true;
+    std::thread::id serverId_;
+    std::thread server_;  // last: it uses all of the above
 };
 
 }  // namespace velmorindal

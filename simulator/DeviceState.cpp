@@ -1,0 +1,72 @@
+#include "simulator/DeviceState.h"
+
+#include <span>
+#include <string_view>
+
+#include "diagnostics/Print.h"
+
+namespace velmorindal {
+namespace {
+
+std::string text(const PrintItem& item) {
+    return item.text();
+}
+
+/// The word for `value`, or the bare number where there is none.
+std::string word(std::uint8_t value, std::span<const std::string_view> words) {
+    return value < words.size() ? std::string{words[value]} : text(value);
+}
+
+std::string duration(std::uint16_t ticks) {
+    return text(ticks) + " ticks (" + text(static_cast<double>(ticks) * 40.0 / 1000.0) + " s)";
+}
+
+std::string keystrokes(std::span<const std::uint8_t> bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string hex;
+    for (const std::uint8_t byte : bytes) {
+        if (!hex.empty()) {
+            hex += ' ';
+        }
+        hex += digits[byte >> 4U];
+        hex += digits[byte & 0x0FU];
+    }
+    return hex;
+}
+
+std::string relay(const RelaySettings& settings) {
+    constexpr std::string_view modes[] = {"follow", "fixed", "toggle"};
+    constexpr std::string_view types[] = {"normally open", "normally closed"};
+    return word(settings.mode, modes) + ", " + word(settings.type, types) + ", pulses of " +
+           text(settings.minPulse) + " to " + text(settings.maxPulse);
+}
+
+}  // namespace
+
+std::vector<std::string> storedSettingsInWords(const DeviceState& state) {
+    if (!state.stored) {
+        return {"Nothing was stored."};
+    }
+    constexpr std::string_view protocols[] = {"Gazell", "Bluetooth"};
+    constexpr std::string_view paths[] = {"USB", "relay"};
+    constexpr std::string_view detectModes[] = {"continuous", "short only", "long only", "short and long"};
+    const DeviceSettings& stored = *state.stored;
+    const HumDurationSettings& hums = stored.humDuration;
+    const std::span<const std::uint8_t> keys = stored.keys;
+    return {
+        "Protocol: " + word(stored.protocol, protocols),
+        "Output path: " + word(stored.outputPath, paths),
+        "Hums detected: " + word(hums.detectMode, detectModes),
+        "Short hums: " + duration(hums.minShort) + " to " + duration(hums.maxShort),
+        "Long hums: " + duration(hums.minLong) + " to " + duration(hums.maxLong),
+        "Hold counts: on " + text(hums.holdOn) + ", off " + text(hums.holdOff),
+        "Clarity thresholds: " + text(stored.thresholds.ap) + " and " + text(stored.thresholds.si),
+        "Short hum keys: " + keystrokes(keys.first(4)),
+        "Long hum keys: " + keystrokes(keys.subspan(4)),
+        "Short hum relay: " + relay(stored.shortRelay),
+        "Long hum relay: " + relay(stored.longRelay),
+        "Times stored: " + text(state.timesStored),
+    };
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,60 @@
+#include "simulator/OutgoingLine.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+namespace velmorindal {
+namespace {
+
+/// 115200 bits a second, ten bits a byte: 86.8 microseconds.
+constexpr std::chrono::nanoseconds byteTime{1'000'000'000LL * 10 / 115'200};
+/// About a millisecond's worth, so that pacing does not wake the processor for every byte.
+constexpr std::size_t pacedPortion = 12;
+
+}  // namespace
+
+void OutgoingLine::put(std::span<const std::uint8_t> bytes, Clock::time_point now) {
+    if (waiting() == 0) {
+        free_ = std::max(free_, now);
+    }
+    if (written_ > pending_.size() / 2) {
+        pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(written_));
+        written_ = 0;
+    }
+    pending_.insert(pending_.end(), bytes.begin(), bytes.end());
+}
+
+void OutgoingLine::write(int descriptor, Clock::time_point now) {
+    blocked_ = false;
+    while (waiting() > 0 && due().value_or(now) <= now) {
+        const ssize_t taken = ::write(descriptor, pending_.data() + written_, nextPortion());
+        if (taken < 0 && errno == EINTR) {
+            continue;
+        }
+        if (taken < 0 && errno != EAGAIN) {
+            throw std::system_error{errno, std::generic_category(), "cannot write to the pseudo-terminal"};
+        }
+        if (taken <= 0) {
+            blocked_ = true;
+            return;
+        }
+        written_ += static_cast<std::size_t>(taken);
+        free_ += byteTime * taken;
+    }
+}
+
+std::optional<OutgoingLine::Clock::time_point> OutgoingLine::due() const {
+    if (!paced_ || waiting() == 0) {
+        return std::nullopt;
+    }
+    return free_ + byteTime * nextPortion();
+}
+
+std::size_t OutgoingLine::nextPortion() const {
+    return paced_ ? std::min(waiting(), pacedPortion) : waiting();
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,77 @@
+#include "simulator/PseudoTerminal.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+namespace velmorindal {
+namespace {
+
+void require(bool succeeded, int error, const std::string& what) {
+    if (!succeeded) {
+        throw std::system_error{error, std::generic_category(), what};
+    }
+}
+
+OwnedDescriptor openMaster() {
+    OwnedDescriptor master{::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)};
+    require(master.get() >= 0, errno, "cannot open a pseudo-terminal");
+    require(::grantpt(master.get()) == 0, errno, "cannot grant access to the pseudo-terminal");
+    require(::unlockpt(master.get()) == 0, errno, "cannot unlock the pseudo-terminal");
+    return master;
+}
+
+std::string hostEndOf(const OwnedDescriptor& master) {
+    std::array<char, 128> name{};
+    const int error = ::ptsname_r(master.get(), name.data(), name.size());
+    require(error == 0, error, "cannot name the pseudo-terminal");
+    return name.data();
+}
+
+OwnedDescriptor openRaw(const std::string& path) {
+    OwnedDescriptor slave{::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)};
+    require(slave.get() >= 0, errno, "cannot open " + path);
+    termios settings{};
+    require(::tcgetattr(slave.get(), &settings) == 0, errno, "cannot read the settings of " + path);
+    ::cfmakeraw(&settings);
+    require(::tcsetattr(slave.get(), TCSANOW, &settings) == 0, errno, "cannot set " + path + " raw");
+    return slave;
+}
+
+}  // namespace
+
+PseudoTerminal::PseudoTerminal(std::filesystem::path link)
+    : link_{std::move(link)}, master_{openMaster()}, hostEnd_{hostEndOf(master_)}, slave_{openRaw(hostEnd_)} {
+    require(::symlink(hostEnd_.c_str(), link_.c_str()) == 0, errno, "cannot make the link " + link_.string());
+}
+
+bool PseudoTerminal::hostHasTakenAll() const {
+    // Bytes pass through a queue of the system before they count as unread. Polling moves them on; asking for
+    // their number alone would miss them.
+    pollfd host{.fd = slave_.get(), .events = POLLIN, .revents = 0};
+    ::poll(&host, 1, 0);
+    int unread = 0;
+    return ::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread == 0;
+}
+
+void PseudoTerminal::close() {
+    if (master_.get() < 0) {
+        return;
+    }
+    std::error_code unreadable;
+    if (std::filesystem::read_symlink(link_, unreadable) == hostEnd_) {
+        ::unlink(link_.c_str());
+    }
+    slave_.close();
+    master_.close();
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "protocol/VelmorindalCommand.h"
+#include "simulator/DeviceState.h"
+
+namespace velmorindal {
+
+// The device's side of the settings' payloads, little-endian. The readers need as many bytes as the sizes
+// say.
+
+constexpr std::size_t humDurationSize = 11;
+constexpr std::size_t thresholdsSize = 8;
+constexpr std::size_t relaysSize = 12;
+
+ByteBuffer humDurationBytes(const HumDurationSettings& settings);
+HumDurationSettings humDurationFrom(std::span<const std::uint8_t> payload);
+
+/// Two floats, 8 bytes: thresholds and reports look alike.
+ByteBuffer floatPairBytes(float first, float second);
+HumThresholdSettings thresholdsFrom(std::span<const std::uint8_t> payload);
+
+/// The short hum's relay, then the long hum's, 6 bytes each.
+ByteBuffer relayBytes(const RelaySettings& shortRelay, const RelaySettings& longRelay);
+RelaySettings relayFrom(std::span<const std::uint8_t> sixBytes);
+
+ByteBuffer lastHumBytes(std::uint16_t ticks, std::uint8_t source);
+std::uint16_t littleEndian16(std::span<const std::uint8_t> bytes);
+
+}  // namespace velmorindal
