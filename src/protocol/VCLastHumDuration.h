@@ -7,7 +7,7 @@
 
 namespace velmorindal {
 
-/// How long the most recent hum was. Received as the answer to a query; a command exists and is not used.
+/// How long the most recent hum was. Received as the answer to a query; sendable too.
 ///
 ///     command and response, 3 bytes
 ///     0  2  _duration   ticks of 40 ms

@@ -11,8 +11,8 @@ namespace velmorindal {
 /// How the two switch jacks close for short and for long hums. Sent; received only unasked.
 ///
 ///     command, 12 bytes              response, 11 bytes
-///     0   1  config_modeShort        0  1  both modes; only the two lowest bits count
-///     1   1  config_typeShort        1  1  both types; only the lowest bit counts
+///     0   1  config_modeShort        0  1  both modes, from the two lowest bits; 3 is Fixed
+///     1   1  config_typeShort        1  1  both types, from the lowest bit
 ///     2   2  min_pulse_short         2  2  both shortest pulses
 ///     4   2  max_pulse_short         4  2  both longest pulses
 ///     6   1  config_modeLong         6  5  not read

@@ -53,7 +53,7 @@ std::unique_ptr<VelmorindalCommand> VelmorindalMessageFactory::createFromWire(
     try {
         message->deserialize(buffer);
     } catch (const VelmorindalException&) {
-        return nullptr;  // a message that is only sent
+        return nullptr;  // a message that is never received
     }
     return message;
 }

@@ -1,0 +1,101 @@
+#include "protocol/VelmorindalMessageFactory.h"
+
+#include "protocol/ProtocolTest.h"
+#include "protocol/VCAutoTune.h"
+#include "protocol/VCHumDuration.h"
+#include "protocol/VCHumThresholds.h"
+#include "protocol/VCKeyboardConfig.h"
+#include "protocol/VCLastHumDuration.h"
+#include "protocol/VCOutputPath.h"
+#include "protocol/VCProtocolSelect.h"
+#include "protocol/VCRelayConfig.h"
+#include "protocol/VCStatus.h"
+#include "protocol/VCVersion.h"
+
+namespace velmorindal {
+namespace {
+
+std::unique_ptr<VelmorindalCommand> created(const ByteBuffer& frame) {
+    return VelmorindalMessageFactory::createFromWire(frame);
+}
+
+template <typename Message>
+void expectValid(const ByteBuffer& frame) {
+    const auto message = created(frame);
+    ASSERT_NE(message, nullptr) << frame[2];
+    EXPECT_NE(dynamic_cast<const Message*>(message.get()), nullptr) << frame[2];
+    EXPECT_TRUE(message->_valid) << frame[2];
+}
+
+TEST(VelmorindalMessageFactory, BuildsTheMessageOfEachTypeThatIsReceived) {
+    expectValid<VCHumDuration>({'r', 'b', 'd', 0x0B, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    expectValid<VCHumThresholds>({'r', 'b', 'h', 0x08, 0, 0, 0, 0, 0, 0, 0, 0});
+    expectValid<VCKeyboardConfig>({'r', 'b', 'k', 0x08, 0, 0, 0, 0, 0, 0, 0, 0});
+    expectValid<VCLastHumDuration>({'r', 'b', 'l', 0x03, 0, 0, 0});
+    expectValid<VCOutputPath>({'r', 'b', 'p', 0x01, 0});
+    expectValid<VCStatus>({'r', 'b', 's', 0x01, 0});
+    expectValid<VCAutoTune>({'r', 'b', 't', 0x08, 0, 0, 0, 0, 0, 0, 0, 0});
+    expectValid<VCVersion>({'r', 'b', 'v', 0x00});
+    expectValid<VCProtocolSelect>({'r', 'b', 'x', 0x01, 0});
+    expectValid<VCRelayConfig>({'r', 'b', 'y', 0x0B, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+}
+
+TEST(VelmorindalMessageFactory, DecodesTheFieldsOfTheFrame) {
+    const auto message = created({'r', 'b', 's', 0x01, 0x02});
+    const auto* const status = dynamic_cast<const VCStatus*>(message.get());
+    ASSERT_NE(status, nullptr);
+    EXPECT_EQ(status->_linkState, 2);
+}
+
+TEST(VelmorindalMessageFactory, YieldsNothingForAFrameShorterThanItsHeaderAndPrintsNothing) {
+    EXPECT_EQ(printedBy([] {
+                  EXPECT_EQ(created({}), nullptr);
+                  EXPECT_EQ(created({'r', 'b', 's'}), nullptr);
+              }),
+              "");
+}
+
+TEST(VelmorindalMessageFactory, YieldsNothingForTypesThatAreNeverReceived) {
+    EXPECT_EQ(printedBy([] {
+                  EXPECT_EQ(created({'r', 'b', 'w', 0x00}), nullptr);
+                  EXPECT_EQ(created({'r', 'b', 'z', 0x00}), nullptr);
+              }),
+              "");
+}
+
+TEST(VelmorindalMessageFactory, YieldsNothingForUnknownTypesAndForNone) {
+    EXPECT_EQ(printedBy([] {
+                  EXPECT_EQ(created({'r', 'b', 0x41, 0x00}), nullptr);
+                  EXPECT_EQ(created({'r', 'b', 0x00, 0x00}), nullptr);
+                  EXPECT_EQ(created({'r', 'b', 0xFF, 0x00}), nullptr);
+              }),
+              "");
+}
+
+TEST(VelmorindalMessageFactory, LooksAtTheTypeAloneBeforeTheMessageLooksAtTheRest) {
+    std::unique_ptr<VelmorindalCommand> message;
+    const std::string lines = printedBy([&] { message = created({'e', 'b', 's', 0x01, 0x02}); });
+    ASSERT_NE(dynamic_cast<const VCStatus*>(message.get()), nullptr);
+    EXPECT_FALSE(message->_valid);
+    EXPECT_EQ(lines, "Message type unexpected:  101  command/response/error are  99 114 101\n");
+}
+
+TEST(VelmorindalMessageFactory, ReturnsAHumDurationOfWrongLengthAsAnInvalidObject) {
+    std::unique_ptr<VelmorindalCommand> message;
+    const std::string lines = printedBy([&] {
+        message = created({'r', 'b', 'd', 0x0A, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    });
+    ASSERT_NE(dynamic_cast<const VCHumDuration*>(message.get()), nullptr);
+    EXPECT_FALSE(message->_valid);
+    EXPECT_EQ(lines, "");
+}
+
+TEST(VelmorindalMessageFactory, ReportsChannelZeroForAnAutoTuneWhateverWasAsked) {
+    const auto message = created({'r', 'b', 't', 0x08, 1, 2, 3, 4, 5, 6, 7, 8});
+    const auto* const report = dynamic_cast<const VCAutoTune*>(message.get());
+    ASSERT_NE(report, nullptr);
+    EXPECT_EQ(report->channel, 0);
+}
+
+}  // namespace
+}  // namespace velmorindal
