@@ -1,15 +1,8 @@
 #pragma once
 
+#include "ui/views/Color.h"
+
 namespace velmorindal {
-
-/// A colour by its parts, each 0 to 1.
-struct Color {
-    double red;
-    double green;
-    double blue;
-
-    bool operator==(const Color&) const = default;
-};
 
 /// A horizontal bar: what it shows, and how far it is filled.
 struct ProgressBar {

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "session/ModelTypes.h"
+#include "session/Published.h"
+#include "session/VelmorindalSwitch.h"
+#include "ui/views/Color.h"
+#include "ui/views/ProgressBar.h"
+#include "ui/views/SliderRange.h"
+
+namespace velmorindal {
+
+/// The fifth page: the two thresholds, and live readings to set them by. Main thread only.
+///
+/// The sliders write into the model at once. A value that lies between two steps or outside the range (a
+/// settings file may hold one) is shown at the nearest position and stays as it is until the user moves the
+/// slider.
+class CalibrationPanelView {
+  public:
+    /// A filled circle 20 points across.
+    struct Indicator {
+        std::string_view accessibleName;
+        /// The text beside it; empty where there is none.
+        std::string_view text;
+        bool lit;
+        /// The state in words, for who cannot see the colour.
+        std::string_view description;
+
+        static constexpr int diameter = 20;
+        Color color() const;
+    };
+
+    /// A slider and the threshold of the model that it is bound to.
+    struct Slider {
+        std::string_view accessibleName;
+        SliderRange range;
+        Published<float> VelmorindalSwitch::*threshold;
+    };
+
+    explicit CalibrationPanelView(VelmorindalSwitch& model);
+
+    VelmorindalSwitch& velmorindal;
+
+    /// In the larger font.
+    static constexpr std::string_view title = "It's time to calibrate your Velmorindal";
+    /// "hte" is meant to be spelled so.
+    static constexpr std::string_view placement =
+        "Please place the device on the user's neck, aligning hte sensor to their vocal cords.";
+
+    /// In the smaller font.
+    static constexpr std::string_view clarityHeading = "Clarity:";
+    static constexpr std::string_view clarityExplanation =
+        "Adjust the slider to set the clarity threshold. Hums with a clarity level higher than the threshold "
+        "will activate an output.\nPress \"Show Clarity\" and hum to see the clarity of the user's hums.";
+    static constexpr std::string_view showClarityLabel = "Show Clarity";
+    static constexpr Slider claritySlider{.accessibleName = "Clarity threshold",
+                                          .range = {.minimum = 0.0, .maximum = 1.0, .step = 0.01},
+                                          .threshold = &VelmorindalSwitch::clarity};
+    static constexpr std::string_view clarityBarName = "Clarity level";
+
+    /// In the smaller font.
+    static constexpr std::string_view durationHeading = "Duration:";
+    static constexpr std::string_view durationExplanation =
+        "Adjust the slider to set the cutoff time between short and long hums.\nPress \"Show Duration\", "
+        "then "
+        "hum and wait. The bar will then show the duration of the last hum after you stop humming.";
+    static constexpr std::string_view showDurationLabel = "Show Duration";
+    /// In seconds.
+    static constexpr Slider cutoffSlider{.accessibleName = "Cutoff",
+                                         .range = {.minimum = 0.1, .maximum = 3.0, .step = 0.05},
+                                         .threshold = &VelmorindalSwitch::cutoff};
+    static constexpr std::string_view durationBarName = "Duration of last hum";
+
+    bool showClarityEnabled() const;
+    bool showDurationEnabled() const;
+
+    /// Starts the display of one measurement, or stops it where it runs or is only just starting. A run of
+    /// the other kind is stopped first. Blocks until a run that is stopped has wound down.
+    void showClarityPressed();
+    void showDurationPressed();
+
+    /// The position at which a slider stands.
+    int position(const Slider& slider) const;
+    /// The user has moved a slider. Does nothing at the position where the slider stands already.
+    void moveSlider(const Slider& slider, int position);
+
+    ProgressBar clarityBar() const;
+    /// In seconds.
+    ProgressBar durationBar() const;
+
+    /// Lit while the clarity measured reaches the threshold.
+    Indicator clarityIndicator() const;
+    /// Which kind the last hum counted as: short, long. Neither is lit before the first hum.
+    std::array<Indicator, 2> durationIndicators() const;
+
+  private:
+    void toggle(PollingState measurement);
+
+    /// The measurement begun last: a run that is only starting has not set the model's `pollingState` yet.
+    PollingState begun_ = PollingState::none;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "session/ChangeNotifier.h"
+#include "session/Published.h"
+#include "session/VelmorindalSwitch.h"
+#include "ui/views/Dialog.h"
+#include "ui/views/FilePanel.h"
+#include "ui/views/ProgressBar.h"
+
+namespace velmorindal {
+
+/// The second page: the progress and the result of the connection attempt, and loading a settings file. It
+/// does not start the attempt. Main thread only.
+class ConnectPanelView {
+  public:
+    /// `objectWillChange` announces the page's own state. All three must outlive the page.
+    ConnectPanelView(VelmorindalSwitch& model, FilePanel& filePanel, const ChangeNotifier& objectWillChange);
+
+    VelmorindalSwitch& velmorindal;
+    /// The load-error dialog is up.
+    Published<bool> showingAlert;
+    Published<std::string> alertTitle;
+    Published<std::string> alertMessage;
+
+    /// In the larger font.
+    static constexpr std::string_view title = "It's time to connect to the Velmorindal.";
+    static constexpr std::string_view loadText =
+        "If you have previously saved a configuration, you can load it here.\n"
+        "These settings will not be saved to the Velmorindal until the end.";
+    static constexpr std::string_view loadLabel = "Load";
+    static constexpr std::string_view progressBarName = "Connection progress";
+
+    std::string_view statusText() const;
+
+    /// The bar under the status line, only while connecting.
+    std::optional<ProgressBar> progressBar() const;
+
+    /// Asks for a settings file and loads it into the model; raises the load-error dialog when that fails.
+    /// Possible in every connection state.
+    void loadButtonPressed();
+
+    /// The load-error dialog while it is raised.
+    std::optional<Dialog> raisedDialog() const;
+
+  private:
+    void load(const std::string& filename);
+
+    FilePanel& filePanel_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmorindal {
+
+/// Asks the user for a file. Main thread.
+class FilePanel {
+  public:
+    /// Receives the UTF-8 path of the file chosen, or nothing when the panel was dismissed. Called once, on
+    /// the main thread, during the call that asks or after it.
+    using Completion = std::function<void(std::optional<std::string>)>;
+
+    FilePanel() = default;
+    FilePanel(const FilePanel&) = delete;
+    FilePanel& operator=(const FilePanel&) = delete;
+    virtual ~FilePanel() = default;
+
+    /// Asks for an existing file. `allowedFileTypes` are file name extensions without their dot.
+    virtual void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes,
+                                  Completion completion) = 0;
+
+    /// Asks where to save a file, which need not exist.
+    virtual void chooseFileToSave(const std::vector<std::string>& allowedFileTypes,
+                                  Completion completion) = 0;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,23 @@
+#pragma once
+
+namespace velmorindal {
+
+/// The values a slider can take: from `minimum` to `maximum` in whole steps.
+///
+/// A toolkit's slider counts positions, 0 to positionCount() - 1, so that no rounding adds up on the way.
+struct SliderRange {
+    double minimum;
+    double maximum;
+    double step;
+
+    int positionCount() const;
+
+    /// The position that shows `value` best: an end for a value outside the range, the first for a value that
+    /// is not a number.
+    int nearestPosition(float value) const;
+
+    /// The value at a position; at the nearer end for a position outside the range.
+    float valueAt(int position) const;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "session/VelmorindalSwitch.h"
+#include "ui/views/ProgressBar.h"
+
+namespace velmorindal {
+
+/// The last page: the settings in words, then the progress and the result of the write. It changes nothing.
+class SummaryPanelView {
+  public:
+    struct Row {
+        std::string label;
+        std::string value;
+
+        bool operator==(const Row&) const = default;
+    };
+
+    explicit SummaryPanelView(const VelmorindalSwitch& model);
+
+    const VelmorindalSwitch& velmorindal;
+
+    static constexpr std::string_view introduction =
+        "You have configured your Velmorindal with the following parameters:";
+    static constexpr std::string_view progressBarName = "Write progress";
+    /// Points on every side of the page's content.
+    static constexpr int contentInset = 30;
+
+    /// The rows that are shown now, top to bottom.
+    std::vector<Row> rows() const;
+
+    /// The value of the row "Output:".
+    std::string_view pathString() const;
+
+    /// The text under the rows; empty while there is nothing to say.
+    std::string_view statusText() const;
+
+    /// The bar under that text, only while writing.
+    std::optional<ProgressBar> progressBar() const;
+};
+
+}  // namespace velmorindal
