@@ -90,8 +90,9 @@ class ContainerView {
     /// The page of `currentState`.
     Panel currentPanel();
 
-    /// Leads to the next page; from Welcome it also starts the connection attempt where none was made yet.
-    /// A calibration run is stopped before its page is left, which blocks until it has wound down.
+    /// Lead to the next page and to the one before. From Welcome, Next also starts the connection attempt
+    /// where none was made yet. A calibration run is stopped before its page is left, which blocks until it
+    /// has wound down. Summary is not left while a write is under way.
     void nextButtonPressed();
     void backButtonPressed();
     /// Raises the question whether to close.
@@ -102,7 +103,7 @@ class ContainerView {
     void closeButtonPressed();
 
     /// Starts writing the settings to the device in the background, after stopping a calibration run. Does
-    /// nothing while an earlier attempt to connect or to write is still under way: two never share the port.
+    /// nothing while an earlier write is still under way: two never share the port.
     void saveButtonPressed();
     /// Asks for a file and writes the settings to it.
     void saveXMLButtonPressed();
@@ -128,9 +129,10 @@ class ContainerView {
     Dispatch& dispatch_;
     FilePanel& filePanel_;
     std::function<void()> terminate_;
-    /// A connection attempt or a write has been submitted and has not handed over its result. The model's
-    /// `connectionState` shows it only later.
-    bool deviceWorkUnderWay_ = false;
+    /// Submitted, and its result not handed over yet. The model's `connectionState` shows either only some
+    /// time after it was submitted.
+    bool connectionAttemptUnderWay_ = false;
+    bool writeUnderWay_ = false;
 };
 
 }  // namespace velmorindal

@@ -1,0 +1,72 @@
+#include "ui/views/ConnectPanelView.h"
+
+#include "diagnostics/Print.h"
+
+namespace velmorindal {
+
+ConnectPanelView::ConnectPanelView(VelmorindalSwitch& model, FilePanel& filePanel,
+                                   const ChangeNotifier& objectWillChange)
+    : velmorindal{model},
+      showingAlert{objectWillChange, false},
+      alertTitle{objectWillChange, {}},
+      alertMessage{objectWillChange, {}},
+      filePanel_{filePanel} {}
+
+std::string_view ConnectPanelView::statusText() const {
+    switch (velmorindal.connectionState.get()) {
+        case ConnectionStatus::idle:
+            return "Initializing...";
+        case ConnectionStatus::connecting:
+            return "Connecting...";
+        case ConnectionStatus::connected:
+            return "Connection successful. Press \"Next\" to continue.";
+        case ConnectionStatus::disconnected:
+            return "Not Connected";
+        case ConnectionStatus::writing:
+        case ConnectionStatus::error:
+            break;
+    }
+    return "Unknown Error. Please quit and restart this program.";
+}
+
+std::optional<ProgressBar> ConnectPanelView::progressBar() const {
+    if (velmorindal.connectionState.get() != ConnectionStatus::connecting) {
+        return std::nullopt;
+    }
+    return ProgressBar{.value = velmorindal.readWriteProgress.get(),
+                       .maxValue = 6.0,
+                       .backgroundEnabled = true,
+                       .backgroundColor = colors::veryLightGrey,
+                       .foregroundColor = colors::green};
+}
+
+void ConnectPanelView::loadButtonPressed() {
+    print("Load pressed");
+    filePanel_.chooseFileToOpen({"xml"}, [this](const std::optional<std::string>& filename) {
+        if (filename) {
+            load(*filename);
+        }
+    });
+}
+
+void ConnectPanelView::load(const std::string& filename) {
+    if (velmorindal.loadXML(filename)) {
+        return;
+    }
+    // Read once: a connection attempt may be writing it at the same time.
+    const std::optional<std::string> reason = velmorindal.lastError.get();
+    alertTitle = "Could Not Load XML File";
+    alertMessage =
+        reason.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
+    showingAlert = true;
+    print("Could not read XML: ", reason.value_or("Something weird happened"));
+}
+
+std::optional<Dialog> ConnectPanelView::raisedDialog() const {
+    if (!showingAlert.get()) {
+        return std::nullopt;
+    }
+    return Dialog::notice(DialogId::loadError, alertTitle.get(), alertMessage.get());
+}
+
+}  // namespace velmorindal

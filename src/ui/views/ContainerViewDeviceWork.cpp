@@ -1,0 +1,81 @@
+#include "ui/views/ContainerView.h"
+
+#include "diagnostics/Print.h"
+
+namespace velmorindal {
+
+void ContainerView::startConnectionAttempt() {
+    // The state stays idle while dongles are looked for: Back and Next must not start a second attempt.
+    if (connectionAttemptUnderWay_) {
+        return;
+    }
+    connectionAttemptUnderWay_ = true;
+    dispatch_.runInBackground([this] {
+        const bool connected = velmorindal.connect();
+        dispatch_.postToMain([this, connected, lastError = velmorindal.lastError.get()] {
+            connectionAttemptUnderWay_ = false;
+            connectionAttemptEnded(connected, lastError);
+        });
+    });
+}
+
+void ContainerView::connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError) {
+    if (connected && !lastError) {
+        return;
+    }
+    alertTitle = connected ? "Warning" : "Connection Failed";
+    alertMessage = lastError.value_or("(Unknown Error)");
+    showingGenericAlert = true;
+    print(connected ? "Connected, with warnings." : "Could not connect.");
+}
+
+void ContainerView::saveButtonPressed() {
+    if (writeUnderWay_) {
+        return;
+    }
+    stopPollingRun();
+    print("dispatching background save");
+    writeUnderWay_ = true;
+    dispatch_.runInBackground([this] {
+        print("Starting save");
+        const bool written = velmorindal.commitSettingsToDevice();
+        print(written ? "Save done. pass." : "Save done. Fail.");
+        dispatch_.postToMain(
+            [this, written, lastError = velmorindal.lastError.get()] { writeEnded(written, lastError); });
+        if (written) {
+            print("All done!");
+        }
+    });
+    print("background save dispatched");
+}
+
+void ContainerView::writeEnded(bool written, const std::optional<std::string>& lastError) {
+    if (written) {
+        xmlSaveBody =
+            "Congratulations! Your Velmorindal has been successfully programmed.\n\n"
+            "Your configuration can be saved to disk to save time next time.\n\n"
+            "Would you like to save these settings to a file?";
+        velmorindal.justSaved = true;
+        if (lastError) {
+            alertTitle = "Warning";
+            alertMessage = *lastError;
+            showingGenericAlert = true;
+            print("Saved, with warnings.");
+        }
+    } else {
+        xmlSaveBody =
+            "There was an error writing your configuration to the device.\n\n"
+            "Your configuration can be saved to disk in order to try again.\n\n"
+            "Would you like to save these settings to a file?";
+        alertTitle = "Save Failed";
+        // "Unknwon" is meant to be spelled so.
+        alertMessage = lastError.value_or("(Unknwon Error)") +
+                       "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
+        showingGenericAlert = true;
+        print("Could not save.");
+    }
+    writeUnderWay_ = false;
+    dispatch_.postToMain([this] { showingXMLSaveAlert = true; });
+}
+
+}  // namespace velmorindal
