@@ -1,0 +1,133 @@
+#include "settingsfile/XMLFileParser.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QXmlStreamReader>
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace velmorindal {
+
+namespace {
+
+constexpr qint64 tokenLimit = 64LL * 1024;
+constexpr int depthLimit = 256;
+/// A reference takes three bytes at least, so the largest token expands to 64 Ki / 3 * 256 characters at
+/// most.
+constexpr int entityLimit = 256;
+
+/// The file as the XML reader gets it: the reader keeps a whole token (a text, a comment, a tag) in memory,
+/// so no more than a limit is handed over while one token lasts.
+class TokenBoundedFile final : public QFile {
+  public:
+    void tokenEnded() { tokenLength_ = 0; }
+    bool limitReached() const { return tokenLength_ >= tokenLimit; }
+
+  protected:
+    /// Of a run of blank blocks only the first is handed over: how long a run of white space is never matters
+    /// to a settings file.
+    qint64 readData(char* data, qint64 capacity) override {
+        if (limitReached()) {
+            return -1;
+        }
+        qint64 length = 0;
+        do {
+            length = QFile::readData(data, capacity);
+            if (length <= 0) {
+                return length;
+            }
+        } while (repeatsBlank({data, static_cast<std::size_t>(length)}));
+        tokenLength_ += length;
+        return length;
+    }
+
+  private:
+    bool repeatsBlank(std::string_view block) {
+        using namespace std::string_view_literals;
+        // These bytes occur in the byte-order mark or the first characters of every wider encoding, in which
+        // a byte that looks like a space may be half of a letter, and never in UTF-8.
+        isWide_ = isWide_ || block.find_first_of("\0\xFE\xFF"sv) != std::string_view::npos;
+        const bool blank = !isWide_ && block.find_first_not_of(" \t\r\n") == std::string_view::npos;
+        return std::exchange(lastWasBlank_, blank) && blank;
+    }
+
+    qint64 tokenLength_ = 0;
+    bool lastWasBlank_ = false;
+    bool isWide_ = false;
+};
+
+/// Opens only what is a regular file, and does not so much as open anything else: a pipe would wait for its
+/// writer, a serial device would raise its lines.
+bool openRegularFile(TokenBoundedFile& file, const std::string& filename) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(filename, ignored)) {
+        return false;
+    }
+    // Not waiting, in case the file has become a pipe since.
+    const int descriptor = ::open(filename.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    return descriptor >= 0 &&
+           file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+}
+
+std::string utf8(QStringView text) {
+    return text.toUtf8().toStdString();
+}
+
+void reportElement(const QXmlStreamReader& reader, VelmorindalXML& delegate) {
+    std::vector<XMLAttribute> attributes;
+    for (const QXmlStreamAttribute& attribute : reader.attributes()) {
+        attributes.push_back({utf8(attribute.qualifiedName()), utf8(attribute.value())});
+    }
+    delegate.didStartElement(utf8(reader.qualifiedName()), attributes);
+}
+
+bool isWellFormed(TokenBoundedFile& file, VelmorindalXML& delegate) {
+    QXmlStreamReader reader{&file};
+    // Names count as written: a prefix is part of the name, and a namespace declaration is an attribute.
+    reader.setNamespaceProcessing(false);
+    reader.setEntityExpansionLimit(entityLimit);
+    int depth = 0;
+    while (true) {
+        switch (reader.readNext()) {
+            case QXmlStreamReader::StartElement:
+                if (++depth > depthLimit) {
+                    return false;
+                }
+                reportElement(reader, delegate);
+                break;
+            case QXmlStreamReader::EndElement:
+                --depth;
+                break;
+            case QXmlStreamReader::EndDocument:
+                // The limit ends the file early, which may look like a proper end.
+                return !file.limitReached();
+            case QXmlStreamReader::Invalid:
+                return false;
+            default:
+                break;
+        }
+        file.tokenEnded();
+    }
+}
+
+}  // namespace
+
+ParseOutcome parseXMLFile(const std::string& filename, VelmorindalXML& delegate) {
+    TokenBoundedFile file;
+    if (!openRegularFile(file, filename)) {
+        return ParseOutcome::unreadable;
+    }
+    const bool wellFormed = isWellFormed(file, delegate);
+    if (file.error() == QFileDevice::ReadError) {
+        return ParseOutcome::unreadable;
+    }
+    return wellFormed ? ParseOutcome::parsed : ParseOutcome::malformed;
+}
+
+}  // namespace velmorindal
