@@ -125,7 +125,8 @@ bool VelmorindalSwitch::connect() {
         print("This program has detected " + std::to_string(dongles.size()) +
               " dongles.\n\nOne will be chosen arbitrarily.");
         warning =
-            "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
+            "Multiple dongles found. To ensure that you program the correct device, please remove any extra "
+            "USB "
             "dongles.";
         lastError = warning;
     }

@@ -14,7 +14,8 @@ using testing::SizeIs;
 using Type = VelmorindalMessageType;
 
 constexpr const char* refusedText = "Failed to write instruction to device.\n\nError code: ";
-constexpr const char* lostText = "Disconnection during writing process. Your changes were not saved.\n\nError code: ";
+constexpr const char* lostText =
+    "Disconnection during writing process. Your changes were not saved.\n\nError code: ";
 
 class CommittingTest : public SessionTest {
   protected:
@@ -43,9 +44,10 @@ TEST_F(CommittingTest, OutsideConnectedItRefusesAndTheStateNeverBecomesWriting) 
           ConnectionStatus::writing, ConnectionStatus::error}) {
         velmorindal.connectionState = state;
         EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.commitSettingsToDevice()); }), IsEmpty());
-        EXPECT_EQ(velmorindal.lastError.get(),
-                  "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device "
-                  "is connected and run this program again.");
+        EXPECT_EQ(
+            velmorindal.lastError.get(),
+            "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device "
+            "is connected and run this program again.");
     }
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
 }
@@ -76,8 +78,8 @@ TEST_F(CommittingTest, TheWritingStateIsInPlaceBeforeTheFirstByteGoesOutAndProgr
     auto result = dispatch.inBackground([this] { return velmorindal.commitSettingsToDevice(); });
     EXPECT_TRUE(dispatch.runOneMainWork());
     EXPECT_TRUE(result.get());
-    EXPECT_THAT(seen, ElementsAre("writing 0", "writing 0", "writing 0", "writing 0", "writing 0", "writing 0",
-                                  "writing 0"));
+    EXPECT_THAT(seen, ElementsAre("writing 0", "writing 0", "writing 0", "writing 0", "writing 0",
+                                  "writing 0", "writing 0"));
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::writing);
     dispatch.runPendingMainWork();
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
@@ -94,15 +96,15 @@ TEST_F(CommittingTest, NothingGoesOutUntilTheMainThreadHasSetTheState) {
 TEST_F(CommittingTest, ASwitchInDirectModeIsSevenCommandsWithNoKeys) {
     EXPECT_TRUE(commit());
     // clarity 0.5, cutoff 1.5: 37 ticks
-    EXPECT_THAT(dongle.receivedFrames(),
-                ElementsAre(ByteBuffer{0x63, 0x62, 0x78, 0x01, 0x00},  //
-                            ByteBuffer{0x63, 0x62, 0x70, 0x01, 0x01},
-                            ByteBuffer{0x63, 0x62, 0x64, 0x0B, 0x00, 0x00, 0x00, 37, 0x00, 37, 0x00, 0xFF, 0xFF, 2, 0},
-                            ByteBuffer{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 10, 0, 0xE8, 0x03, 0x00, 0x00, 10, 0, 0xE8,
-                                       0x03},
-                            ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
-                            ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0, 0, 0, 0, 0, 0, 0, 0},
-                            ByteBuffer{0x63, 0x62, 0x77, 0x00}));
+    EXPECT_THAT(
+        dongle.receivedFrames(),
+        ElementsAre(
+            ByteBuffer{0x63, 0x62, 0x78, 0x01, 0x00},  //
+            ByteBuffer{0x63, 0x62, 0x70, 0x01, 0x01},
+            ByteBuffer{0x63, 0x62, 0x64, 0x0B, 0x00, 0x00, 0x00, 37, 0x00, 37, 0x00, 0xFF, 0xFF, 2, 0},
+            ByteBuffer{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 10, 0, 0xE8, 0x03, 0x00, 0x00, 10, 0, 0xE8, 0x03},
+            ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
+            ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0, 0, 0, 0, 0, 0, 0, 0}, ByteBuffer{0x63, 0x62, 0x77, 0x00}));
 }
 
 TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsAndItsFirstProgressFollowsTheProtocol) {
@@ -111,14 +113,15 @@ TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsAndItsFirstProgressFollows
     velmorindal.shortEnabled = true;
     velmorindal.outputKeys = {OutputKey::F1, OutputKey::Tilde2, OutputKey::ShiftTab};
     EXPECT_TRUE(commit());
-    EXPECT_THAT(dongle.receivedFrames(),
-                ElementsAre(ByteBuffer{0x63, 0x62, 0x78, 0x01, 0x01},  //
-                            ByteBuffer{0x63, 0x62, 0x64, 0x0B, 0x03, 0x00, 0x00, 37, 0x00, 37, 0x00, 0xFF, 0xFF, 4, 0},
-                            ByteBuffer{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 10, 0, 0xE8, 0x03, 0x01, 0x00, 10, 0, 0xE8,
-                                       0x03},
-                            ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
-                            ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0x02, 0x35, 0x80, 0x1F, 0x02, 0x2B, 0, 0},
-                            ByteBuffer{0x63, 0x62, 0x77, 0x00}));
+    EXPECT_THAT(
+        dongle.receivedFrames(),
+        ElementsAre(
+            ByteBuffer{0x63, 0x62, 0x78, 0x01, 0x01},  //
+            ByteBuffer{0x63, 0x62, 0x64, 0x0B, 0x03, 0x00, 0x00, 37, 0x00, 37, 0x00, 0xFF, 0xFF, 4, 0},
+            ByteBuffer{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 10, 0, 0xE8, 0x03, 0x01, 0x00, 10, 0, 0xE8, 0x03},
+            ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
+            ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0x02, 0x35, 0x80, 0x1F, 0x02, 0x2B, 0, 0},
+            ByteBuffer{0x63, 0x62, 0x77, 0x00}));
 }
 
 TEST_F(CommittingTest, AUsbKeyboardInDirectModeCarriesItsKeyInTheLongBytesOnly) {
@@ -140,7 +143,8 @@ struct DetectModeChoice {
     std::uint8_t detectMode;
 };
 
-class DetectModeCommittingTest : public CommittingTest, public testing::WithParamInterface<DetectModeChoice> {};
+class DetectModeCommittingTest : public CommittingTest,
+                                 public testing::WithParamInterface<DetectModeChoice> {};
 
 TEST_P(DetectModeCommittingTest, IsChosenFromModeAndOutputs) {
     velmorindal.outputMode = GetParam().mode;
@@ -174,8 +178,8 @@ using CommittingDeathTest = CommittingTest;
 
 TEST_F(CommittingDeathTest, ACutoffBeyondSixteenBitsStopsTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    for (const float seconds :
-         {2621.44F, -0.04F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+    for (const float seconds : {2621.44F, -0.04F, std::numeric_limits<float>::infinity(),
+                                std::numeric_limits<float>::quiet_NaN()}) {
         EXPECT_DEATH(
             {
                 velmorindal.cutoff = seconds;
@@ -251,11 +255,13 @@ TEST_P(FailedCommitTest, ADonglePulledOutBeforeTheAcknowledgementIsTc) {
 INSTANTIATE_TEST_SUITE_P(
     EveryStep, FailedCommitTest,
     testing::Values(
-        WritingStep{"ProtocolBluetooth", OutputPath::BTKeyboard, Type::protocolSelect, "PS/SC", "PS/TC", 1, 0.0},
+        WritingStep{"ProtocolBluetooth", OutputPath::BTKeyboard, Type::protocolSelect, "PS/SC", "PS/TC", 1,
+                    0.0},
         WritingStep{"ProtocolGazell", OutputPath::Switch, Type::protocolSelect, "PS/SC2", "PS/TC2", 1, 0.0},
         WritingStep{"OutputPath", OutputPath::USBKeyboard, Type::outputPath, "OP/SC", "OP/TC", 2, 0.0},
         WritingStep{"HumDuration", OutputPath::Switch, Type::humDuration, "HD/SC", "HD/TC", 3, 1.0},
-        WritingStep{"HumDurationBluetooth", OutputPath::BTKeyboard, Type::humDuration, "HD/SC", "HD/TC", 2, 1.0},
+        WritingStep{"HumDurationBluetooth", OutputPath::BTKeyboard, Type::humDuration, "HD/SC", "HD/TC", 2,
+                    1.0},
         WritingStep{"RelayConfig", OutputPath::Switch, Type::relayConfig, "RC/SC", "RC/TC", 4, 2.0},
         WritingStep{"HumThresholds", OutputPath::Switch, Type::humThresholds, "HT/SC", "HT/TC", 5, 3.0},
         WritingStep{"KeyboardConfig", OutputPath::Switch, Type::keyboardConfig, "KC/SC", "KC/TC", 6, 4.0},

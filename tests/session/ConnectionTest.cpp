@@ -19,7 +19,8 @@ using Type = VelmorindalMessageType;
 constexpr const char* noDongleText =
     "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
 constexpr const char* severalDonglesText =
-    "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB dongles.";
+    "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
+    "dongles.";
 constexpr const char* openFailedText = "Error connecting to the serial port. It might already be in use.";
 constexpr const char* linkDownText =
     "Please ensure that your Velmorindal is turned on and in configuration mode.";
@@ -62,15 +63,19 @@ TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
     EXPECT_EQ(withoutDescriptors(lines.take()),
               "Open Result:  N\n"
               "Got version string:  Velmorindal 1.1M\n"
-              "Definitely this one  " + path() + "\n"
-              "Have device(s) :  [\"" + path() + "\"]\n"
-              "We made it this far... version code is  Velmorindal 1.1M\n"
-              "Have a status:  1\n"
-              "Connected. Going to read settings\n"
-              "Test: cutoff is  1.0\n"
-              "Settings read successfully.\n"
-              "Successful connection!\n"
-              "Status updated now:  connected\n");
+              "Definitely this one  " +
+                  path() +
+                  "\n"
+                  "Have device(s) :  [\"" +
+                  path() +
+                  "\"]\n"
+                  "We made it this far... version code is  Velmorindal 1.1M\n"
+                  "Have a status:  1\n"
+                  "Connected. Going to read settings\n"
+                  "Test: cutoff is  1.0\n"
+                  "Settings read successfully.\n"
+                  "Successful connection!\n"
+                  "Status updated now:  connected\n");
 }
 
 TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
@@ -80,12 +85,12 @@ TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
     });
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.readWriteProgress = 5.0;
-    EXPECT_THAT(changesWhile([this] { velmorindal.connect(); }),
-                ElementsAre("readWriteProgress 0.0", "connectionState connecting", "readWriteProgress 1.0",
-                            "readWriteProgress 2.0", "readWriteProgress 3.0", "outputPath USBKeyboard",
-                            "readWriteProgress 4.0", "shortEnabled true", "cutoff 1.0", "readWriteProgress 5.0",
-                            "clarity 0.25", "readWriteProgress 6.0", "directKey Enter",
-                            "connectionState connected"));
+    EXPECT_THAT(
+        changesWhile([this] { velmorindal.connect(); }),
+        ElementsAre("readWriteProgress 0.0", "connectionState connecting", "readWriteProgress 1.0",
+                    "readWriteProgress 2.0", "readWriteProgress 3.0", "outputPath USBKeyboard",
+                    "readWriteProgress 4.0", "shortEnabled true", "cutoff 1.0", "readWriteProgress 5.0",
+                    "clarity 0.25", "readWriteProgress 6.0", "directKey Enter", "connectionState connected"));
     EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
     EXPECT_TRUE(velmorindal.isValid);
 }
@@ -93,8 +98,8 @@ TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
 TEST_F(ConnectionTest, TheConversationIsTheProbeTheChecksAndTheFiveReadings) {
     EXPECT_TRUE(connect());
     const auto query = [](std::uint8_t code) { return ByteBuffer{0x63, 0x62, code, 0x00}; };
-    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query(0x76), query(0x76), query(0x73), query(0x78), query(0x70),
-                                                     query(0x64), query(0x68), query(0x6B)));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query(0x76), query(0x76), query(0x73), query(0x78),
+                                                     query(0x70), query(0x64), query(0x68), query(0x6B)));
 }
 
 TEST_F(ConnectionTest, TheConnectingStateIsInPlaceBeforeTheFirstByteOfTheConnectionGoesOut) {
@@ -103,8 +108,8 @@ TEST_F(ConnectionTest, TheConnectingStateIsInPlaceBeforeTheFirstByteOfTheConnect
         states.emplace_back(caseName(velmorindal.connectionState.get()));
     });
     EXPECT_TRUE(connect());
-    EXPECT_THAT(states, ElementsAre("idle", "connecting", "connecting", "connecting", "connecting", "connecting",
-                                    "connecting", "connecting"));
+    EXPECT_THAT(states, ElementsAre("idle", "connecting", "connecting", "connecting", "connecting",
+                                    "connecting", "connecting", "connecting"));
 }
 
 TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
@@ -128,7 +133,8 @@ TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
 TEST_F(ConnectionTest, WithoutAnyEntryItFailsWithTheNoDongleText) {
     dongle.unplug();
     PrintedLines lines;
-    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }), ElementsAre("connectionState error"));
+    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }),
+                ElementsAre("connectionState error"));
     EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
     EXPECT_EQ(lines.take(), "No dongles found. Quitting.\n");
 }
@@ -237,9 +243,11 @@ TEST_F(ConnectionTest, AVersionCheckThatBringsNothingIsCcIc) {
     // Every write to this node fails for want of space.
     PrintedLines lines;
     EXPECT_FALSE(connectWithNodeReplacedBy("/dev/full"));
-    EXPECT_EQ(velmorindal.lastError.get(), "The device sent an unrecognized response.\n\n(Error code: CC/IC)");
+    EXPECT_EQ(velmorindal.lastError.get(),
+              "The device sent an unrecognized response.\n\n(Error code: CC/IC)");
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
-    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid response.\n"), std::string::npos);
+    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid response.\n"),
+              std::string::npos);
 }
 
 TEST_F(ConnectionTest, ASilentStatusCheckIsVsCc) {
@@ -269,8 +277,9 @@ TEST_F(ConnectionTest, AnInvalidStatusAnswerReadsAsALinkThatIsDown) {
 TEST_F(ConnectionTest, ALinkThatIsDownEndsDisconnectedAndAsksForNoSetting) {
     dongle.prepare([](DeviceState& device) { device.linkState = 0; });
     PrintedLines lines;
-    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }),
-                ElementsAre("connectionState connecting", "readWriteProgress 1.0", "connectionState disconnected"));
+    EXPECT_THAT(
+        changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }),
+        ElementsAre("connectionState connecting", "readWriteProgress 1.0", "connectionState disconnected"));
     EXPECT_EQ(velmorindal.lastError.get(), linkDownText);
     EXPECT_EQ(dongle.receivedFrames().size(), 3U);
     EXPECT_NE(lines.take().find("Have a status:  0\n"), std::string::npos);

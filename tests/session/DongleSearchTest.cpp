@@ -43,19 +43,22 @@ TEST_F(DongleSearchTest, ComparesTheNameRelativeToTheDirectorySoThatASubdirector
 
 TEST_F(DongleSearchTest, DescendsIntoADirectoryThatIsNamedLikeADongle) {
     add("cu.usbmodem-hub/port");
-    EXPECT_THAT(search.candidates(), UnorderedElementsAre(path("cu.usbmodem-hub"), path("cu.usbmodem-hub/port")));
+    EXPECT_THAT(search.candidates(),
+                UnorderedElementsAre(path("cu.usbmodem-hub"), path("cu.usbmodem-hub/port")));
 }
 
 TEST_F(DongleSearchTest, ListsALinkButDoesNotFollowIt) {
     add("elsewhere/port");
-    std::filesystem::create_directory_symlink(directory.path() / "elsewhere", directory.path() / "cu.usbmodem-link");
+    std::filesystem::create_directory_symlink(directory.path() / "elsewhere",
+                                              directory.path() / "cu.usbmodem-link");
     EXPECT_THAT(search.candidates(), UnorderedElementsAre(path("cu.usbmodem-link")));
 }
 
 TEST_F(DongleSearchTest, KeepsNamesWithBlanksLineFeedsAndBytesThatAreNoText) {
     add("cu.usbmodem a\nb");
     add("cu.usbmodem\xFF\xFE");
-    EXPECT_THAT(search.candidates(), UnorderedElementsAre(path("cu.usbmodem a\nb"), path("cu.usbmodem\xFF\xFE")));
+    EXPECT_THAT(search.candidates(),
+                UnorderedElementsAre(path("cu.usbmodem a\nb"), path("cu.usbmodem\xFF\xFE")));
 }
 
 TEST_F(DongleSearchTest, FindsNothingWhereThereIsNoDirectory) {

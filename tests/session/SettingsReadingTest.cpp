@@ -75,7 +75,8 @@ class DetectModeReadingTest : public SettingsReadingTest,
 
 TEST_P(DetectModeReadingTest, BecomesModeAndOutputs) {
     const auto& expected = GetParam();
-    dongle.prepare([&](DeviceState& device) { device.settings.humDuration.detectMode = expected.detectMode; });
+    dongle.prepare(
+        [&](DeviceState& device) { device.settings.humDuration.detectMode = expected.detectMode; });
     EXPECT_TRUE(read());
     EXPECT_EQ(velmorindal.outputMode.get(), expected.outputMode);
     EXPECT_EQ(velmorindal.shortEnabled.get(), expected.shortEnabled);
@@ -87,7 +88,9 @@ INSTANTIATE_TEST_SUITE_P(EveryDetectMode, DetectModeReadingTest,
                                          DetectModeExpectation{1, OutputMode::LongShort, true, false},
                                          DetectModeExpectation{2, OutputMode::LongShort, false, true},
                                          DetectModeExpectation{3, OutputMode::LongShort, true, true}),
-                         [](const auto& test) { return "DetectMode" + std::to_string(test.param.detectMode); });
+                         [](const auto& test) {
+                             return "DetectMode" + std::to_string(test.param.detectMode);
+                         });
 
 TEST_F(SettingsReadingTest, TwentyFiveTicksAreOneSecond) {
     dongle.prepare([](DeviceState& device) { device.settings.humDuration.maxShort = 25; });
@@ -129,11 +132,13 @@ TEST_F(SettingsReadingTest, ADirectDeviceStillGetsItsCutoffWhileTheModelStandsIn
 }
 
 TEST_F(SettingsReadingTest, TheKeysEndAsTheDefaultsWhateverTheDeviceHolds) {
-    for (const KeyBytes keys : {KeyBytes{0, 0x2B, 0, 0x2C, 0, 0x3A, 0, 0x28}, KeyBytes{}, KeyBytes{2, 0x2B, 0x80, 0x1E}}) {
+    for (const KeyBytes keys :
+         {KeyBytes{0, 0x2B, 0, 0x2C, 0, 0x3A, 0, 0x28}, KeyBytes{}, KeyBytes{2, 0x2B, 0x80, 0x1E}}) {
         dongle.prepare([&](DeviceState& device) { device.settings.keys = keys; });
         velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
         EXPECT_TRUE(read());
-        EXPECT_EQ(velmorindal.outputKeys.get(), (keyList{OutputKey::Enter, OutputKey::Space, OutputKey::Enter}));
+        EXPECT_EQ(velmorindal.outputKeys.get(),
+                  (keyList{OutputKey::Enter, OutputKey::Space, OutputKey::Enter}));
     }
 }
 
@@ -146,14 +151,15 @@ TEST_F(SettingsReadingTest, EachKeyIsAPostOfItsOwnThatKeepsTheOthers) {
 }
 
 TEST_F(SettingsReadingTest, OutsideConnectingItRefusesAtOnce) {
-    for (const ConnectionStatus state : {ConnectionStatus::idle, ConnectionStatus::connected,
-                                         ConnectionStatus::disconnected, ConnectionStatus::writing,
-                                         ConnectionStatus::error}) {
+    for (const ConnectionStatus state :
+         {ConnectionStatus::idle, ConnectionStatus::connected, ConnectionStatus::disconnected,
+          ConnectionStatus::writing, ConnectionStatus::error}) {
         velmorindal.connectionState = state;
         EXPECT_FALSE(read());
-        EXPECT_EQ(velmorindal.lastError.get(),
-                  "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device "
-                  "is connected and run this program again.");
+        EXPECT_EQ(
+            velmorindal.lastError.get(),
+            "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device "
+            "is connected and run this program again.");
         EXPECT_EQ(velmorindal.connectionState.get(), state);
     }
     EXPECT_THAT(dongle.receivedFrames(), SizeIs(0));

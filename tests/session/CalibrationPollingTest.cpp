@@ -1,0 +1,340 @@
+#include <cctype>
+
+#include "session/SessionTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::Ge;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Type = VelmorindalMessageType;
+
+const ByteBuffer startFrame{0x63, 0x62, 0x74, 0x01, 0x02};
+const ByteBuffer stopFrame{0x63, 0x62, 0x74, 0x01, 0x00};
+const ByteBuffer lastHumQuery{0x63, 0x62, 0x6C, 0x00};
+
+class CalibrationPollingTest : public SessionTest {
+  protected:
+    void SetUp() override { openPort(); }
+
+    bool runUntilIdle() {
+        const bool idle = dispatch.runMainWorkUntil([this] { return !velmorindal.bgIsProcessing; });
+        dispatch.waitForBackground();
+        dispatch.runPendingMainWork();
+        return idle;
+    }
+
+    bool runUntil(PollingState state) {
+        return dispatch.runMainWorkUntil([this, state] { return velmorindal.pollingState.get() == state; });
+    }
+
+    /// A moment of the start of a run at which the main thread asks it to stop: `reached` says that it has
+    /// come.
+    void stopWhileStarting(const std::function<bool()>& reached) {
+        const auto deadline = std::chrono::steady_clock::now() + ManualDispatch::bound;
+        while (!reached() && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+        ASSERT_TRUE(reached());
+        velmorindal.stopPollingAndWait();
+        EXPECT_FALSE(velmorindal.bgIsProcessing);
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        dispatch.waitForBackground();
+        dispatch.runPendingMainWork();
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+        EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
+    }
+};
+
+TEST_F(CalibrationPollingTest, AReportBecomesTheDetectedClarityWidenedAndNotCut) {
+    dongle.reportClarity(0.37F);
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.3700000047683716);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+    velmorindal.stopPollingAndWait();
+    EXPECT_THAT(lines.take(),
+                testing::StartsWith("Starting clarity polling\nDevice configured. Polling now.\n"
+                                    "Have a reading of  0.37\n"));
+}
+
+TEST_F(CalibrationPollingTest, AStoppedClarityRunLeavesAutoTuneAndZeroesItsReading) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    velmorindal.stopPollingAndWait();
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame, stopFrame));
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+}
+
+TEST_F(CalibrationPollingTest, TheFinalZeroComesAfterTheLastReading) {
+    dongle.reportClarity(0.6F);
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    // Readings pile up unapplied, then the run winds down while the main thread stands still.
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(3));
+    velmorindal.pollingState = PollingState::none;
+    while (velmorindal.bgIsProcessing) {
+        std::this_thread::yield();
+    }
+    std::vector<std::string> values;
+    while (dispatch.pendingMainWork() > 0) {
+        dispatch.runOneMainWork();
+        values.push_back(velmorindal.detectedClarity.get() > 0.0 ? "reading" : "zero");
+    }
+    ASSERT_THAT(values, SizeIs(Ge(4U)));
+    EXPECT_EQ(values.back(), "zero");
+    values.pop_back();
+    EXPECT_THAT(values, Each("reading"));
+}
+
+TEST_F(CalibrationPollingTest, TheClarityStateIsSetOnlyAfterTheDeviceHasAccepted) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame));
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_TRUE(velmorindal.bgIsProcessing);
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+}
+
+TEST_F(CalibrationPollingTest, ClarityWithoutAPortSendsNothingAndLeavesTheState) {
+    velmorindal.serialPort.get()->closePort();
+    velmorindal.serialPort = nullptr;
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(lines.take(), "Starting clarity polling\n");
+}
+
+TEST_F(CalibrationPollingTest, AShortWriteOfTheStartEndsTheRun) {
+    const ShortWrite shortWrite{Type::autoTune, 1, 2};
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(lines.take(), "Starting clarity polling\nCould not write my whole sequence.\n");
+}
+
+class RefusedStartTest : public CalibrationPollingTest, public testing::WithParamInterface<Fault> {};
+
+TEST_P(RefusedStartTest, EndsTheClarityRunWithoutAnotherByte) {
+    dongle.onFirst(Type::autoTune, GetParam());
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryRefusal, RefusedStartTest,
+                         testing::Values(Fault::wrongMarker(), Fault::errorFrame(), Fault::silence(),
+                                         Fault::halfAHeader(), Fault::unplugBeforeAnswer()),
+                         [](const auto& test) {
+                             std::string name = test.param.name();
+                             std::erase_if(name, [](char character) { return std::isalnum(character) == 0; });
+                             return name;
+                         });
+
+TEST_F(CalibrationPollingTest, FramesOfOtherTypesAndInvalidReportsAreIgnoredWithoutHarm) {
+    dongle.reportClarity(0.8F);
+    dongle.onReport(1, Fault::anotherFrameFirst());
+    dongle.onReport(2, Fault::wrongMarker());
+    dongle.onReport(3, Fault::answerWith({0x72, 0x62, 0x77, 0x00}));
+    dongle.onReport(4, Fault::payloadOneByteShorter());
+    velmorindal.beginClarityPolling();
+    int readings = 0;
+    const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++readings; });
+    EXPECT_TRUE(dispatch.runMainWorkUntil([&] { return readings >= 4; }));
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+    EXPECT_EQ(velmorindal.detectedClarity.get(), static_cast<double>(0.8F));
+}
+
+TEST_F(CalibrationPollingTest, TheLastHumBecomesSecondsAndIsPrinted) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(3, ManualDispatch::bound));
+    PrintedLines lines;
+    dongle.humOnce(25);
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedDuration.get() > 0.0; }));
+    EXPECT_EQ(velmorindal.detectedDuration.get(), 1.0);
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(lines.take(), "Last hum duration was  1.0 s\n");
+}
+
+TEST_F(CalibrationPollingTest, AHumOfNoTicksIsZeroAndPrintsNothing) {
+    PrintedLines lines;
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(5, ManualDispatch::bound));
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(lines.take(), "");
+    EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
+}
+
+TEST_F(CalibrationPollingTest, TheHumFromBeforeTheRunIsAskedAwayFirst) {
+    dongle.humOnce(50);
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(4, ManualDispatch::bound));
+    double highest = 0.0;
+    velmorindal.pollingState = PollingState::none;
+    dispatch.waitForBackground();
+    while (dispatch.pendingMainWork() > 0) {
+        dispatch.runOneMainWork();
+        highest = std::max(highest, velmorindal.detectedDuration.get());
+    }
+    EXPECT_EQ(highest, 0.0);
+}
+
+TEST_F(CalibrationPollingTest, TheDurationStateIsSetBeforeTheFirstQuery) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+    EXPECT_TRUE(dongle.waitForFrames(1, ManualDispatch::bound));
+    EXPECT_EQ(dongle.receivedFrames().front(), lastHumQuery);
+}
+
+TEST_F(CalibrationPollingTest, ASilentDeviceIsNotAGoodStart) {
+    dongle.staySilentOn(Type::lastHumDuration);
+    PrintedLines lines;
+    EXPECT_THAT(changesWhile([this] {
+                    velmorindal.beginDurationPolling();
+                    while (velmorindal.bgIsProcessing) {
+                        std::this_thread::yield();
+                    }
+                }),
+                ElementsAre("pollingState duration", "pollingState none"));
+    EXPECT_EQ(lines.take(), "Not a good start to duration polling NoConnectionError\n");
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(1));
+}
+
+TEST_F(CalibrationPollingTest, AnUnansweredOrInvalidLaterQueryIsSkippedAndTheLoopGoesOn) {
+    dongle.onOccurrence(3, Type::lastHumDuration, Fault::payloadOneByteShorter());
+    dongle.onOccurrence(4, Type::lastHumDuration, Fault::silence());
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 6; }));
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+    dongle.humOnce(10);
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedDuration.get() > 0.0; }));
+    EXPECT_EQ(velmorindal.detectedDuration.get(), 10 * 0.04);
+}
+
+TEST_F(CalibrationPollingTest, StoppingWaitsForARunThatItselfWaitsForTheMainThread) {
+    velmorindal.beginClarityPolling();
+    // The run has been accepted and now waits for the main thread to set the state.
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    velmorindal.stopPollingAndWait();
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame, stopFrame));
+}
+
+TEST_F(CalibrationPollingTest, StoppingWinsOverAClarityRunAtEveryMomentOfItsStart) {
+    // Before it has its thread, before the device has answered, and before its state is set.
+    velmorindal.beginClarityPolling();
+    stopWhileStarting([] { return true; });
+    velmorindal.beginClarityPolling();
+    const std::size_t before = dongle.receivedFrames().size();
+    stopWhileStarting([&] { return dongle.receivedFrames().size() >= before; });
+    velmorindal.beginClarityPolling();
+    stopWhileStarting([this] { return dispatch.pendingMainWork() >= 1; });
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+}
+
+TEST_F(CalibrationPollingTest, StoppingWinsOverADurationRunAtEveryMomentOfItsStart) {
+    velmorindal.beginDurationPolling();
+    stopWhileStarting([] { return true; });
+    velmorindal.beginDurationPolling();
+    stopWhileStarting([this] { return dispatch.pendingMainWork() >= 1; });
+    dongle.onNext(Type::lastHumDuration, Fault::silence());
+    const std::size_t before = dongle.receivedFrames().size();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    stopWhileStarting([&] { return dongle.receivedFrames().size() > before; });
+}
+
+TEST_F(CalibrationPollingTest, TwoQuickStartsAreOneRun) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(velmorindal.bgIsProcessing);
+    velmorindal.beginClarityPolling();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    velmorindal.stopPollingAndWait();
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame, stopFrame));
+}
+
+TEST_F(CalibrationPollingTest, StoppingWhenNothingRunsReturnsAtOnceAndAnnouncesNothing) {
+    int announcements = 0;
+    const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(announcements, 0);
+}
+
+TEST_F(CalibrationPollingTest, SwitchingFromClarityToDurationAndBackKeepsThePortToOneRun) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    velmorindal.stopPollingAndWait();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 3; }));
+    velmorindal.stopPollingAndWait();
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+    EXPECT_EQ(dongle.skippedBytes(), 0U);
+}
+
+TEST_F(CalibrationPollingTest, ADonglePulledOutMidStreamLeavesARunThatStillStops) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    dongle.unplug();
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+    velmorindal.stopPollingAndWait();
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+}
+
+TEST_F(CalibrationPollingTest, ADonglePulledOutDuringDurationPollingLeavesARunThatStillStops) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 2; }));
+    PrintedLines lines;
+    dongle.unplug();
+    velmorindal.stopPollingAndWait();
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+}
+
+TEST_F(CalibrationPollingTest, TheFailureOfTheStopOrderIsNotReported) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    dongle.onNext(Type::autoTune, Fault::wrongMarker());
+    PrintedLines lines;
+    velmorindal.stopPollingAndWait();
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace velmorindal
