@@ -62,6 +62,11 @@ bool PseudoTerminal::hostHasTakenAll() const {
     return ::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread == 0;
 }
 
+void PseudoTerminal::forgetHost() {
+    ::ioctl(slave_.get(), TIOCNXCL);
+    ::tcflush(slave_.get(), TCIFLUSH);
+}
+
 void PseudoTerminal::close() {
     if (master_.get() < 0) {
         return;

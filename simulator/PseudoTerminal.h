@@ -21,8 +21,13 @@ class PseudoTerminal {
     const std::filesystem::path& link() const { return link_; }
     /// The end opposite to the host's, non-blocking.
     int descriptor() const { return master_.get(); }
+    /// The port itself, which the link points to.
+    const std::string& hostEnd() const { return hostEnd_; }
     /// Whether the host has read every byte that was written to `descriptor()`.
     bool hostHasTakenAll() const;
+    /// Ends the exclusive mode (TIOCEXCL) and drops what was not read: what the system itself does when the
+    /// last host closes a port, but not for one that is kept open here.
+    void forgetHost();
     /// Removes the link, if it is still the one that was made here, then hangs up: for a host that has the
     /// port open its link count becomes 0 and reads end. Once is enough.
     void close();

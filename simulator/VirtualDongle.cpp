@@ -33,6 +33,7 @@ VirtualDongle::VirtualDongle(const std::filesystem::path& directory, Options opt
     : options_{std::move(options)},
       path_{directory / options_.name},
       terminal_{path_},
+      hosts_{terminal_.hostEnd()},
       line_{options_.paced},
       device_{options_.device, options_.hums ? std::optional{HumSeries{options_.seed}} : std::nullopt},
       server_{[this] { serve(); }} {}
@@ -165,6 +166,9 @@ void VirtualDongle::serve() {
 }
 
 void VirtualDongle::sendWhatIsDue(Clock::time_point now) {
+    if (hosts_.lastHostIsGone(now)) {
+        terminal_.forgetHost();
+    }
     device_.advanceTo(std::chrono::duration_cast<HumSeries::Time>(now - start_));
     std::erase_if(late_, [&](const LateAnswer& answer) {
         if (answer.due > now) {
@@ -210,7 +214,8 @@ void VirtualDongle::waitForWork(Lock& lock) {
     const Clock::time_point now = Clock::now();
     const timespec timeout = timespecOf(std::max(nextDeadline(now) - now, Clock::duration::zero()));
     const short events = line_.isBlocked() ? POLLIN | POLLOUT : POLLIN;
-    std::array<pollfd, 2> entries{{{.fd = terminal_.descriptor(), .events = events, .revents = 0},
+    std::array<pollfd, 3> entries{{{.fd = terminal_.descriptor(), .events = events, .revents = 0},
+                                   {.fd = hosts_.descriptor(), .events = POLLIN, .revents = 0},
                                    {.fd = wakeUp_.descriptor(), .events = POLLIN, .revents = 0}}};
     lock.unlock();
     ::ppoll(entries.data(), entries.size(), &timeout, nullptr);
@@ -226,6 +231,7 @@ VirtualDongle::Clock::time_point VirtualDongle::nextDeadline(Clock::time_point n
     if (!line_.isBlocked()) {
         deadline = std::min(deadline, line_.due().value_or(deadline));
     }
+    deadline = std::min(deadline, hosts_.due().value_or(deadline));
     deadline = std::min(deadline, nextReport_.value_or(deadline));
     return unplugBy_ ? std::min(deadline, now + hostCheckInterval) : deadline;
 }

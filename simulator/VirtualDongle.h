@@ -18,6 +18,7 @@
 #include "simulator/DeviceState.h"
 #include "simulator/Fault.h"
 #include "simulator/FaultScript.h"
+#include "simulator/HostWatch.h"
 #include "simulator/OutgoingLine.h"
 #include "simulator/PseudoTerminal.h"
 #include "simulator/SimulatedDevice.h"
@@ -48,9 +49,9 @@ namespace velmorindal {
 /// Occurrences count the frames of one type that were received, from 1, queries and commands alike. A fault
 /// for one occurrence goes before a fault for every one; the last said of two wins.
 ///
-/// All operations may be called from any thread, also from the hook of `whenReceived`. The exclusive mode
-/// that a client sets on the port (TIOCEXCL) outlives it, as the pseudo-terminal stays open, until the client
-/// or the next one takes it back (TIOCNXCL).
+/// All operations may be called from any thread, also from the hook of `whenReceived`. When the last host has
+/// closed the port and left it for 50 ms, its exclusive mode (TIOCEXCL) ends and the bytes that it did not
+/// read are gone.
 class VirtualDongle {
   public:
     struct Options {
@@ -167,7 +168,8 @@ class VirtualDongle {
     mutable std::mutex mutex_;
     /// A frame was received, or the dongle is out.
     mutable std::condition_variable changed_;
-    PseudoTerminal terminal_;  // the server thread's alone
+    PseudoTerminal terminal_;
+    HostWatch hosts_;
     OutgoingLine line_;
     WireFrameReader reader_;
     SimulatedDevice device_;
