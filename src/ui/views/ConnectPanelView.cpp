@@ -43,23 +43,18 @@ std::optional<ProgressBar> ConnectPanelView::progressBar() const {
 void ConnectPanelView::loadButtonPressed() {
     print("Load pressed");
     filePanel_.chooseFileToOpen({"xml"}, [this](const std::optional<std::string>& filename) {
-        if (filename) {
-            load(*filename);
+        if (filename && !velmorindal.loadXML(*filename)) {
+            loadFailed(velmorindal.lastError.get());
         }
     });
 }
 
-void ConnectPanelView::load(const std::string& filename) {
-    if (velmorindal.loadXML(filename)) {
-        return;
-    }
-    // Read once: a connection attempt may be writing it at the same time.
-    const std::optional<std::string> reason = velmorindal.lastError.get();
+void ConnectPanelView::loadFailed(const std::optional<std::string>& lastError) {
     alertTitle = "Could Not Load XML File";
     alertMessage =
-        reason.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
+        lastError.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
     showingAlert = true;
-    print("Could not read XML: ", reason.value_or("Something weird happened"));
+    print("Could not read XML: ", lastError.value_or("Something weird happened"));
 }
 
 std::optional<Dialog> ConnectPanelView::raisedDialog() const {

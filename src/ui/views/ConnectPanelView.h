@@ -43,12 +43,13 @@ class ConnectPanelView {
     /// Possible in every connection state.
     void loadButtonPressed();
 
+    /// Raises the load-error dialog. `lastError` is the model's text as loadXML() left it.
+    void loadFailed(const std::optional<std::string>& lastError);
+
     /// The load-error dialog while it is raised.
     std::optional<Dialog> raisedDialog() const;
 
   private:
-    void load(const std::string& filename);
-
     FilePanel& filePanel_;
 };
 

@@ -1,0 +1,148 @@
+#include "simulator/VirtualDongle.h"
+#include "ui/views/WizardTest.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+
+/// The Calibration page beside a device that streams reports without a pause.
+class CalibrationRunsTest : public WizardTest {
+  protected:
+    void SetUp() override { ASSERT_TRUE(connect()); }
+
+    void TearDown() override {
+        velmorindal.pollingState = PollingState::none;
+        dongle.unplug();
+        WizardTest::TearDown();
+    }
+
+    bool runsOn(PollingState measurement) {
+        return dispatch.runMainWorkUntil([&] { return velmorindal.pollingState.get() == measurement; });
+    }
+
+    template <typename Action>
+    static std::vector<std::string> pollingLines(Action action) {
+        return linesStarting("Setting polling state", linesPrintedBy(action));
+    }
+
+    VirtualDongle dongle{directory.path(), {.reportInterval = std::chrono::milliseconds{5}}};
+    CalibrationPanelView& page = container.calibrationPanel;
+};
+
+TEST_F(CalibrationRunsTest, PressingShowClarityTwiceStartsAndThenStopsIt) {
+    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
+                ElementsAre("Setting polling state from  none clarity"));
+    ASSERT_TRUE(runsOn(PollingState::clarity));
+    EXPECT_EQ(dongle.state().autoTuneChannel, 2);
+
+    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
+                ElementsAre("Setting polling state from  clarity none"));
+
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+}
+
+TEST_F(CalibrationRunsTest, PressingShowDurationTwiceStartsAndThenStopsIt) {
+    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
+                ElementsAre("Setting polling state from  none duration"));
+    ASSERT_TRUE(runsOn(PollingState::duration));
+
+    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
+                ElementsAre("Setting polling state from  duration none"));
+
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+}
+
+TEST_F(CalibrationRunsTest, AfterStoppingClarityShowDurationStartsItsOwn) {
+    page.showClarityPressed();
+    ASSERT_TRUE(runsOn(PollingState::clarity));
+    EXPECT_FALSE(page.showDurationEnabled());
+    page.showClarityPressed();
+    EXPECT_TRUE(page.showDurationEnabled());
+
+    page.showDurationPressed();
+
+    EXPECT_TRUE(runsOn(PollingState::duration));
+    EXPECT_FALSE(page.showClarityEnabled());
+}
+
+TEST_F(CalibrationRunsTest, ARunOfTheOtherKindIsStoppedBeforeTheNewOneStarts) {
+    page.showClarityPressed();
+    ASSERT_TRUE(runsOn(PollingState::clarity));
+
+    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
+                ElementsAre("Setting polling state from  clarity duration"));
+
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+    EXPECT_TRUE(runsOn(PollingState::duration));
+}
+
+TEST_F(CalibrationRunsTest, ASecondPressWhileTheRunIsOnlyStartingStopsIt) {
+    page.showClarityPressed();
+    // It waits for the main queue to announce itself; the main thread is about to wait for its end.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    ASSERT_EQ(velmorindal.pollingState.get(), PollingState::none);
+
+    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
+                ElementsAre("Setting polling state from  none none"));
+
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+}
+
+TEST_F(CalibrationRunsTest, TheOtherButtonReplacesARunThatIsOnlyStarting) {
+    page.showClarityPressed();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+
+    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
+                ElementsAre("Setting polling state from  none duration"));
+
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+    EXPECT_TRUE(runsOn(PollingState::duration));
+    page.showDurationPressed();
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+}
+
+TEST_F(CalibrationRunsTest, ARunThatTheDeviceRefusedCanBeStartedAgain) {
+    dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
+    page.showClarityPressed();
+    finishBackground();
+    ASSERT_FALSE(velmorindal.bgIsProcessing);
+
+    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
+                ElementsAre("Setting polling state from  none clarity"));
+
+    EXPECT_TRUE(runsOn(PollingState::clarity));
+}
+
+TEST_F(CalibrationRunsTest, NoNavigationButtonIsShownWhileARunShowsReadings) {
+    container.currentState = wizardState::Calibration;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+
+    page.showClarityPressed();
+    ASSERT_TRUE(runsOn(PollingState::clarity));
+    EXPECT_EQ(container.currentButtons(), ButtonOptions::None);
+
+    page.showClarityPressed();
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+}
+
+TEST_F(CalibrationRunsTest, CloseStopsTheRunAndWaitsForItsEndBeforeTerminating) {
+    page.showClarityPressed();
+    ASSERT_TRUE(runsOn(PollingState::clarity));
+
+    EXPECT_THAT(pollingLines([&] { container.closeButtonPressed(); }),
+                ElementsAre("Setting polling state from  clarity none"));
+
+    EXPECT_EQ(terminations, 1);
+    EXPECT_FALSE(wasProcessingAtTermination);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(dongle.state().autoTuneChannel, 0);
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,147 @@
+#include "simulator/VirtualDongle.h"
+#include "ui/views/WizardTest.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::string_view noDongle =
+    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
+
+class ContainerConnectionTest : public WizardTest {};
+
+TEST_F(ContainerConnectionTest, NextFromWelcomeShowsConnectAndStartsTheAttempt) {
+    container.nextButtonPressed();
+    EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+
+    finishBackground();
+
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+    EXPECT_EQ(container.currentButtons().rawValue, 16);
+    EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
+    EXPECT_EQ(container.alertMessage.get(), noDongle);
+    EXPECT_THAT(raisedTitles(), ElementsAre("Connection Failed"));
+}
+
+TEST_F(ContainerConnectionTest, TheResultArrivesByTheMainQueueOnly) {
+    container.nextButtonPressed();
+    // The progress, the error state and the result.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(3));
+    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
+
+    dispatch.runPendingMainWork();
+
+    EXPECT_THAT(raisedTitles(), ElementsAre("Connection Failed"));
+}
+
+TEST_F(ContainerConnectionTest, BackAndNextWhileDonglesAreLookedForStartNoSecondAttempt) {
+    const auto lines = linesPrintedBy([&] {
+        container.nextButtonPressed();
+        container.backButtonPressed();
+        EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::idle);
+        container.nextButtonPressed();
+        finishBackground();
+    });
+
+    EXPECT_EQ(linesStarting("No dongles found.", lines).size(), 1U);
+    EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+}
+
+TEST_F(ContainerConnectionTest, ASuccessWithoutATextShowsNoDialogAtAll) {
+    const VirtualDongle dongle{directory.path()};
+
+    container.nextButtonPressed();
+    finishBackground();
+
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
+}
+
+TEST_F(ContainerConnectionTest, ConnectShowsConnectingMeanwhile) {
+    const VirtualDongle dongle{directory.path()};
+    container.nextButtonPressed();
+    EXPECT_EQ(container.currentButtons().rawValue, 18);
+    EXPECT_EQ(container.connectPanel.statusText(), "Initializing...");
+
+    ASSERT_TRUE(dispatch.runMainWorkUntil(
+        [&] { return velmorindal.connectionState.get() != ConnectionStatus::idle; }));
+
+    // One piece of main-queue work at a time: whatever came after it is still to come.
+    EXPECT_THAT(velmorindal.connectionState.get(),
+                testing::AnyOf(ConnectionStatus::connecting, ConnectionStatus::connected));
+    finishBackground();
+    EXPECT_EQ(container.connectPanel.statusText(), "Connection successful. Press \"Next\" to continue.");
+}
+
+TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
+    const VirtualDongle first{directory.path(), {.name = "cu.usbmodem-1"}};
+    const VirtualDongle second{directory.path(), {.name = "cu.usbmodem-2"}};
+
+    const auto lines = linesPrintedBy([&] {
+        container.nextButtonPressed();
+        finishBackground();
+    });
+
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_EQ(lines.back(), "Connected, with warnings.");
+    EXPECT_THAT(raisedTitles(), ElementsAre("Warning"));
+    EXPECT_EQ(
+        container.alertMessage.get(),
+        "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
+        "dongles.");
+}
+
+TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
+    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(false, "The reason."); }),
+                ElementsAre("Could not connect."));
+
+    EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
+    EXPECT_EQ(container.alertMessage.get(), "The reason.");
+    EXPECT_TRUE(container.showingGenericAlert.get());
+}
+
+TEST_F(ContainerConnectionTest, AFailureWithoutATextIsAnUnknownError) {
+    container.connectionAttemptEnded(false, std::nullopt);
+
+    EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
+    EXPECT_EQ(container.alertMessage.get(), "(Unknown Error)");
+    EXPECT_TRUE(container.showingGenericAlert.get());
+}
+
+TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
+    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(true, "Be careful."); }),
+                ElementsAre("Connected, with warnings."));
+
+    EXPECT_EQ(container.alertTitle.get(), "Warning");
+    EXPECT_EQ(container.alertMessage.get(), "Be careful.");
+    EXPECT_TRUE(container.showingGenericAlert.get());
+}
+
+TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
+    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(true, std::nullopt); }), IsEmpty());
+    EXPECT_FALSE(container.showingGenericAlert.get());
+}
+
+TEST_F(ContainerConnectionTest, AFileThatFailsToLoadWhileConnectingHasItsOwnDialog) {
+    const VirtualDongle dongle{directory.path()};
+    container.nextButtonPressed();
+    // Up to the point where the attempt waits for the main queue to show that it is connecting.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
+
+    container.connectPanel.loadButtonPressed();
+    filePanel.choose((directory.path() / "missing.xml").string());
+    EXPECT_THAT(raisedTitles(), ElementsAre("Could Not Load XML File"));
+    finishBackground();
+
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_EQ(container.connectPanel.alertMessage.get(),
+              "Could not load contents of XML file\n\nSettings from the file were NOT loaded.");
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,271 @@
+#include <utility>
+#include <variant>
+
+#include "ui/views/WizardTest.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ContainerNavigationTest : public WizardTest {};
+
+TEST_F(ContainerNavigationTest, StartsOnWelcomeWithNoDialogRaised) {
+    EXPECT_EQ(container.currentState.get(), wizardState::Welcome);
+    EXPECT_EQ(container.connectionState.get(), ConnectionStatus::idle);
+    EXPECT_TRUE(container.canCloseWithoutPrompting.get());
+    EXPECT_FALSE(container.showingClosingAlert.get());
+    EXPECT_FALSE(container.showingSaveAlert.get());
+    EXPECT_FALSE(container.showingXMLSaveAlert.get());
+    EXPECT_EQ(container.xmlSaveBody.get(), "");
+    EXPECT_EQ(container.alertTitle.get(), "");
+    EXPECT_EQ(container.alertMessage.get(), "");
+    EXPECT_FALSE(container.showingGenericAlert.get());
+    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
+}
+
+TEST_F(ContainerNavigationTest, SharesTheModelWithEveryPageAndKeepsAnotherThatNobodyUses) {
+    EXPECT_EQ(&container.velmorindal, &velmorindal);
+    EXPECT_EQ(&container.connectPanel.velmorindal, &velmorindal);
+    EXPECT_EQ(&container.modePanel.velmorindal, &velmorindal);
+    EXPECT_EQ(&container.outputPanel.velmorindal, &velmorindal);
+    EXPECT_EQ(&container.calibrationPanel.velmorindal, &velmorindal);
+    EXPECT_EQ(&container.summaryPanel.velmorindal, &velmorindal);
+    EXPECT_NE(&container.theSwitch, &velmorindal);
+}
+
+TEST_F(ContainerNavigationTest, NamesItsVersion) {
+    EXPECT_EQ(ContainerView::versionText, "Version 1.1M");
+}
+
+TEST_F(ContainerNavigationTest, TheButtonRowIsCancelBackNextSaveClose) {
+    const auto& buttons = ContainerView::navigationButtons();
+
+    EXPECT_EQ(buttons[0].label, "Cancel");
+    EXPECT_EQ(buttons[0].option, ButtonOptions::Cancel);
+    EXPECT_EQ(buttons[0].pressed, &ContainerView::cancelButtonPressed);
+    EXPECT_EQ(buttons[1].label, "Back");
+    EXPECT_EQ(buttons[1].option, ButtonOptions::Back);
+    EXPECT_EQ(buttons[1].pressed, &ContainerView::backButtonPressed);
+    EXPECT_EQ(buttons[2].label, "Next");
+    EXPECT_EQ(buttons[2].option, ButtonOptions::Next);
+    EXPECT_EQ(buttons[2].pressed, &ContainerView::nextButtonPressed);
+    EXPECT_EQ(buttons[3].label, "Save");
+    EXPECT_EQ(buttons[3].option, ButtonOptions::Save);
+    EXPECT_EQ(buttons[3].pressed, &ContainerView::savePressed);
+    EXPECT_EQ(buttons[4].label, "Close");
+    EXPECT_EQ(buttons[4].option, ButtonOptions::Close);
+    EXPECT_EQ(buttons[4].pressed, &ContainerView::closeButtonPressed);
+}
+
+TEST_F(ContainerNavigationTest, EveryPageHasItsPanel) {
+    for (const wizardState state : allWizardStates) {
+        container.currentState = state;
+        EXPECT_EQ(container.currentPanel().index(), static_cast<std::size_t>(state)) << stepLabel(state);
+    }
+    EXPECT_EQ(std::get<SummaryPanelView*>(container.currentPanel()), &container.summaryPanel);
+}
+
+TEST_F(ContainerNavigationTest, WelcomeHasNextAndCloseAndNeverBack) {
+    EXPECT_EQ(container.currentButtons().rawValue, 20);
+    EXPECT_FALSE(container.currentButtons().contains(ButtonOptions::Back));
+}
+
+TEST_F(ContainerNavigationTest, TheButtonsOfConnectFollowTheModelsConnectionState) {
+    container.currentState = wizardState::Connect;
+    const std::array<std::pair<ConnectionStatus, std::int64_t>, 6> table{{
+        {ConnectionStatus::idle, 18},
+        {ConnectionStatus::connecting, 1},
+        {ConnectionStatus::connected, 7},
+        {ConnectionStatus::disconnected, 16},
+        {ConnectionStatus::writing, 16},
+        {ConnectionStatus::error, 16},
+    }};
+    for (const auto& [state, buttons] : table) {
+        velmorindal.connectionState = state;
+        EXPECT_EQ(container.currentButtons().rawValue, buttons) << caseName(state);
+    }
+}
+
+TEST_F(ContainerNavigationTest, ItsOwnConnectionStateIsNotConsulted) {
+    container.currentState = wizardState::Connect;
+
+    container.connectionState = ConnectionStatus::connected;
+
+    EXPECT_EQ(container.currentButtons().rawValue, 18);
+}
+
+TEST_F(ContainerNavigationTest, ModeOffersNextOnlyWithAnOutputInLongShortMode) {
+    container.currentState = wizardState::Mode;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = false;
+    velmorindal.longEnabled = false;
+    EXPECT_EQ(container.currentButtons().rawValue, 3);
+
+    velmorindal.shortEnabled = true;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+
+    velmorindal.shortEnabled = false;
+    velmorindal.longEnabled = true;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+}
+
+TEST_F(ContainerNavigationTest, OutputAlwaysHasCancelBackAndNext) {
+    container.currentState = wizardState::Output;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+}
+
+TEST_F(ContainerNavigationTest, CalibrationHasNoButtonsWhileAnyPollingRuns) {
+    container.currentState = wizardState::Calibration;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+
+    velmorindal.pollingState = PollingState::clarity;
+    EXPECT_EQ(container.currentButtons().rawValue, 0);
+    velmorindal.pollingState = PollingState::duration;
+    EXPECT_EQ(container.currentButtons().rawValue, 0);
+}
+
+TEST_F(ContainerNavigationTest, SummaryHasCancelWhileWritingAndCloseOnceSaved) {
+    container.currentState = wizardState::Summary;
+    velmorindal.connectionState = ConnectionStatus::connected;
+    EXPECT_EQ(container.currentButtons().rawValue, 11);
+
+    velmorindal.connectionState = ConnectionStatus::error;
+    EXPECT_EQ(container.currentButtons().rawValue, 11);
+
+    velmorindal.justSaved = true;
+    EXPECT_EQ(container.currentButtons().rawValue, 18);
+
+    velmorindal.connectionState = ConnectionStatus::writing;
+    EXPECT_EQ(container.currentButtons().rawValue, 1);
+    velmorindal.justSaved = false;
+    EXPECT_EQ(container.currentButtons().rawValue, 1);
+}
+
+TEST_F(ContainerNavigationTest, NextWalksThroughThePagesInOrderAndStaysOnSummary) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    std::vector<std::string_view> visited;
+    for (int press = 0; press < 5; ++press) {
+        container.nextButtonPressed();
+        visited.push_back(stepLabel(container.currentState.get()));
+    }
+    EXPECT_THAT(visited, ElementsAre("Connect", "Mode", "Ouptut", "Calibration", "Summary"));
+
+    EXPECT_THAT(linesPrintedBy([&] { container.nextButtonPressed(); }), ElementsAre("That's weird."));
+    EXPECT_EQ(container.currentState.get(), wizardState::Summary);
+}
+
+TEST_F(ContainerNavigationTest, BackWalksThroughThePagesInReverseAndStaysOnWelcome) {
+    container.currentState = wizardState::Summary;
+    std::vector<std::string_view> visited;
+    for (int press = 0; press < 5; ++press) {
+        container.backButtonPressed();
+        visited.push_back(stepLabel(container.currentState.get()));
+    }
+    EXPECT_THAT(visited, ElementsAre("Calibration", "Ouptut", "Mode", "Connect", "Welcome"));
+
+    EXPECT_THAT(linesPrintedBy([&] { container.backButtonPressed(); }), ElementsAre("That's weird."));
+    EXPECT_EQ(container.currentState.get(), wizardState::Welcome);
+}
+
+TEST_F(ContainerNavigationTest, EveryNextAndEveryBackClearsJustSaved) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    for (const wizardState state : allWizardStates) {
+        container.currentState = state;
+        velmorindal.justSaved = true;
+        container.nextButtonPressed();
+        EXPECT_FALSE(velmorindal.justSaved.get()) << stepLabel(state);
+
+        container.currentState = state;
+        velmorindal.justSaved = true;
+        container.backButtonPressed();
+        EXPECT_FALSE(velmorindal.justSaved.get()) << stepLabel(state);
+    }
+}
+
+TEST_F(ContainerNavigationTest, AfterASaveBackAndNextBringSaveBack) {
+    container.currentState = wizardState::Summary;
+    velmorindal.connectionState = ConnectionStatus::connected;
+    velmorindal.justSaved = true;
+    EXPECT_EQ(container.currentButtons().rawValue, 18);
+
+    container.backButtonPressed();
+    container.nextButtonPressed();
+
+    EXPECT_EQ(container.currentState.get(), wizardState::Summary);
+    EXPECT_EQ(container.currentButtons().rawValue, 11);
+}
+
+TEST_F(ContainerNavigationTest, NextFromWelcomeDoesNotConnectAgainOnceTheStateHasLeftIdle) {
+    for (const ConnectionStatus state :
+         {ConnectionStatus::connecting, ConnectionStatus::connected, ConnectionStatus::disconnected,
+          ConnectionStatus::writing, ConnectionStatus::error}) {
+        container.currentState = wizardState::Welcome;
+        velmorindal.connectionState = state;
+
+        container.nextButtonPressed();
+        finishBackground();
+
+        EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+        EXPECT_EQ(velmorindal.connectionState.get(), state);
+        EXPECT_THAT(container.raisedDialogs(), IsEmpty());
+    }
+    velmorindal.connectionState = ConnectionStatus::connected;
+    EXPECT_EQ(container.currentButtons().rawValue, 7);
+}
+
+TEST_F(ContainerNavigationTest, EveryChangeOfThePageIsAnnounced) {
+    int announcements = 0;
+    const auto subscription = container.objectWillChange.subscribe([&] { ++announcements; });
+    container.currentState = wizardState::Mode;
+    EXPECT_EQ(announcements, 1);
+
+    container.nextButtonPressed();
+
+    EXPECT_EQ(announcements, 2);
+}
+
+TEST_F(ContainerNavigationTest, CloseAsksTheApplicationToEnd) {
+    EXPECT_THAT(linesPrintedBy([&] { container.closeButtonPressed(); }),
+                ElementsAre("Setting polling state from  none none"));
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(ContainerNavigationTest, CloseDoesNothingWhileItsGateIsShut) {
+    container.canCloseWithoutPrompting = false;
+    velmorindal.pollingState = PollingState::clarity;
+
+    EXPECT_THAT(linesPrintedBy([&] { container.closeButtonPressed(); }), IsEmpty());
+
+    EXPECT_EQ(terminations, 0);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+}
+
+TEST_F(ContainerNavigationTest, CloseStopsARunThatIsOnlyStarting) {
+    beginRunThatIsOnlyStarting();
+
+    container.closeButtonPressed();
+
+    EXPECT_EQ(terminations, 1);
+    EXPECT_FALSE(wasProcessingAtTermination);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+}
+
+TEST_F(ContainerNavigationTest, LeavingCalibrationStopsARunThatIsOnlyStarting) {
+    for (const auto leave : {&ContainerView::nextButtonPressed, &ContainerView::backButtonPressed}) {
+        container.currentState = wizardState::Calibration;
+        beginRunThatIsOnlyStarting();
+
+        (container.*leave)();
+
+        EXPECT_NE(container.currentState.get(), wizardState::Calibration);
+        EXPECT_FALSE(velmorindal.bgIsProcessing);
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    }
+}
+
+}  // namespace
+}  // namespace velmorindal

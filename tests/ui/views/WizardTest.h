@@ -1,0 +1,157 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "session/ManualDispatch.h"
+#include "session/VelmorindalSwitch.h"
+#include "support/TemporaryDirectory.h"
+#include "ui/views/ContainerView.h"
+#include "ui/views/FilePanel.h"
+
+namespace velmorindal {
+
+/// A file panel that stays open until the test chooses a file or dismisses it.
+class PretendFilePanel final : public FilePanel {
+  public:
+    void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes, Completion completion) override {
+        ask("open", allowedFileTypes, std::move(completion));
+    }
+
+    void chooseFileToSave(const std::vector<std::string>& allowedFileTypes, Completion completion) override {
+        ask("save", allowedFileTypes, std::move(completion));
+    }
+
+    bool isOpen() const { return completion_ != nullptr; }
+
+    void choose(const std::string& path) { complete(path); }
+    void dismiss() { complete(std::nullopt); }
+
+    /// What the latest panel was for: "open" or "save".
+    std::string purpose;
+    std::vector<std::string> allowedTypes;
+
+  private:
+    void ask(std::string_view panelPurpose, const std::vector<std::string>& types, Completion completion) {
+        purpose = panelPurpose;
+        allowedTypes = types;
+        completion_ = std::move(completion);
+    }
+
+    void complete(std::optional<std::string> path) {
+        ASSERT_TRUE(isOpen());
+        std::exchange(completion_, nullptr)(std::move(path));
+    }
+
+    Completion completion_;
+};
+
+/// What is printed to standard output while `action` runs, line by line.
+template <typename Action>
+std::vector<std::string> linesPrintedBy(Action action) {
+    testing::internal::CaptureStdout();
+    action();
+    const std::string text = testing::internal::GetCapturedStdout();
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+/// Those of `lines` that start with `start`.
+inline std::vector<std::string> linesStarting(std::string_view start, const std::vector<std::string>& lines) {
+    std::vector<std::string> found;
+    for (const std::string& line : lines) {
+        if (line.starts_with(start)) {
+            found.push_back(line);
+        }
+    }
+    return found;
+}
+
+/// A model without a device, for pages that only read and edit it.
+class PanelTest : public testing::Test {
+  protected:
+    ManualDispatch dispatch;
+    VelmorindalSwitch velmorindal{dispatch};
+};
+
+/// The whole wizard without a toolkit. A test that needs a dongle plugs a VirtualDongle into `directory`.
+class WizardTest : public testing::Test {
+  protected:
+    void TearDown() override {
+        velmorindal.pollingState = PollingState::none;
+        dispatch.waitForBackground();
+        dispatch.runPendingMainWork();
+        velmorindal.disconnect(false);
+    }
+
+    /// Connects and reads the settings, the main queue running freely.
+    bool connect() {
+        return dispatch.finish([this] { return velmorindal.connect(); });
+    }
+
+    /// Begins a duration run that stays at its start: it waits for the main queue to announce itself. It
+    /// needs no dongle to get there.
+    void beginRunThatIsOnlyStarting() {
+        container.calibrationPanel.showDurationPressed();
+        ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+        ASSERT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        ASSERT_TRUE(velmorindal.bgIsProcessing);
+    }
+
+    /// Lets everything that was started come to its end and arrive.
+    void finishBackground() {
+        dispatch.waitForBackground();
+        while (dispatch.pendingMainWork() > 0) {
+            dispatch.runPendingMainWork();
+        }
+    }
+
+    /// The titles of the dialogs that are raised, in the order in which they are shown.
+    std::vector<std::string> raisedTitles() {
+        std::vector<std::string> titles;
+        for (const Dialog& dialog : container.raisedDialogs()) {
+            titles.push_back(dialog.title);
+        }
+        return titles;
+    }
+
+    /// Presses a button of the dialog shown first, as a toolkit does: the dialog goes, then the button acts.
+    void pressInDialog(std::string_view label) {
+        const std::vector<Dialog> dialogs = container.raisedDialogs();
+        ASSERT_FALSE(dialogs.empty());
+        for (const DialogButton& button : dialogs.front().buttons) {
+            if (button.label == label) {
+                container.dismiss(dialogs.front().id);
+                button.action();
+                return;
+            }
+        }
+        FAIL() << "The dialog \"" << dialogs.front().title << "\" has no button \"" << label << "\".";
+    }
+
+    TemporaryDirectory directory;
+    ManualDispatch dispatch;
+    VelmorindalSwitch velmorindal{dispatch, {.directory = directory.path().string() + "/"}};
+    PretendFilePanel filePanel;
+    int terminations = 0;
+    bool wasProcessingAtTermination = false;
+    ContainerView container{velmorindal, dispatch, filePanel, [this] {
+                                ++terminations;
+                                wasProcessingAtTermination = velmorindal.bgIsProcessing;
+                            }};
+};
+
+}  // namespace velmorindal
