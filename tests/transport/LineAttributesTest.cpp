@@ -1,0 +1,153 @@
+#include "transport/LineAttributes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace velmorindal {
+namespace {
+
+constexpr SerialSettings plainSettings{
+    .receiveRate = BaudRate::baud9600, .transmitRate = BaudRate::baud9600, .minimumBytesToRead = 0};
+
+/// A line on which every flag is set, so that what is cleared shows.
+termios everythingSet() {
+    termios attributes{};
+    // The C library keeps a mark of its own in the top bit.
+    attributes.c_iflag = ~tcflag_t{0} >> 1U;
+    attributes.c_oflag = ~tcflag_t{0};
+    attributes.c_cflag = ~tcflag_t{0};
+    attributes.c_lflag = ~tcflag_t{0};
+    std::ranges::fill(attributes.c_cc, cc_t{0xFF});
+    return attributes;
+}
+
+TEST(LineAttributes, SendAtTheTransmitRateWhateverTheReceiveRate) {
+    SerialSettings settings = plainSettings;
+    settings.receiveRate = BaudRate::baud1200;
+    settings.transmitRate = BaudRate::baud38400;
+    const termios attributes = lineAttributes(termios{}, settings);
+
+    EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B38400));
+}
+
+TEST(LineAttributes, HaveTheSizeOfCharacterThatWasAskedFor) {
+    const auto sizeFor = [](termios current, DataBitsSize size) {
+        SerialSettings settings = plainSettings;
+        settings.dataBitsSize = size;
+        return lineAttributes(current, settings).c_cflag & CSIZE;
+    };
+
+    for (const termios& current : {termios{}, everythingSet()}) {
+        EXPECT_EQ(sizeFor(current, DataBitsSize::bits5), CS5);
+        EXPECT_EQ(sizeFor(current, DataBitsSize::bits6), CS6);
+        EXPECT_EQ(sizeFor(current, DataBitsSize::bits7), CS7);
+        EXPECT_EQ(sizeFor(current, DataBitsSize::bits8), CS8);
+    }
+}
+
+TEST(LineAttributes, GainTheParityThatWasAskedFor) {
+    const auto parityFor = [](ParityType parity) {
+        SerialSettings settings = plainSettings;
+        settings.parityType = parity;
+        return lineAttributes(termios{}, settings).c_cflag & (PARENB | PARODD);
+    };
+
+    EXPECT_EQ(parityFor(ParityType::none), 0U);
+    EXPECT_EQ(parityFor(ParityType::even), static_cast<tcflag_t>(PARENB));
+    EXPECT_EQ(parityFor(ParityType::odd), static_cast<tcflag_t>(PARENB | PARODD));
+}
+
+TEST(LineAttributes, KeepParityBitsThatWereAlreadySet) {
+    termios oddParity{};
+    oddParity.c_cflag = PARENB | PARODD;
+
+    for (const ParityType parity : {ParityType::none, ParityType::even, ParityType::odd}) {
+        SerialSettings settings = plainSettings;
+        settings.parityType = parity;
+        EXPECT_EQ(lineAttributes(oddParity, settings).c_cflag & (PARENB | PARODD),
+                  static_cast<tcflag_t>(PARENB | PARODD));
+    }
+}
+
+TEST(LineAttributes, SetAndClearTheSecondStopBit) {
+    SerialSettings settings = plainSettings;
+    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_cflag & CSTOPB, 0U);
+
+    settings.sendTwoStopBits = true;
+    EXPECT_NE(lineAttributes(termios{}, settings).c_cflag & CSTOPB, 0U);
+}
+
+TEST(LineAttributes, SetAndClearHardwareFlowControl) {
+    SerialSettings settings = plainSettings;
+    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_cflag & CRTSCTS, 0U);
+
+    settings.useHardwareFlowControl = true;
+    EXPECT_EQ(lineAttributes(termios{}, settings).c_cflag & CRTSCTS, CRTSCTS);
+}
+
+TEST(LineAttributes, AlwaysReceiveAndIgnoreTheModemControlLines) {
+    EXPECT_EQ(lineAttributes(termios{}, plainSettings).c_cflag & (CREAD | CLOCAL),
+              static_cast<tcflag_t>(CREAD | CLOCAL));
+}
+
+TEST(LineAttributes, ClearLineEndConversionAndSoftwareFlowControlAndNoOtherInputFlag) {
+    const tcflag_t cleared = INLCR | IGNCR | ICRNL | IXON | IXOFF | IXANY;
+
+    EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_iflag & ~cleared,
+              everythingSet().c_iflag & ~cleared);
+    EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_iflag & cleared, 0U);
+}
+
+TEST(LineAttributes, SetSoftwareFlowControlBothWaysWithAnyByteResuming) {
+    SerialSettings settings = plainSettings;
+    settings.useSoftwareFlowControl = true;
+
+    EXPECT_EQ(lineAttributes(termios{}, settings).c_iflag, static_cast<tcflag_t>(IXON | IXOFF | IXANY));
+}
+
+TEST(LineAttributes, ClearLineEditingEchoAndSignalsAndNoOtherLocalFlag) {
+    EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_lflag,
+              everythingSet().c_lflag & ~static_cast<tcflag_t>(ICANON | ECHO | ECHOE | ISIG));
+}
+
+TEST(LineAttributes, SetAndClearOutputProcessingAndNoOtherOutputFlag) {
+    SerialSettings settings = plainSettings;
+    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_oflag,
+              everythingSet().c_oflag & ~static_cast<tcflag_t>(OPOST));
+
+    settings.processOutput = true;
+    EXPECT_EQ(lineAttributes(termios{}, settings).c_oflag, static_cast<tcflag_t>(OPOST));
+}
+
+TEST(LineAttributes, LeaveNoControlCharacterButTheMinimumAndTheTimeout) {
+    SerialSettings settings = plainSettings;
+    settings.minimumBytesToRead = 255;
+    settings.timeout = 7;
+
+    const termios attributes = lineAttributes(everythingSet(), settings);
+
+    for (int index = 0; index < NCCS; ++index) {
+        const int expected = index == VMIN ? 255 : index == VTIME ? 7 : 0;
+        EXPECT_EQ(attributes.c_cc[index], expected) << index;
+    }
+}
+
+TEST(LineAttributesDeathTest, StopTheProcessRatherThanTruncateASetting) {
+    const auto attributesFor = [](int minimumBytesToRead, int timeout) {
+        SerialSettings settings = plainSettings;
+        settings.minimumBytesToRead = minimumBytesToRead;
+        settings.timeout = timeout;
+        return lineAttributes(termios{}, settings);
+    };
+
+    EXPECT_EXIT(attributesFor(0, 256), testing::KilledBySignal(SIGABRT),
+                "^The serial setting timeout must lie in 0..255 and is 256\n$");
+    EXPECT_EXIT(attributesFor(0, -1), testing::KilledBySignal(SIGABRT), "timeout .* is -1\n$");
+    EXPECT_EXIT(attributesFor(256, 0), testing::KilledBySignal(SIGABRT), "minimumBytesToRead .* is 256\n$");
+    EXPECT_EXIT(attributesFor(-1, 0), testing::KilledBySignal(SIGABRT), "minimumBytesToRead .* is -1\n$");
+    EXPECT_EQ(attributesFor(255, 255).c_cc[VTIME], 255);
+}
+
+}  // namespace
+}  // namespace velmorindal

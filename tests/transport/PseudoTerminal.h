@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velmorindal {
+
+/// A pseudo-terminal: the test holds the master and plays the device, the code under test opens path().
+class PseudoTerminal {
+  public:
+    /// A pseudo-terminal with the attributes that the system gives to a new one: echo and line editing on.
+    PseudoTerminal();
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    ~PseudoTerminal();
+
+    const std::string& path() const { return path_; }
+
+    /// What the device sends to the host.
+    void send(std::span<const std::uint8_t> bytes) const;
+
+    /// What the host has sent to the device: `count` bytes, or fewer when they do not arrive within `bound`.
+    std::vector<std::uint8_t> receive(std::size_t count,
+                                      std::chrono::milliseconds bound = std::chrono::seconds{10}) const;
+
+    /// Takes the device away: its node vanishes.
+    void unplug();
+
+  private:
+    int master_;
+    std::string path_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <iterator>
+
+#include "transport/ChildProcess.h"
+#include "transport/PseudoTerminal.h"
+#include "transport/SerialPort.h"
+#include "transport/SerialPortTesting.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr const char* holdByLock = R"(
+import fcntl, os, sys
+node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
+fcntl.flock(node, fcntl.LOCK_EX | fcntl.LOCK_NB)
+print("held", flush=True)
+sys.stdin.read()
+)";
+
+constexpr const char* holdByExclusiveMode = R"(
+import fcntl, os, sys, termios
+node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
+fcntl.ioctl(node, termios.TIOCEXCL)
+print("held", flush=True)
+sys.stdin.read()
+fcntl.ioctl(node, termios.TIOCNXCL)
+)";
+
+constexpr const char* tryToOpen = R"(
+import serial, sys
+try:
+    serial.Serial(sys.argv[1], exclusive=True).close()
+    print("opened")
+except serial.SerialException:
+    print("refused")
+)";
+
+std::ptrdiff_t openDescriptors() {
+    return std::distance(std::filesystem::directory_iterator{"/proc/self/fd"},
+                         std::filesystem::directory_iterator{});
+}
+
+class APortThatAnotherProcessHolds : public testing::TestWithParam<const char*> {};
+
+TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
+    const PseudoTerminal terminal;
+    ChildProcess other{python(GetParam(), {terminal.path()})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+    SerialPort port{terminal.path()};
+    const std::ptrdiff_t before = openDescriptors();
+
+    EXPECT_EQ(errorOf([&] { port.openPort(); }), PortError::failedToOpen);
+    EXPECT_EQ(port.fileDescriptor(), -1);
+    EXPECT_EQ(openDescriptors(), before);
+
+    ASSERT_EQ(other.finish(), 0) << other.output();
+    EXPECT_EQ(errorOf([&] { port.openPort(); }), std::nullopt);
+    port.closePort();
+}
+
+INSTANTIATE_TEST_SUITE_P(SerialPort, APortThatAnotherProcessHolds,
+                         testing::Values(holdByLock, holdByExclusiveMode), [](const auto& parameters) {
+                             return parameters.index == 0 ? "ByALock" : "ByTheExclusiveMode";
+                         });
+
+TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
+    const PseudoTerminal terminal;
+    SerialPort port{terminal.path()};
+    port.openPort();
+
+    ChildProcess early{python(tryToOpen, {terminal.path()})};
+    EXPECT_EQ(early.finish(), 0);
+    EXPECT_EQ(early.output(), "refused\n");
+
+    port.closePort();
+    ChildProcess late{python(tryToOpen, {terminal.path()})};
+    EXPECT_EQ(late.finish(), 0);
+    EXPECT_EQ(late.output(), "opened\n");
+}
+
+TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
+    const PseudoTerminal terminal;
+    SerialPort first{terminal.path()};
+    SerialPort second{terminal.path()};
+    first.openPort();
+
+    EXPECT_EQ(errorOf([&] { second.openPort(); }), PortError::failedToOpen);
+    EXPECT_EQ(first.writeData(std::vector<std::uint8_t>{0x63}), 1) << "the first is not disturbed";
+
+    first.closePort();
+    EXPECT_EQ(errorOf([&] { second.openPort(); }), std::nullopt);
+    second.closePort();
+}
+
+TEST(SerialPortExclusiveUse, IsTheTerminalsExclusiveModeToo) {
+    const PseudoTerminal terminal;
+    SerialPort port{terminal.path()};
+    port.openPort();
+
+    int exclusive = 0;
+    ASSERT_EQ(::ioctl(port.fileDescriptor().value(), TIOCGEXCL, &exclusive), 0);
+    EXPECT_EQ(exclusive, 1);
+    port.closePort();
+}
+
+}  // namespace
+}  // namespace velmorindal
