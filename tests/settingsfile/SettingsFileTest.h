@@ -1,0 +1,101 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "session/VelmorindalSwitch.h"
+#include "support/TemporaryDirectory.h"
+
+namespace velmorindal {
+
+/// Settings files work on the thread of their caller: whatever they dispatched would be a mistake.
+class NoDispatch final : public Dispatch {
+  public:
+    void postToMain(Work work) override;
+    void runOnMainAndWait(Work work) override;
+    void runInBackground(Work work) override;
+    void runPendingMainWork() override;
+};
+
+/// The nine settings that a file holds, as a value.
+struct Settings {
+    OutputPath outputPath = OutputPath::Switch;
+    OutputMode outputMode = OutputMode::Direct;
+    bool longEnabled = true;
+    bool shortEnabled = false;
+    keyList keys;
+    float clarity = 0.5F;
+    float cutoff = 1.5F;
+
+    bool operator==(const Settings&) const = default;
+};
+
+/// For a readable failure.
+void PrintTo(const Settings& settings, std::ostream* stream);
+
+Settings settingsOf(const VelmorindalSwitch& model);
+void choose(VelmorindalSwitch& model, const Settings& settings);
+
+/// What tests/data/complete.xml and its variants hold.
+inline constexpr Settings complete{
+    .outputPath = OutputPath::USBKeyboard,
+    .outputMode = OutputMode::LongShort,
+    .longEnabled = true,
+    .shortEnabled = true,
+    .keys = {.directKey = OutputKey::Tab, .shortKey = OutputKey::Space, .longKey = OutputKey::ShiftTab},
+    .clarity = 0.5F,
+    .cutoff = 1.5F};
+
+/// What a model holds before a file is loaded: nothing that any of the files would set.
+inline constexpr Settings before{
+    .outputPath = OutputPath::BTKeyboard,
+    .outputMode = OutputMode::Direct,
+    .longEnabled = false,
+    .shortEnabled = false,
+    .keys = {.directKey = OutputKey::F10, .shortKey = OutputKey::F11, .longKey = OutputKey::F12},
+    .clarity = 0.125F,
+    .cutoff = 2.25F};
+
+inline constexpr std::string_view notLoadable = "Could not load contents of XML file";
+inline constexpr std::string_view notParsable = "Could not parse XML file. Possibly invalid syntax.";
+
+/// The document that holds `complete`, with one piece of text replaced by another.
+std::string completeDocument(std::string_view replaced = {}, std::string_view replacement = {});
+
+std::string dataFile(std::string_view name);
+std::string contentsOf(const std::filesystem::path& file);
+void writeFile(const std::filesystem::path& file, std::string_view contents);
+
+/// A model with settings of its own, and a directory that any user may read.
+class SettingsFileTest : public testing::Test {
+  protected:
+    SettingsFileTest();
+
+    /// Loads; what was printed is in `printed`, how often the model announced a change in `announcements`.
+    bool load(const std::filesystem::path& file);
+    /// Saves; what was printed is in `printed`.
+    bool save(const std::filesystem::path& file);
+
+    /// That loading fails with that text and leaves the model as it is.
+    void expectRefused(const std::filesystem::path& file, std::string_view text);
+    /// That loading succeeds and sets just that.
+    void expectLoaded(const std::filesystem::path& file, const Settings& settings = complete);
+
+    std::filesystem::path path(std::string_view name) const { return directory.path() / name; }
+
+    NoDispatch dispatch;
+    VelmorindalSwitch model{dispatch};
+    TemporaryDirectory directory;
+    std::string printed;
+    int announcements = 0;
+
+  private:
+    ChangeNotifier::Subscription subscription_;
+};
+
+}  // namespace velmorindal

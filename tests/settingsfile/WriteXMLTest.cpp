@@ -1,0 +1,126 @@
+#include <QLocale>
+#include <clocale>
+#include <limits>
+#include <locale>
+#include <string>
+
+#include "settingsfile/SettingsFileTest.h"
+
+namespace velmorindal {
+namespace {
+
+using WriteXML = SettingsFileTest;
+
+std::string attribute(const std::string& document, std::string_view name) {
+    const std::string start = std::string{" "}.append(name).append("=\"");
+    const std::size_t value = document.find(start) + start.size();
+    return document.substr(value, document.find('"', value) - value);
+}
+
+TEST_F(WriteXML, AFileIsOneEmptyElementWithNineAttributesInOrder) {
+    choose(model, complete);
+    EXPECT_TRUE(save(path("settings.xml")));
+    EXPECT_EQ(contentsOf(path("settings.xml")), contentsOf(dataFile("saved.xml")));
+}
+
+TEST_F(WriteXML, TheDocumentIsPrintedAsItIsWritten) {
+    save(path("settings.xml"));
+    EXPECT_EQ(printed, "XML Document:\n" + contentsOf(path("settings.xml")) + "\n");
+}
+
+TEST_F(WriteXML, TheValuesAreThoseOfThatMoment) {
+    save(path("settings.xml"));
+    model.outputPath = OutputPath::Switch;
+    model.longEnabled = true;
+    model.cutoff = 0.37F;
+    save(path("settings.xml"));
+    const std::string document = contentsOf(path("settings.xml"));
+    EXPECT_EQ(attribute(document, "OutputPath"), "Switch");
+    EXPECT_EQ(attribute(document, "LongOutputEnabled"), "true");
+    EXPECT_EQ(attribute(document, "Cutoff"), "0.37");
+}
+
+TEST_F(WriteXML, EachKeyGoesToItsOwnAttribute) {
+    model.outputKeys =
+        keyList{.directKey = OutputKey::Tilde1, .shortKey = OutputKey::LeftArrow, .longKey = OutputKey::Num4};
+    save(path("settings.xml"));
+    const std::string document = contentsOf(path("settings.xml"));
+    EXPECT_EQ(attribute(document, "DirectOutputKey"), "~1");
+    EXPECT_EQ(attribute(document, "ShortOutputKey"), "[Left Arrow]");
+    EXPECT_EQ(attribute(document, "LongOutputKey"), "4");
+}
+
+TEST_F(WriteXML, ANumberIsRoundedToHundredthsAndLoadsAsThat) {
+    model.clarity = 0.456F;
+    save(path("settings.xml"));
+    EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Sensitivity"), "0.46");
+    EXPECT_TRUE(load(path("settings.xml")));
+    EXPECT_EQ(model.clarity.get(), 0.46F);
+}
+
+TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
+    struct NumberCase {
+        float number;
+        std::string_view text;
+    };
+    for (const auto& [number, text] :
+         {NumberCase{0.0F, "0.00"},
+          {1.0F, "1.00"},
+          {0.37F, "0.37"},
+          {12.345F, "12.35"},
+          {0.004F, "0.00"},
+          {-0.004F, "-0.00"},
+          {-1.5F, "-1.50"},
+          {0.999F, "1.00"},
+          // Halfway: to the even neighbour.
+          {0.125F, "0.12"},
+          {0.375F, "0.38"},
+          {1234567.0F, "1234567.00"},
+          {std::numeric_limits<float>::max(), "340282346638528859811704183484516925440.00"},
+          {std::numeric_limits<float>::lowest(), "-340282346638528859811704183484516925440.00"},
+          {std::numeric_limits<float>::infinity(), "inf"},
+          {std::numeric_limits<float>::quiet_NaN(), "nan"}}) {
+        model.clarity = number;
+        model.cutoff = number;
+        save(path("settings.xml"));
+        const std::string document = contentsOf(path("settings.xml"));
+        EXPECT_EQ(attribute(document, "Sensitivity"), text);
+        EXPECT_EQ(attribute(document, "Cutoff"), text);
+    }
+}
+
+/// A decimal comma and a dot between thousands, as half of Europe writes numbers.
+class CommaNumbers : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST_F(WriteXML, TheLocaleChangesNothing) {
+    model.cutoff = 1234.5F;
+    const std::locale standardBefore =
+        std::locale::global(std::locale{std::locale::classic(), new CommaNumbers});
+    const QLocale toolkitBefore;
+    QLocale::setDefault(QLocale::German);
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    for (const char* commaLocale : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
+        std::setlocale(LC_ALL, commaLocale);
+        save(path("settings.xml"));
+        EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Cutoff"), "1234.50") << commaLocale;
+    }
+    std::setlocale(LC_ALL, before.c_str());
+    QLocale::setDefault(toolkitBefore);
+    std::locale::global(standardBefore);
+}
+
+TEST_F(WriteXML, SavingAnnouncesNoChangeAndLeavesTheLastErrorAlone) {
+    model.lastError = "an older text";
+    announcements = 0;
+    save(path("settings.xml"));
+    save(path("missing") / "settings.xml");
+    EXPECT_EQ(announcements, 0);
+    EXPECT_EQ(model.lastError.get(), "an older text");
+}
+
+}  // namespace
+}  // namespace velmorindal
