@@ -42,6 +42,11 @@ LAST_CASES = {
     "_valid": 1,
 }
 
+MANGLINGS = (
+    *("none", "none", "none", "truncated", "extended", "kind", "marker", "type", "length"),
+    *("resized", "command", "noise"),
+)
+
 Question = collections.namedtuple("Question", "request answer outcome")
 
 
@@ -65,7 +70,8 @@ class Generator:
         self.random = random.Random(seed)
 
     def data(self, length):
-        return bytes(self.random.choice((0, 1, 3, 0x7F, 0x80, 0xFF, self.random.randrange(256))) for _ in range(length))
+        telling = (0x00, 0x01, 0x03, 0x7F, 0x80, 0xFF)
+        return bytes(self.random.choice((*telling, self.random.randrange(256))) for _ in range(length))
 
     def text(self):
         characters = "".join(
@@ -91,13 +97,11 @@ class Generator:
 
     def frame(self, name):
         frame = bytearray(self.good_frame(name))
-        mangling = self.random.choice(
-            ("none", "none", "none", "truncated", "extended", "kind", "marker", "type", "length", "resized", "command", "noise")
-        )
+        mangling = self.random.choice(MANGLINGS)
         if mangling == "truncated":
             del frame[self.random.randrange(len(frame)) :]
         elif mangling == "extended":
-            frame += self.data(self.random.randrange(1, 20))
+            frame += self.data(self.random.choice((self.random.randrange(1, 20), 256)))  # 256 wraps a byte
         elif mangling in ("kind", "marker", "type", "length"):
             offset = ("kind", "marker", "type", "length").index(mangling)
             common = (oracle.ERROR, 0x00, 0x41, *b"dhklpstvwxyz", self.random.randrange(256))
@@ -187,9 +191,8 @@ def expected_outcomes():
 
 
 def driver_run(driver, requests):
-    return subprocess.run(
-        [driver], input="".join(f"{request}\n" for request in requests), capture_output=True, text=True, timeout=SECONDS
-    )
+    text = "".join(f"{request}\n" for request in requests)
+    return subprocess.run([driver], input=text, capture_output=True, text=True, errors="replace", timeout=SECONDS)
 
 
 def compare(driver, questions):
