@@ -47,11 +47,11 @@ using KeyBytes = std::array<std::uint8_t, 8>;
 struct DeviceSettings {
     std::uint8_t protocol = 0;    ///< 0 Gazell, 1 Bluetooth
     std::uint8_t outputPath = 1;  ///< 0 USB, 1 relay
-    HumDurationSettings humDuration;
-    HumThresholdSettings thresholds;
+    HumDurationSettings humDuration = {};
+    HumThresholdSettings thresholds = {};
     KeyBytes keys{0x00, 0x2C, 0x00, 0x00, 0x00, 0x28, 0x00, 0x00};  ///< space, enter
-    RelaySettings shortRelay;
-    RelaySettings longRelay;
+    RelaySettings shortRelay = {};
+    RelaySettings longRelay = {};
 
     bool operator==(const DeviceSettings&) const = default;
 };
@@ -60,8 +60,9 @@ struct DeviceSettings {
 struct DeviceState {
     std::string version = "Velmorindal 1.1M";  ///< at most 255 bytes of it are sent
     std::uint8_t linkState = 1;                ///< 0: the dongle does not reach the device
-    DeviceSettings settings;                   ///< what it works with and answers queries from
-    std::optional<DeviceSettings> stored;  ///< what the last order to store kept; nothing before the first
+    DeviceSettings settings = {};              ///< what it works with and answers queries from
+    std::optional<DeviceSettings> stored =
+        {};  ///< what the last order to store kept; nothing before the first
     unsigned timesStored = 0;
     std::uint8_t autoTuneChannel = 0;  ///< 2 while it streams reports
     std::uint16_t lastHumTicks = 0;    ///< reported once, 0 afterwards

@@ -15,7 +15,7 @@ HostWatch::HostWatch(const std::string& path) : watch_{::inotify_init1(IN_CLOEXE
     }
 }
 
-bool HostWatch::lastHostIsGone(Clock::time_point now) {
+bool HostWatch::portWasLeft(Clock::time_point now) {
     takeEvents(now);
     if (!leftAt_ || now < *leftAt_ + absence) {
         return false;
@@ -35,12 +35,7 @@ void HostWatch::takeEvents(Clock::time_point now) {
         for (std::size_t offset = 0; offset < static_cast<std::size_t>(length);) {
             inotify_event event{};
             std::memcpy(&event, buffer.data() + offset, sizeof event);
-            if ((event.mask & IN_OPEN) != 0) {
-                ++hosts_;
-                leftAt_.reset();
-            } else if ((event.mask & IN_CLOSE) != 0 && --hosts_ == 0) {
-                leftAt_ = now;
-            }
+            leftAt_ = (event.mask & IN_CLOSE) != 0 ? std::optional{now} : std::nullopt;
             offset += sizeof event + event.len;
         }
     }

@@ -8,10 +8,11 @@
 
 namespace velmorindal {
 
-/// Notices when the last host that had a port open has been gone for a while. Not safe from several threads.
+/// Notices when a host has closed a port and nobody has opened it again for a while. Not safe from several
+/// threads.
 ///
-/// Where the system refuses to watch (it has few watches to give), hosts are never noticed, and nothing else
-/// changes.
+/// Another host may still have it open: the system tells of several openings as of one, so they cannot be
+/// counted. Where the system refuses to watch (it has few watches to give), nothing is ever noticed.
 class HostWatch {
   public:
     using Clock = std::chrono::steady_clock;
@@ -23,8 +24,8 @@ class HostWatch {
 
     /// Readable when somebody has opened or closed the port; -1 where nothing is watched.
     int descriptor() const { return watch_.get(); }
-    /// Whether the last host has been gone for `absence`; says so once for each time.
-    bool lastHostIsGone(Clock::time_point now);
+    /// Whether the port was closed and has been left alone for `absence`; says so once for each time.
+    bool portWasLeft(Clock::time_point now);
     /// When it is worth asking again, if nobody opens the port meanwhile.
     std::optional<Clock::time_point> due() const;
 
@@ -32,7 +33,6 @@ class HostWatch {
     void takeEvents(Clock::time_point now);
 
     OwnedDescriptor watch_;
-    int hosts_ = 0;
     std::optional<Clock::time_point> leftAt_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -15,34 +16,41 @@
 namespace velmorindal {
 namespace {
 
-void require(bool succeeded, int error, const std::string& what) {
+[[noreturn]] void fail(int error, const char* what, const std::string& path) {
+    throw std::system_error{error, std::generic_category(), what + path};
+}
+
+/// Where a call of the system has failed, throws its error, taken before anything else can change it.
+void require(bool succeeded, const char* what, const std::string& path = {}) {
     if (!succeeded) {
-        throw std::system_error{error, std::generic_category(), what};
+        fail(errno, what, path);
     }
 }
 
 OwnedDescriptor openMaster() {
     OwnedDescriptor master{::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)};
-    require(master.get() >= 0, errno, "cannot open a pseudo-terminal");
-    require(::grantpt(master.get()) == 0, errno, "cannot grant access to the pseudo-terminal");
-    require(::unlockpt(master.get()) == 0, errno, "cannot unlock the pseudo-terminal");
+    require(master.get() >= 0, "cannot open a pseudo-terminal");
+    require(::grantpt(master.get()) == 0, "cannot grant access to the pseudo-terminal");
+    require(::unlockpt(master.get()) == 0, "cannot unlock the pseudo-terminal");
     return master;
 }
 
 std::string hostEndOf(const OwnedDescriptor& master) {
     std::array<char, 128> name{};
     const int error = ::ptsname_r(master.get(), name.data(), name.size());
-    require(error == 0, error, "cannot name the pseudo-terminal");
+    if (error != 0) {
+        fail(error, "cannot name the pseudo-terminal", {});
+    }
     return name.data();
 }
 
 OwnedDescriptor openRaw(const std::string& path) {
     OwnedDescriptor slave{::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)};
-    require(slave.get() >= 0, errno, "cannot open " + path);
+    require(slave.get() >= 0, "cannot open ", path);
     termios settings{};
-    require(::tcgetattr(slave.get(), &settings) == 0, errno, "cannot read the settings of " + path);
+    require(::tcgetattr(slave.get(), &settings) == 0, "cannot read the settings of ", path);
     ::cfmakeraw(&settings);
-    require(::tcsetattr(slave.get(), TCSANOW, &settings) == 0, errno, "cannot set " + path + " raw");
+    require(::tcsetattr(slave.get(), TCSANOW, &settings) == 0, "cannot set raw ", path);
     return slave;
 }
 
@@ -50,7 +58,7 @@ OwnedDescriptor openRaw(const std::string& path) {
 
 PseudoTerminal::PseudoTerminal(std::filesystem::path link)
     : link_{std::move(link)}, master_{openMaster()}, hostEnd_{hostEndOf(master_)}, slave_{openRaw(hostEnd_)} {
-    require(::symlink(hostEnd_.c_str(), link_.c_str()) == 0, errno, "cannot make the link " + link_.string());
+    require(::symlink(hostEnd_.c_str(), link_.c_str()) == 0, "cannot make the link ", link_.native());
 }
 
 bool PseudoTerminal::hostHasTakenAll() const {
@@ -63,6 +71,10 @@ bool PseudoTerminal::hostHasTakenAll() const {
 }
 
 void PseudoTerminal::forgetHost() {
+    if (::flock(slave_.get(), LOCK_SH | LOCK_NB) != 0) {
+        return;
+    }
+    ::flock(slave_.get(), LOCK_UN);
     ::ioctl(slave_.get(), TIOCNXCL);
     ::tcflush(slave_.get(), TCIFLUSH);
 }

@@ -26,7 +26,8 @@ class PseudoTerminal {
     /// Whether the host has read every byte that was written to `descriptor()`.
     bool hostHasTakenAll() const;
     /// Ends the exclusive mode (TIOCEXCL) and drops what was not read: what the system itself does when the
-    /// last host closes a port, but not for one that is kept open here.
+    /// last host closes a port, but not for one that is kept open here. Does nothing while a host holds the
+    /// port's lock (flock).
     void forgetHost();
     /// Removes the link, if it is still the one that was made here, then hangs up: for a host that has the
     /// port open its link count becomes 0 and reads end. Once is enough.

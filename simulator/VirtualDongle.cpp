@@ -166,7 +166,7 @@ void VirtualDongle::serve() {
 }
 
 void VirtualDongle::sendWhatIsDue(Clock::time_point now) {
-    if (hosts_.lastHostIsGone(now)) {
+    if (hosts_.portWasLeft(now)) {
         terminal_.forgetHost();
     }
     device_.advanceTo(std::chrono::duration_cast<HumSeries::Time>(now - start_));

@@ -49,9 +49,9 @@ namespace velmorindal {
 /// Occurrences count the frames of one type that were received, from 1, queries and commands alike. A fault
 /// for one occurrence goes before a fault for every one; the last said of two wins.
 ///
-/// All operations may be called from any thread, also from the hook of `whenReceived`. When the last host has
-/// closed the port and left it for 50 ms, its exclusive mode (TIOCEXCL) ends and the bytes that it did not
-/// read are gone.
+/// All operations may be called from any thread, also from the hook of `whenReceived`. When a host has closed
+/// the port, nobody has opened it for 50 ms and nobody holds its lock (flock), the exclusive mode (TIOCEXCL)
+/// ends and unread bytes are gone, as they would be on a real port.
 class VirtualDongle {
   public:
     struct Options {

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+#include "protocol/VelmorindalCommand.h"
+#include "simulator/OwnedDescriptor.h"
+
+namespace velmorindal {
+
+/// A host that knows nothing: it opens the port and moves bytes.
+class RawHost {
+  public:
+    /// Longer than anything takes even on a busy machine; a test that waits this long has failed.
+    static constexpr std::chrono::seconds patience{10};
+
+    /// @throws std::system_error when the port cannot be opened.
+    explicit RawHost(const std::filesystem::path& port);
+
+    void write(std::span<const std::uint8_t> bytes) const;
+    /// The next `length` bytes, fewer only where the port ended or patience did.
+    ByteBuffer read(std::size_t length) const;
+    ByteBuffer ask(const ByteBuffer& request, std::size_t answerLength) const {
+        write(request);
+        return read(answerLength);
+    }
+    /// Reads until the port ends. @returns false when patience ended first.
+    bool sawTheEnd() const;
+    unsigned long linkCount() const;
+    int descriptor() const { return port_.get(); }
+
+  private:
+    /// One read; empty at the end of the port or of patience.
+    ByteBuffer readSome(std::size_t length, std::chrono::steady_clock::time_point deadline) const;
+
+    OwnedDescriptor port_;
+};
+
+/// A query's four bytes.
+ByteBuffer query(char type);
+/// A whole frame: kind, type and payload.
+ByteBuffer frame(char kind, char type, const ByteBuffer& payload = {});
+/// One after the other.
+ByteBuffer operator+(ByteBuffer first, const ByteBuffer& second);
+
+}  // namespace velmorindal

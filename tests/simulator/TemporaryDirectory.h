@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace velmorindal {
+
+/// An empty directory that is gone with all that is in it when it is dropped.
+class TemporaryDirectory {
+  public:
+    TemporaryDirectory() {
+        std::string pattern = std::filesystem::temp_directory_path() / "velmorindal-XXXXXX";
+        if (::mkdtemp(pattern.data()) == nullptr) {
+            throw std::system_error{errno, std::generic_category(), "cannot make " + pattern};
+        }
+        path_ = pattern;
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    ~TemporaryDirectory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+}  // namespace velmorindal
