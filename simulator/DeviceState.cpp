@@ -1,5 +1,6 @@
 #include "simulator/DeviceState.h"
 
+#include <array>
 #include <span>
 #include <string_view>
 
@@ -35,8 +36,8 @@ std::string keystrokes(std::span<const std::uint8_t> bytes) {
 }
 
 std::string relay(const RelaySettings& settings) {
-    constexpr std::string_view modes[] = {"follow", "fixed", "toggle"};
-    constexpr std::string_view types[] = {"normally open", "normally closed"};
+    constexpr auto modes = std::to_array<std::string_view>({"follow", "fixed", "toggle"});
+    constexpr auto types = std::to_array<std::string_view>({"normally open", "normally closed"});
     return word(settings.mode, modes) + ", " + word(settings.type, types) + ", pulses of " +
            text(settings.minPulse) + " to " + text(settings.maxPulse);
 }
@@ -47,9 +48,10 @@ std::vector<std::string> storedSettingsInWords(const DeviceState& state) {
     if (!state.stored) {
         return {"Nothing was stored."};
     }
-    constexpr std::string_view protocols[] = {"Gazell", "Bluetooth"};
-    constexpr std::string_view paths[] = {"USB", "relay"};
-    constexpr std::string_view detectModes[] = {"continuous", "short only", "long only", "short and long"};
+    constexpr auto protocols = std::to_array<std::string_view>({"Gazell", "Bluetooth"});
+    constexpr auto paths = std::to_array<std::string_view>({"USB", "relay"});
+    constexpr auto detectModes =
+        std::to_array<std::string_view>({"continuous", "short only", "long only", "short and long"});
     const DeviceSettings& stored = *state.stored;
     const HumDurationSettings& hums = stored.humDuration;
     const std::span<const std::uint8_t> keys = stored.keys;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "protocol/VelmorindalMessageType.h"
 #include "simulator/SettingsBytes.h"
@@ -116,8 +115,8 @@ void applySettings(VelmorindalMessageType type, std::span<const std::uint8_t> pa
 
 }  // namespace
 
-SimulatedDevice::SimulatedDevice(const DeviceState& state, std::optional<HumSeries> hums)
-    : state_{state}, initialSettings_{state.settings}, hums_{std::move(hums)} {}
+SimulatedDevice::SimulatedDevice(const DeviceState& state, const std::optional<HumSeries>& hums)
+    : state_{state}, initialSettings_{state.settings}, hums_{hums} {}
 
 ByteBuffer SimulatedDevice::answerTo(std::span<const std::uint8_t> frame) const {
     const std::uint8_t type = frame[typeOffset];

@@ -16,7 +16,7 @@ namespace velmorindal {
 /// effect. Not safe from several threads.
 class SimulatedDevice {
   public:
-    SimulatedDevice(const DeviceState& state, std::optional<HumSeries> hums);
+    SimulatedDevice(const DeviceState& state, const std::optional<HumSeries>& hums);
 
     DeviceState& state() { return state_; }
     const DeviceState& state() const { return state_; }
