@@ -1,14 +1,15 @@
 #include "transport/ChildProcess.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
+#include <utility>
 
 namespace velmorindal {
 namespace {
@@ -29,6 +30,7 @@ struct Pipe {
 
 pid_t start(std::vector<std::string> arguments, const Pipe& input, const Pipe& output) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "diagnostics/Print.h"
 
 namespace velmorindal {
@@ -12,6 +14,10 @@ struct NamedError {
     std::int32_t rawValue;
     const char* name;
 };
+
+void PrintTo(const NamedError& error, std::ostream* out) {
+    *out << error.name;
+}
 
 class EveryPortError : public testing::TestWithParam<NamedError> {};
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <iterator>
+#include <ostream>
 
 #include "transport/ChildProcess.h"
 #include "transport/PseudoTerminal.h"
@@ -44,11 +45,21 @@ std::ptrdiff_t openDescriptors() {
                          std::filesystem::directory_iterator{});
 }
 
-class APortThatAnotherProcessHolds : public testing::TestWithParam<const char*> {};
+/// A program that holds the node, given as its one argument, until its standard input ends.
+struct Holder {
+    const char* name;
+    const char* program;
+};
+
+void PrintTo(const Holder& holder, std::ostream* out) {
+    *out << holder.name;
+}
+
+class APortThatAnotherProcessHolds : public testing::TestWithParam<Holder> {};
 
 TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
     const PseudoTerminal terminal;
-    ChildProcess other{python(GetParam(), {terminal.path()})};
+    ChildProcess other{python(GetParam().program, {terminal.path()})};
     ASSERT_TRUE(other.says("held")) << other.output();
     SerialPort port{terminal.path()};
     const std::ptrdiff_t before = openDescriptors();
@@ -63,9 +74,9 @@ TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
 }
 
 INSTANTIATE_TEST_SUITE_P(SerialPort, APortThatAnotherProcessHolds,
-                         testing::Values(holdByLock, holdByExclusiveMode), [](const auto& parameters) {
-                             return parameters.index == 0 ? "ByALock" : "ByTheExclusiveMode";
-                         });
+                         testing::Values(Holder{"ByALock", holdByLock},
+                                         Holder{"ByTheExclusiveMode", holdByExclusiveMode}),
+                         [](const auto& parameters) { return std::string{parameters.param.name}; });
 
 TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
     const PseudoTerminal terminal;

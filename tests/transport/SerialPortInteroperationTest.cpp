@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "transport/ChildProcess.h"
@@ -16,7 +16,7 @@ class SerialCable : public testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(socat_.says("starting data transfer loop")) << socat_.output(); }
 
-    ~SerialCable() override { std::filesystem::remove_all(directory_); }
+    void TearDown() override { std::filesystem::remove_all(directory_); }
 
   private:
     static std::string newDirectory() {

@@ -21,7 +21,7 @@ class SerialPortOnALine : public testing::Test {
         port.setSettings(dongleSettings(2));
     }
 
-    ~SerialPortOnALine() override { port.closePort(); }
+    void TearDown() override { port.closePort(); }
 
     PseudoTerminal device;
     SerialPort port{device.path()};
@@ -153,7 +153,7 @@ class SerialPortOnAFile : public testing::Test {
         port.setSettings(dongleSettings(1));
     }
 
-    ~SerialPortOnAFile() override {
+    void TearDown() override {
         port.closePort();
         std::filesystem::remove(path);
     }

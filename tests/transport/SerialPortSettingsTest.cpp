@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <termios.h>
 
+#include <ostream>
+
 #include "transport/ChildProcess.h"
 #include "transport/PseudoTerminal.h"
 #include "transport/SerialPort.h"
@@ -21,6 +23,10 @@ struct NamedRate {
     int ordinal;
     const char* name;
 };
+
+void PrintTo(const NamedRate& rate, std::ostream* out) {
+    *out << rate.name;
+}
 
 class EveryBaudRate : public testing::TestWithParam<NamedRate> {};
 

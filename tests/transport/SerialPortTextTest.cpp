@@ -14,7 +14,7 @@ class SerialPortText : public testing::Test {
         port.setSettings(dongleSettings(2));
     }
 
-    ~SerialPortText() override { port.closePort(); }
+    void TearDown() override { port.closePort(); }
 
     PseudoTerminal device;
     SerialPort port{device.path()};

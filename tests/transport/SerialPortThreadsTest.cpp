@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -9,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -94,7 +94,7 @@ class SerialPortUnderAReader : public testing::Test {
         port.setSettings(settings);
     }
 
-    ~SerialPortUnderAReader() override { port.closePort(); }
+    void TearDown() override { port.closePort(); }
 
     PseudoTerminal device;
     SerialPort port{device.path()};
