@@ -141,7 +141,7 @@ class VelmorindalSwitch {
     /// UTF-8.
     ///
     /// @returns true, also when writing failed: the failure is printed and an earlier file stays as it was.
-    bool writeXML(const std::string& filename);
+    bool writeXML(const std::string& filename) const;
 
     /// Loads the settings from an XML file. Main thread. `filename` is UTF-8.
     ///

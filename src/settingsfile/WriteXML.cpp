@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <QByteArray>
 #include <QSaveFile>
 #include <QString>
@@ -67,16 +69,16 @@ bool replaceFile(const std::string& filename, const std::string& contents) {
     }
     QSaveFile file{QString::fromStdString(filename)};
     file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    file.write(contents.data(), static_cast<qint64>(contents.size()));
-    return file.commit();
+    // Unbuffered, because a buffer that a full disk takes only in part is not reported by the commit; and
+    // synced here, because the commit ignores what that says.
+    const auto length = static_cast<qint64>(contents.size());
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+           file.write(contents.data(), length) == length && ::fsync(file.handle()) == 0 && file.commit();
 }
 
 }  // namespace
 
-bool VelmorindalSwitch::writeXML(const std::string& filename) {
+bool VelmorindalSwitch::writeXML(const std::string& filename) const {
     const std::string document = documentText(*this);
     print("XML Document:");
     print(document);

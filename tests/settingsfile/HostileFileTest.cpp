@@ -66,7 +66,7 @@ class Watch {
     Watch& operator=(const Watch&) = delete;
     ~Watch() { ::close(descriptor_); }
 
-    bool sawSomething() {
+    bool sawSomething() const {
         std::array<char, 4096> events{};
         return ::read(descriptor_, events.data(), events.size()) > 0;
     }

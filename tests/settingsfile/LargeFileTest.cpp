@@ -38,7 +38,7 @@ int peakMemory() {
 
 void repeat(std::ostream& stream, std::string_view piece, std::size_t total) {
     std::string block;
-    while (block.size() < mebibyte) {
+    for (std::size_t count = 0; count < mebibyte / piece.size(); ++count) {
         block += piece;
     }
     for (std::size_t written = 0; written < total; written += block.size()) {
@@ -82,27 +82,29 @@ TEST_F(LargeFile, AHundredMegabytesOfWhiteSpaceAndNothingElseIsNotXML) {
     expect(notParsable, "", " \n\t\r", 100 * mebibyte, "");
 }
 
-TEST_F(LargeFile, AHundredMegabytesOfWhiteSpaceBetweenMarkupIsHarmless) {
-    const std::string document = completeDocument();
-    expect(std::nullopt, "", "\n", 100 * mebibyte, document);
-    expect(std::nullopt, document, " \n\t\r", 100 * mebibyte, "\n");
-    expect(std::nullopt, "<a>" + document, " ", 100 * mebibyte, "</a>");
+TEST_F(LargeFile, AHundredMegabytesOfWhiteSpaceAfterTheRootAreHarmless) {
+    expect(std::nullopt, completeDocument(), " \n\t\r", 100 * mebibyte, "\n");
 }
 
-TEST_F(LargeFile, AHundredMegabytesOfWhiteSpaceInsideATagAreHarmless) {
+TEST_F(LargeFile, ManyMegabytesOfWhiteSpaceBeforeTheRootAndInItAreHarmless) {
+    expect(std::nullopt, "", "\n", 40 * mebibyte, completeDocument());
+    expect(std::nullopt, "<a>" + completeDocument(), " ", 40 * mebibyte, "</a>");
+}
+
+TEST_F(LargeFile, ManyMegabytesOfWhiteSpaceInsideATagAreHarmless) {
     const std::string document = completeDocument();
     const std::size_t gap = document.find(" OutputMode");
-    expect(std::nullopt, document.substr(0, gap), " ", 100 * mebibyte, document.substr(gap));
+    expect(std::nullopt, document.substr(0, gap), " ", 40 * mebibyte, document.substr(gap));
 }
 
 TEST_F(LargeFile, WhiteSpaceBeforeANumberIsPassedOverHoweverLongItIs) {
     const std::string document = completeDocument();
     const std::size_t number = document.find("1.50");
-    expect(std::nullopt, document.substr(0, number), " ", 100 * mebibyte, document.substr(number));
+    expect(std::nullopt, document.substr(0, number), " ", 40 * mebibyte, document.substr(number));
 }
 
-TEST_F(LargeFile, GarbageAfterAHundredMegabytesOfWhiteSpaceIsStillSeen) {
-    expect(notParsable, completeDocument(), " ", 100 * mebibyte, "the end");
+TEST_F(LargeFile, GarbageAfterManyMegabytesOfWhiteSpaceIsStillSeen) {
+    expect(notParsable, completeDocument(), " ", 40 * mebibyte, "the end");
 }
 
 TEST_F(LargeFile, WhiteSpaceOfTwoBytesEachIsRefusedWhenItFillsMegabytes) {
@@ -113,7 +115,8 @@ TEST_F(LargeFile, WhiteSpaceOfTwoBytesEachIsRefusedWhenItFillsMegabytes) {
         document += '\0';
     }
     expect(notParsable, document, " \0"sv, 40 * mebibyte, "");
-    expect(std::nullopt, document, "", 0, "");
+    writeFile(path("short.xml"), document);
+    expectLoaded(path("short.xml"));
 }
 
 TEST_F(LargeFile, AnEndlessTextCommentOrNameIsRefused) {

@@ -8,15 +8,15 @@
 
 namespace velmorindal {
 
-void NoDispatch::postToMain(Work) {
+void NoDispatch::postToMain(Work /*work*/) {
     ADD_FAILURE() << "posted to the main queue";
 }
 
-void NoDispatch::runOnMainAndWait(Work) {
+void NoDispatch::runOnMainAndWait(Work /*work*/) {
     ADD_FAILURE() << "waited for the main queue";
 }
 
-void NoDispatch::runInBackground(Work) {
+void NoDispatch::runInBackground(Work /*work*/) {
     ADD_FAILURE() << "ran in the background";
 }
 
@@ -100,9 +100,10 @@ bool SettingsFileTest::save(const std::filesystem::path& file) {
 
 void SettingsFileTest::expectRefused(const std::filesystem::path& file, std::string_view text) {
     SCOPED_TRACE(file.string());
+    const Settings unchanged = settingsOf(model);
     EXPECT_FALSE(load(file));
     EXPECT_EQ(model.lastError.get(), text);
-    EXPECT_EQ(settingsOf(model), before);
+    EXPECT_EQ(settingsOf(model), unchanged);
     EXPECT_EQ(announcements, 0);
 }
 

@@ -58,7 +58,7 @@ inline constexpr Settings before{
     .longEnabled = false,
     .shortEnabled = false,
     .keys = {.directKey = OutputKey::F10, .shortKey = OutputKey::F11, .longKey = OutputKey::F12},
-    .clarity = 0.125F,
+    .clarity = 0.25F,
     .cutoff = 2.25F};
 
 inline constexpr std::string_view notLoadable = "Could not load contents of XML file";
