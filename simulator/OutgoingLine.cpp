@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace velmorindal {
 namespace {
@@ -27,9 +28,14 @@ void OutgoingLine::put(std::span<const std::uint8_t> bytes, Clock::time_point no
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
 }
 
+void OutgoingLine::putLater(ByteBuffer bytes, Clock::time_point due) {
+    late_.push_back({.due = due, .bytes = std::move(bytes)});
+}
+
 void OutgoingLine::write(int descriptor, Clock::time_point now) {
+    putWhatIsDue(now);
     blocked_ = false;
-    while (waiting() > 0 && due().value_or(now) <= now) {
+    while (waiting() > 0 && portionDue().value_or(now) <= now) {
         const ssize_t taken = ::write(descriptor, pending_.data() + written_, nextPortion());
         if (taken < 0 && errno == EINTR) {
             continue;
@@ -47,6 +53,24 @@ void OutgoingLine::write(int descriptor, Clock::time_point now) {
 }
 
 std::optional<OutgoingLine::Clock::time_point> OutgoingLine::due() const {
+    std::optional<Clock::time_point> earliest = portionDue();
+    for (const LateBytes& late : late_) {
+        earliest = std::min(earliest.value_or(late.due), late.due);
+    }
+    return earliest;
+}
+
+void OutgoingLine::putWhatIsDue(Clock::time_point now) {
+    std::erase_if(late_, [&](const LateBytes& late) {
+        if (late.due > now) {
+            return false;
+        }
+        put(late.bytes, now);
+        return true;
+    });
+}
+
+std::optional<OutgoingLine::Clock::time_point> OutgoingLine::portionDue() const {
     if (!paced_ || waiting() == 0) {
         return std::nullopt;
     }

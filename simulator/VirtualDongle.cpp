@@ -170,13 +170,6 @@ void VirtualDongle::sendWhatIsDue(Clock::time_point now) {
         terminal_.forgetHost();
     }
     device_.advanceTo(std::chrono::duration_cast<HumSeries::Time>(now - start_));
-    std::erase_if(late_, [&](const LateAnswer& answer) {
-        if (answer.due > now) {
-            return false;
-        }
-        line_.put(answer.bytes, now);
-        return true;
-    });
     sendReports(now);
     line_.write(terminal_.descriptor(), now);
     unplugOnceTaken(now);
@@ -225,9 +218,6 @@ void VirtualDongle::waitForWork(Lock& lock) {
 
 VirtualDongle::Clock::time_point VirtualDongle::nextDeadline(Clock::time_point now) const {
     Clock::time_point deadline = now + idle;
-    for (const LateAnswer& answer : late_) {
-        deadline = std::min(deadline, answer.due);
-    }
     if (!line_.isBlocked()) {
         deadline = std::min(deadline, line_.due().value_or(deadline));
     }
@@ -289,7 +279,7 @@ void VirtualDongle::deliver(const AnswerPlan& plan, Clock::time_point now) {
             line_.put(plan.answer, now);
             break;
         case AnswerPlan::Delivery::afterDelay:
-            late_.push_back({.due = now + plan.delay, .bytes = plan.answer});
+            line_.putLater(plan.answer, now + plan.delay);
             break;
         case AnswerPlan::Delivery::beforeNextAnswer:
             heldBack_.insert(heldBack_.end(), plan.answer.begin(), plan.answer.end());

@@ -73,9 +73,8 @@ class VirtualDongle {
 
     /// Makes the pseudo-terminal and the link to it, and starts to serve.
     ///
-    /// @throws std::system_error naming the path: the directory is missing, the name is taken, or the system
-    /// refuses;
-    ///         nothing is left behind then.
+    /// @throws std::system_error naming the path when the directory is missing, the name is taken or the
+    /// system refuses; nothing is left behind then.
     explicit VirtualDongle(const std::filesystem::path& directory, Options options);
     explicit VirtualDongle(const std::filesystem::path& directory) : VirtualDongle{directory, Options{}} {}
     VirtualDongle(const VirtualDongle&) = delete;
@@ -95,7 +94,7 @@ class VirtualDongle {
     // The device.
 
     DeviceState state() const;
-    /// Prepares the device: changes its state by `change`, in one step.
+    /// Prepares the device: changes its state by `change`, in one step. `change` must not call the dongle.
     void prepare(const std::function<void(DeviceState&)>& change);
     /// The device has just detected a hum of `ticks` (40 ms each).
     void humOnce(std::uint16_t ticks);
@@ -139,11 +138,6 @@ class VirtualDongle {
     using Clock = OutgoingLine::Clock;
     using Lock = std::unique_lock<std::mutex>;
 
-    struct LateAnswer {
-        Clock::time_point due;
-        ByteBuffer bytes;
-    };
-
     FaultScript& script(VelmorindalMessageType type) { return scripts_[static_cast<std::uint8_t>(type)]; }
     const FaultScript& script(VelmorindalMessageType type) const {
         return scripts_[static_cast<std::uint8_t>(type)];
@@ -177,7 +171,6 @@ class VirtualDongle {
     FaultScript reportScript_;
     std::optional<Clock::time_point> nextReport_;
     ByteBuffer heldBack_;
-    std::vector<LateAnswer> late_;
     std::vector<ByteBuffer> received_;
     std::size_t receivedCount_ = 0;
     std::function<void(std::span<const std::uint8_t>)> hook_;
