@@ -38,6 +38,7 @@ class Child {
         reader_ = OwnedDescriptor{ends[0]};
         const OwnedDescriptor writer{ends[1]};
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (const std::string& argument : command) {
             arguments.push_back(const_cast<char*>(argument.c_str()));
         }

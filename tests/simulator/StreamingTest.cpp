@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <bit>
 #include <chrono>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "RawHost.h"
@@ -22,9 +24,9 @@ const ByteBuffer stopStreaming = frame('c', 't', {0});
 
 /// The larger clarity of a report.
 float maximumOf(const ByteBuffer& report) {
-    const std::uint32_t bits = static_cast<std::uint32_t>(report.at(8)) | report.at(9) << 8U |
-                               static_cast<std::uint32_t>(report.at(10)) << 16U |
-                               static_cast<std::uint32_t>(report.at(11)) << 24U;
+    const std::uint32_t bits =
+        static_cast<std::uint32_t>(report.at(8)) | static_cast<std::uint32_t>(report.at(9)) << 8U |
+        static_cast<std::uint32_t>(report.at(10)) << 16U | static_cast<std::uint32_t>(report.at(11)) << 24U;
     return std::bit_cast<float>(bits);
 }
 
