@@ -24,7 +24,7 @@ class ConnectPanelViewTest : public PanelTest {
   protected:
     /// A file in the temporary directory that holds `text`.
     std::string file(std::string_view name, std::string_view text) const {
-        const std::string path = (directory.path() / name).string();
+        std::string path = (directory.path() / name).string();
         std::ofstream{path} << text;
         return path;
     }

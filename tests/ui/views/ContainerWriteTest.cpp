@@ -6,7 +6,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 constexpr std::string_view successBody =
     "Congratulations! Your Velmorindal has been successfully programmed.\n\nYour configuration can be saved "
