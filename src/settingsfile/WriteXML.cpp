@@ -4,8 +4,6 @@
 #include <QSaveFile>
 #include <QString>
 #include <QXmlStreamWriter>
-#include <array>
-#include <charconv>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -14,18 +12,11 @@
 #include "diagnostics/Print.h"
 #include "session/VelmorindalSwitch.h"
 #include "settingsfile/SettingsFileFormat.h"
+#include "settingsfile/TwoDecimals.h"
 
 namespace velmorindal {
 
 namespace {
-
-std::string withTwoDecimals(float number) {
-    // The largest float has 39 digits before the point.
-    std::array<char, 48> text{};
-    const auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 2);
-    return {text.data(), end};
-}
 
 std::string_view trueOrFalse(bool value) {
     return value ? "true" : "false";
@@ -54,8 +45,8 @@ std::string documentText(const VelmorindalSwitch& model) {
     write(settingsfile::longKey, shown.at(keys.longKey));
     write(settingsfile::shortKey, shown.at(keys.shortKey));
     write(settingsfile::directKey, shown.at(keys.directKey));
-    write(settingsfile::clarity, withTwoDecimals(model.clarity.get()));
-    write(settingsfile::cutoff, withTwoDecimals(model.cutoff.get()));
+    write(settingsfile::clarity, twoDecimals(model.clarity.get()));
+    write(settingsfile::cutoff, twoDecimals(model.cutoff.get()));
     writer.writeEndElement();
     return document.toStdString();
 }

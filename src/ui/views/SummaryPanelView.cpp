@@ -1,6 +1,6 @@
 #include "ui/views/SummaryPanelView.h"
 
-#include "ui/views/TwoDecimals.h"
+#include "settingsfile/TwoDecimals.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/views/TwoDecimals.h"
+#include "settingsfile/TwoDecimals.h"
 
 #include <gtest/gtest.h>
 
