@@ -5,8 +5,10 @@
 
 #include <QFile>
 #include <QXmlStreamReader>
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -18,9 +20,9 @@ namespace {
 
 constexpr qint64 tokenLimit = 64LL * 1024;
 constexpr int depthLimit = 256;
-/// A reference takes three bytes at least, so the largest token expands to 64 Ki / 3 * 256 characters at
+/// A reference takes three bytes at least, so the largest token expands to 64 Ki / 3 * 128 characters at
 /// most.
-constexpr int entityLimit = 256;
+constexpr int entityLimit = 128;
 
 /// The file as the XML reader gets it: the reader keeps a whole token (a text, a comment, a tag) in memory,
 /// so no more than a limit is handed over while one token lasts.
@@ -49,17 +51,28 @@ class TokenBoundedFile final : public QFile {
 
   private:
     bool repeatsBlank(std::string_view block) {
-        using namespace std::string_view_literals;
-        // These bytes occur in the byte-order mark or the first characters of every wider encoding, in which
-        // a byte that looks like a space may be half of a letter, and never in UTF-8.
-        isWide_ = isWide_ || block.find_first_of("\0\xFE\xFF"sv) != std::string_view::npos;
-        const bool blank = !isWide_ && block.find_first_not_of(" \t\r\n") == std::string_view::npos;
+        if (!isWide_) {
+            isWide_ = isInWideEncoding(block);
+        }
+        const bool blank = !*isWide_ && std::ranges::all_of(block, isWhiteSpace);
         return std::exchange(lastWasBlank_, blank) && blank;
+    }
+
+    /// Whether a byte that looks like a space may be half of a letter. The byte-order mark or the markup at
+    /// the start of such a file has bytes that UTF-8 has not.
+    static bool isInWideEncoding(std::string_view start) {
+        using namespace std::string_view_literals;
+        return start.find_first_of("\0\xFE\xFF"sv) != std::string_view::npos;
+    }
+
+    static bool isWhiteSpace(char byte) {
+        return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
     }
 
     qint64 tokenLength_ = 0;
     bool lastWasBlank_ = false;
-    bool isWide_ = false;
+    /// Known from the first block on.
+    std::optional<bool> isWide_;
 };
 
 /// Opens only what is a regular file, and does not so much as open anything else: a pipe would wait for its

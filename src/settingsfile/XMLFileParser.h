@@ -16,10 +16,10 @@ enum class ParseOutcome {
 /// the file proves malformed later on.
 ///
 /// Never waits for a pipe or a device, and touches no other file and no network: external entities stay
-/// unresolved. Takes constant memory, whatever the file holds. For that, these are malformed: a text,
-/// comment, tag or document type of more than 64 KiB (but white space of any
-/// length is fine in UTF-8), elements nested
-/// more than 256 deep, and an entity that expands to more than 256 characters.
+/// unresolved. Takes constant memory, whatever the file holds. For that, these count as malformed: a text,
+/// comment, tag or document type of more than 64 KiB (white space of any length is fine, but not in the
+/// encodings of two or four bytes a character), elements nested more than 256 deep, and an entity that
+/// expands to more than 128 characters.
 ParseOutcome parseXMLFile(const std::string& filename, VelmorindalXML& delegate);
 
 }  // namespace velmorindal

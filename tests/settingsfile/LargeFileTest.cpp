@@ -133,16 +133,17 @@ TEST_F(LargeFile, AnEndlessValueOrEntityIsRefused) {
     expect(notParsable, "<a b=\"", "la ", 40 * mebibyte, "\"/>");
     expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"", "la ", 40 * mebibyte, "\">]><a/>");
     expect(notParsable, "<!DOCTYPE a [", "<!ENTITY b \"la\">", 40 * mebibyte, "]><a/>");
-    expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"" + std::string(250, 'l') + "\">]><a b=\"", "&b;",
+    expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"" + std::string(120, 'l') + "\">]><a b=\"", "&b;",
            40 * mebibyte, "\"/>");
-    expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"" + std::string(250, 'l') + "\">]><a>", "&b;",
+    expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"" + std::string(120, 'l') + "\">]><a>", "&b;",
            40 * mebibyte, "</a>");
 }
 
 TEST_F(LargeFile, EveryTokenCountsAnewSoThatAnyNumberOfThemIsHarmless) {
     const std::string document = completeDocument();
-    expect(std::nullopt, "<a>" + document, "<b c=\"d\">e</b>", 20 * mebibyte, "</a>");
-    expect(std::nullopt, document, "<!-- note -->\n", 20 * mebibyte, "");
+    const std::string words(100, 'x');
+    expect(std::nullopt, "<a>" + document, "<b c=\"" + words + "\">" + words + "</b>", 40 * mebibyte, "</a>");
+    expect(std::nullopt, document, "<!--" + words + "-->\n", 40 * mebibyte, "");
 }
 
 TEST_F(LargeFile, AMillionElementsInsideEachOtherAreRefused) {
@@ -175,13 +176,17 @@ TEST_F(LargeFile, ATextOfFiftyKilobytesIsHarmless) {
 }
 
 TEST_F(LargeFile, LettersWhoseHalvesLookLikeSpacesAreLetters) {
-    // Each is one letter of two bytes, both of which would be white space if they stood alone.
-    std::string document = "\xFE\xFF";
-    for (const char letter : completeDocument()) {
-        document += '\0';
-        document += letter;
-    }
-    writeFile(path("daggers.xml"), document + std::string(32UL * 1024, ' '));
+    const auto wide = [](std::string_view text) {
+        std::string bytes;
+        for (const char letter : text) {
+            bytes += '\0';
+            bytes += letter;
+        }
+        return bytes;
+    };
+    // A comment of daggers (U+2020), too long as a comment of any other letters would be.
+    writeFile(path("daggers.xml"), "\xFE\xFF" + wide("<!--") + std::string(200UL * 1024, ' ') + wide("-->") +
+                                       wide(completeDocument()));
     expectRefused(path("daggers.xml"), notParsable);
 }
 
