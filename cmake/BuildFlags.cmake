@@ -6,6 +6,10 @@ target_compile_options(velmorindal_flags INTERFACE
 if(VELMORINDAL_SANITIZE)
     target_compile_options(velmorindal_flags INTERFACE
         -fsanitize=${VELMORINDAL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # The checks that are woven in hide initializations from the compiler; the release build has this warning.
+        target_compile_options(velmorindal_flags INTERFACE -Wno-maybe-uninitialized)
+    endif()
     target_link_options(velmorindal_flags INTERFACE -fsanitize=${VELMORINDAL_SANITIZE})
 elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     target_compile_options(velmorindal_flags INTERFACE

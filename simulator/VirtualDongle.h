@@ -74,7 +74,7 @@ class VirtualDongle {
     /// Makes the pseudo-terminal and the link to it, and starts to serve.
     ///
     /// @throws std::system_error naming the path when the directory is missing, the name is taken or the
-    /// system refuses; nothing is left behind then.
+    ///         system refuses; nothing is left behind then.
     explicit VirtualDongle(const std::filesystem::path& directory, Options options);
     explicit VirtualDongle(const std::filesystem::path& directory) : VirtualDongle{directory, Options{}} {}
     VirtualDongle(const VirtualDongle&) = delete;

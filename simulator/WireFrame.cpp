@@ -12,8 +12,12 @@ constexpr std::size_t longestPayload = 0xFF;
 
 ByteBuffer wireFrame(std::uint8_t kind, std::uint8_t type, std::span<const std::uint8_t> payload) {
     const auto sent = payload.first(std::min(payload.size(), longestPayload));
-    ByteBuffer frame{kind, wireMarker, type, static_cast<std::uint8_t>(sent.size())};
-    frame.insert(frame.end(), sent.begin(), sent.end());
+    ByteBuffer frame(headerSize + sent.size());
+    frame[0] = kind;
+    frame[1] = wireMarker;
+    frame[2] = type;
+    frame[lengthOffset] = static_cast<std::uint8_t>(sent.size());
+    std::ranges::copy(sent, frame.begin() + headerSize);
     return frame;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <initializer_list>
@@ -7,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace velmorindal {
@@ -17,7 +19,7 @@ class PrintItem {
     // Implicit on purpose: call sites list plain values.
     PrintItem(std::string_view text) : text_{text} {}
     PrintItem(const char* text) : text_{text} {}
-    PrintItem(const std::string& text) : text_{text} {}
+    PrintItem(std::string text) : text_{std::move(text)} {}
     /// "true" or "false".
     PrintItem(std::same_as<bool> auto value) : text_{value ? "true" : "false"} {}
     /// Decimal; a byte is a number, not a character.
@@ -48,8 +50,7 @@ void printItems(std::span<const PrintItem> items);
 
 template <typename... Items>
 void print(const Items&... items) {
-    const PrintItem converted[] = {PrintItem(items)...};
-    printItems(converted);
+    printItems(std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});
 }
 
 }  // namespace velmorindal

@@ -51,8 +51,8 @@ class VelmorindalCommand : public VelmorindalCommandProtocol {
 
     /// The whole frame, header included.
     ///
-    /// @throws VelmorindalException NotImplementedError where a message cannot be sent;
-    ///         InvalidMessageError where the message checks `_valid` and it is false.
+    /// @throws VelmorindalException NotImplementedError where a message cannot be sent; InvalidMessageError
+    ///         where the message checks `_valid` and it is false.
     virtual ByteBuffer serialize() const;
 
     /// Decodes a whole frame into the fields and sets `_valid` to whether that succeeded; on failure the

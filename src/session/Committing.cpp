@@ -20,12 +20,21 @@ namespace {
 /// Seconds in one tick of the device's clock.
 constexpr float tickSeconds = 0.04F;
 
-std::uint16_t cutoffTicks(float seconds) {
+/// Whole ticks, cut towards zero, or nothing where they do not fit sixteen bits.
+std::optional<std::uint16_t> ticksOf(float seconds) {
     const float ticks = seconds / tickSeconds;
     if (!std::isfinite(ticks) || ticks >= 65536.0F || ticks <= -1.0F) {
-        fatalError("The cutoff does not fit the device's sixteen bits.");
+        return std::nullopt;
     }
     return static_cast<std::uint16_t>(ticks);
+}
+
+std::uint16_t cutoffTicks(float seconds) {
+    const auto ticks = ticksOf(seconds);
+    if (!ticks) {
+        fatalError("The cutoff does not fit the device's sixteen bits.");
+    }
+    return *ticks;
 }
 
 std::uint32_t codeOf(OutputKey key) {
@@ -177,6 +186,10 @@ std::optional<std::string> failureOf(VelmorindalSwitch& velmorindal, const Commi
 }
 
 }  // namespace
+
+bool VelmorindalSwitch::cutoffFitsDevice() const {
+    return ticksOf(cutoff.get()).has_value();
+}
 
 bool VelmorindalSwitch::commitSettingsToDevice() {
     if (!isValid) {

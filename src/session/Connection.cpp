@@ -135,8 +135,11 @@ bool VelmorindalSwitch::connect() {
     if (!openDongle(dongles.front()) || !checkVersion() || !checkLink() || !readSettingsAndFinish()) {
         return false;
     }
-    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it.
-    lastError = warning;
+    if (warning) {
+        // Reading the settings has cleared the text; the warning outlives the success, and the wizard shows
+        // it.
+        lastError = warning;
+    }
     return true;
 }
 
@@ -198,7 +201,10 @@ bool VelmorindalSwitch::readSettingsAndFinish() {
     print("Connected. Going to read settings");
     if (!readSettingsFromDevice()) {
         print("Failed to read settings.");
+        // A settings file may be loaded on the main thread during the wait, which leaves a text of its own.
+        auto reason = lastError.get();
         dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
+        lastError = std::move(reason);
         return false;
     }
     print("Settings read successfully.");

@@ -26,7 +26,7 @@ std::optional<ByteBuffer> readExactly(SerialPort& port, std::size_t length) {
 
 }  // namespace
 
-std::optional<ByteBuffer> VelmorindalSwitch::readMessage() {
+std::optional<ByteBuffer> VelmorindalSwitch::readMessage() const {
     const auto port = serialPort.get();
     if (!port) {
         return std::nullopt;
@@ -43,7 +43,7 @@ std::optional<ByteBuffer> VelmorindalSwitch::readMessage() {
     return frame;
 }
 
-ByteBuffer VelmorindalSwitch::readAnswer(std::uint8_t messageType) {
+ByteBuffer VelmorindalSwitch::readAnswer(std::uint8_t messageType) const {
     while (true) {
         auto frame = readMessage();
         if (!frame) {

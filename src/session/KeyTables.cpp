@@ -61,6 +61,7 @@ const std::map<OutputKey, std::string>& VelmorindalSwitch::keyDisplayStrings() {
 const std::vector<OutputKey>& VelmorindalSwitch::keyDisplayOrder() {
     static const auto table = [] {
         std::vector<OutputKey> order;
+        order.reserve(keyRows.size());
         for (const KeyRow& row : keyRows) {
             order.push_back(row.key);
         }

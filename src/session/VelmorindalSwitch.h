@@ -84,8 +84,7 @@ class VelmorindalSwitch {
     /// Finds a dongle, opens it, checks version and link, and reads the device's settings. Background thread.
     ///
     /// @returns true when the settings were read. `lastError` holds the reason otherwise, and after a success
-    /// it may
-    ///          hold the warning that several dongles are plugged in.
+    ///          it may hold the warning that several dongles are plugged in.
     bool connect();
 
     /// Closes the port, after reading what has arrived (up to 1000 bytes) when `flush` is set. Main thread;
@@ -95,17 +94,19 @@ class VelmorindalSwitch {
     /// Reads the settings that the device holds into the model. Background thread.
     ///
     /// @returns false with the reason in `lastError`; properties posted by earlier steps keep their new
-    /// values. A
-    ///          query that throws sets `connectionState` to `error` on the calling thread.
+    ///          values. A query that throws sets `connectionState` to `error` on the calling thread.
     bool readSettingsFromDevice();
+
+    /// Whether `cutoff` is a duration that the device can hold, in ticks of 40 ms and sixteen bits. A
+    /// settings file may bring one that is not; committing it stops the process.
+    bool cutoffFitsDevice() const;
 
     /// Writes the settings to the device in one fixed sequence that ends with the order to store them.
     /// Background thread.
     ///
     /// @returns true when every command was acknowledged; otherwise nothing was sent (`lastError` untouched
-    /// when no
-    ///          settings were ever read, else holding the reason) or a step failed: no later step was sent,
-    ///          nothing is undone, `connectionState` becomes `error` and `lastError` holds the text.
+    ///          when no settings were ever read, else holding the reason) or a step failed: no later step was
+    ///          sent, nothing is undone, `connectionState` becomes `error` and `lastError` holds the text.
     bool commitSettingsToDevice();
 
     /// Starts a calibration run in the background and returns at once. Main thread, and only while
@@ -121,17 +122,15 @@ class VelmorindalSwitch {
     /// other types are discarded, without a limit. Background thread.
     ///
     /// @returns what the factory made of the answer: nothing, or an object whose `_valid` may be false;
-    /// nothing also
-    ///          when the query could not be written whole.
+    ///          nothing also when the query could not be written whole.
     /// @throws VelmorindalException NoConnectionError without a port, when the write throws, and when no
-    /// whole frame
-    ///         arrives in time.
+    ///         whole frame arrives in time.
     std::unique_ptr<VelmorindalCommand> queryDevice(std::uint8_t code);
 
     /// Writes a message and waits for its acknowledgement, a frame of the same type. Background thread.
     ///
     /// @returns whether the answer's header is well formed; false also when the frame could not be written
-    /// whole.
+    ///          whole.
     /// @throws VelmorindalException NoConnectionError without a port and when no whole frame arrives in time,
     ///         NotImplementedError for the base class, whatever serialize() throws before anything is
     ///         written; PortException when the write throws.
@@ -146,8 +145,7 @@ class VelmorindalSwitch {
     /// Loads the settings from an XML file. Main thread. `filename` is UTF-8.
     ///
     /// @returns false with the reason in `lastError` and every setting unchanged when the file cannot be
-    /// read, is not
-    ///          well formed, or lacks a setting.
+    ///          read, is not well formed, or lacks a setting.
     bool loadXML(const std::string& filename);
 
   private:
@@ -156,10 +154,10 @@ class VelmorindalSwitch {
         "connected and run this program again.";
 
     /// One whole frame, or nothing when the port is absent or gone or its deadline passed first.
-    std::optional<ByteBuffer> readMessage();
+    std::optional<ByteBuffer> readMessage() const;
     /// The next frame of that type; the others before it are discarded. Throws NoConnectionError when none
     /// comes.
-    ByteBuffer readAnswer(std::uint8_t messageType);
+    ByteBuffer readAnswer(std::uint8_t messageType) const;
 
     // The steps of connect(), each false after it has left the reason.
     bool openDongle(const std::string& path);

@@ -16,8 +16,7 @@ bool booleanValue(std::string_view text);
 /// hexadecimal.
 ///
 /// @returns the nearest float; 0 when the text does not begin with a number. A number too large for a float
-/// gives
-///          an infinity of its sign, one too small a zero.
+///          gives an infinity of its sign, one too small a zero.
 float floatValue(std::string_view text);
 
 }  // namespace velmorindal

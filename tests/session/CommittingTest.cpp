@@ -6,9 +6,7 @@
 namespace velmorindal {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::Ge;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Type = VelmorindalMessageType;
@@ -54,7 +52,6 @@ TEST_F(CommittingTest, OutsideConnectedItRefusesAndTheStateNeverBecomesWriting) 
 
 TEST_F(CommittingTest, AFullWriteRunsThroughItsProgressAndBackToConnected) {
     velmorindal.readWriteProgress = 6.0;
-    std::vector<double> progress;
     int announcements = 0;
     const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
     PrintedLines lines;
@@ -107,7 +104,7 @@ TEST_F(CommittingTest, ASwitchInDirectModeIsSevenCommandsWithNoKeys) {
             ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0, 0, 0, 0, 0, 0, 0, 0}, ByteBuffer{0x63, 0x62, 0x77, 0x00}));
 }
 
-TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsAndItsFirstProgressFollowsTheProtocol) {
+TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsWithoutAnOutputPath) {
     velmorindal.outputPath = OutputPath::BTKeyboard;
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.shortEnabled = true;
@@ -122,6 +119,13 @@ TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsAndItsFirstProgressFollows
             ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
             ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0x02, 0x35, 0x80, 0x1F, 0x02, 0x2B, 0, 0},
             ByteBuffer{0x63, 0x62, 0x77, 0x00}));
+}
+
+TEST_F(CommittingTest, ForABluetoothKeyboardTheFirstProgressFollowsTheProtocol) {
+    velmorindal.outputPath = OutputPath::BTKeyboard;
+    dongle.staySilentOn(Type::humDuration);
+    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.commitSettingsToDevice()); }),
+                ElementsAre("connectionState writing", "readWriteProgress 1.0", "connectionState error"));
 }
 
 TEST_F(CommittingTest, AUsbKeyboardInDirectModeCarriesItsKeyInTheLongBytesOnly) {

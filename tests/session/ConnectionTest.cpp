@@ -1,8 +1,8 @@
 #include <sys/file.h>
 
 #include <filesystem>
-#include <fstream>
 #include <regex>
+#include <thread>
 
 #include "session/SessionTest.h"
 #include "session/ShortWrite.h"
@@ -10,10 +10,8 @@
 namespace velmorindal {
 namespace {
 
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using Type = VelmorindalMessageType;
 
 constexpr const char* noDongleText =
@@ -315,22 +313,57 @@ TEST_F(ConnectionTest, DisconnectingWithAFlushAndNoPortAttemptsItAllTheSame) {
     EXPECT_EQ(lines.take(), "flush attempted.\n");
 }
 
-TEST_F(ConnectionTest, ClosingThePortUnderARunningConnectionEndsItAtOnce) {
-    dongle.staySilentOn(Type::status);
+TEST_F(ConnectionTest, ClosingThePortUnderARunningConnectionEndsItWithoutAnotherByte) {
+    // The device goes on sending other frames for longer than the whole test may take: only the closed port
+    // ends this.
+    dongle.onFirst(Type::status, Fault::silence());
+    std::jthread chatter;
     auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
     ASSERT_TRUE(dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::status) == 1; }));
+    chatter = std::jthread{[this](const std::stop_token& stop) {
+        const ByteBuffer foreign{0x72, 0x62, 0x70, 0x01, 0x01};
+        while (!stop.stop_requested()) {
+            dongle.send(foreign);
+            std::this_thread::sleep_for(std::chrono::milliseconds{5});
+        }
+    }};
     velmorindal.disconnect(false);
     ASSERT_TRUE(dispatch.runMainWorkUntil(
         [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }));
     EXPECT_FALSE(result.get());
+    EXPECT_EQ(velmorindal.serialPort.get()->fileDescriptor(), std::nullopt);
+    EXPECT_EQ(dongle.timesReceived(Type::protocolSelect), 0U);
 }
 
-TEST_F(ConnectionTest, AFailureAfterTheSeveralDonglesWarningReplacesIt) {
-    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
-    for (VirtualDongle* each : {&dongle, &second}) {
-        each->prepare([](DeviceState& device) { device.linkState = 0; });
-    }
-    expectFailure(linkDownText, ConnectionStatus::disconnected);
+TEST_F(ConnectionTest, ATextThatAnotherOperationHasLeftMeanwhileStays) {
+    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+    // Everything is read; the connection waits for its last state to be set.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
+    dispatch.runPendingMainWork();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(15));
+    velmorindal.lastError = "Could not load contents of XML file";
+    dispatch.runPendingMainWork();
+    EXPECT_TRUE(result.get());
+    EXPECT_EQ(velmorindal.lastError.get(), "Could not load contents of XML file");
+}
+
+class PulledOutTest : public ConnectionTest, public testing::WithParamInterface<Type> {};
+
+TEST_P(PulledOutTest, ADonglePulledOutAtAnyStepEndsTheConnectionInError) {
+    dongle.onOccurrence(GetParam() == Type::version ? 2 : 1, GetParam(), Fault::unplugBeforeAnswer());
+    EXPECT_FALSE(connect());
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    EXPECT_NE(velmorindal.lastError.get(), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryStep, PulledOutTest,
+                         testing::Values(Type::version, Type::status, Type::protocolSelect, Type::outputPath,
+                                         Type::humDuration, Type::humThresholds, Type::keyboardConfig),
+                         [](const auto& test) { return std::string{caseName(test.param)}; });
+
+TEST_F(ConnectionTest, ADonglePulledOutWhileItIsProbedIsNoDongle) {
+    dongle.onFirst(Type::version, Fault::unplugDuringAnswer());
+    expectFailure(noDongleText);
 }
 
 TEST_F(ConnectionTest, WritingLastErrorFromTheMainThreadWhileConnectingIsHarmless) {

@@ -139,6 +139,11 @@ TEST_F(LargeFile, AnEndlessValueOrEntityIsRefused) {
            40 * mebibyte, "</a>");
 }
 
+TEST_F(LargeFile, ReferencesToALongEntityAreRefusedBeforeTheyAddUp) {
+    expect(notParsable, "<!DOCTYPE a [<!ENTITY b \"" + std::string(4000, 'l') + "\">]><a b=\"", "&b;",
+           40 * mebibyte, "\"/>");
+}
+
 TEST_F(LargeFile, EveryTokenCountsAnewSoThatAnyNumberOfThemIsHarmless) {
     const std::string document = completeDocument();
     const std::string words(100, 'x');
