@@ -19,7 +19,12 @@ Color CalibrationPanelView::Indicator::color() const {
     return lit ? colors::green : colors::grey;
 }
 
-CalibrationPanelView::CalibrationPanelView(VelmorindalSwitch& model) : velmorindal{model} {}
+CalibrationPanelView::CalibrationPanelView(VelmorindalSwitch& model)
+    : velmorindal{model}, changes_{model.objectWillChange.subscribe([this] {
+          if (const double duration = velmorindal.detectedDuration.get(); duration > 0.0) {
+              lastHum_ = duration;
+          }
+      })} {}
 
 bool CalibrationPanelView::showClarityEnabled() const {
     return velmorindal.pollingState.get() != PollingState::duration;
@@ -51,6 +56,7 @@ void CalibrationPanelView::toggle(PollingState measurement) {
         return;
     }
     begun_ = measurement;
+    lastHum_ = 0.0;
     if (measurement == PollingState::clarity) {
         velmorindal.beginClarityPolling();
     } else {
@@ -73,7 +79,13 @@ ProgressBar CalibrationPanelView::clarityBar() const {
 }
 
 ProgressBar CalibrationPanelView::durationBar() const {
-    return readingBar(velmorindal.detectedDuration.get(), 3.0);
+    return readingBar(shownDuration(), 3.0);
+}
+
+double CalibrationPanelView::shownDuration() const {
+    const double duration = velmorindal.detectedDuration.get();
+    const bool between = duration == 0.0 && velmorindal.pollingState.get() == PollingState::duration;
+    return between ? lastHum_.load() : duration;
 }
 
 CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
@@ -87,7 +99,7 @@ CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
 }
 
 std::array<CalibrationPanelView::Indicator, 2> CalibrationPanelView::durationIndicators() const {
-    const auto duration = static_cast<float>(velmorindal.detectedDuration.get());
+    const auto duration = static_cast<float>(shownDuration());
     const bool hummed = duration > 0.0F;
     const bool reachesCutoff = duration >= velmorindal.cutoff.get();
     const bool isShort = hummed && !reachesCutoff;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <string>
 #include <string_view>
 
+#include "session/ChangeNotifier.h"
 #include "session/ModelTypes.h"
 #include "session/Published.h"
 #include "session/VelmorindalSwitch.h"
@@ -88,7 +90,8 @@ class CalibrationPanelView {
     void moveSlider(const Slider& slider, int position);
 
     ProgressBar clarityBar() const;
-    /// In seconds.
+    /// In seconds. A device tells of each hum once and reports nothing after it: the last hum stays shown
+    /// until the next one or the end of the display.
     ProgressBar durationBar() const;
 
     /// Lit while the clarity measured reaches the threshold.
@@ -98,9 +101,14 @@ class CalibrationPanelView {
 
   private:
     void toggle(PollingState measurement);
+    double shownDuration() const;
 
     /// The measurement begun last: a run that is only starting has not set the model's `pollingState` yet.
     PollingState begun_ = PollingState::none;
+    /// The last hum of this display in seconds, 0 before the first one. Kept as it is about to be replaced,
+    /// so that none is missed between two refreshes; a change may be announced on another thread.
+    std::atomic<double> lastHum_{0.0};
+    ChangeNotifier::Subscription changes_;
 };
 
 }  // namespace velmorindal

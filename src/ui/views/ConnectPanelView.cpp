@@ -43,7 +43,12 @@ std::optional<ProgressBar> ConnectPanelView::progressBar() const {
 void ConnectPanelView::loadButtonPressed() {
     print("Load pressed");
     filePanel_.chooseFileToOpen({"xml"}, [this](const std::optional<std::string>& filename) {
-        if (filename && !velmorindal.loadXML(*filename)) {
+        if (!filename) {
+            return;
+        }
+        if (velmorindal.loadXML(*filename)) {
+            loadedSettings_ = ChosenSettings::of(velmorindal);
+        } else {
             loadFailed(velmorindal.lastError.get());
         }
     });

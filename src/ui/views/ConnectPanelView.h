@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "session/ChangeNotifier.h"
+#include "session/ChosenSettings.h"
 #include "session/Published.h"
 #include "session/VelmorindalSwitch.h"
 #include "ui/views/Dialog.h"
@@ -46,11 +47,16 @@ class ConnectPanelView {
     /// Raises the load-error dialog. `lastError` is the model's text as loadXML() left it.
     void loadFailed(const std::optional<std::string>& lastError);
 
+    /// What the last file loaded has brought, until forgotten.
+    const std::optional<ChosenSettings>& loadedSettings() const { return loadedSettings_; }
+    void forgetLoadedSettings() { loadedSettings_.reset(); }
+
     /// The load-error dialog while it is raised.
     std::optional<Dialog> raisedDialog() const;
 
   private:
     FilePanel& filePanel_;
+    std::optional<ChosenSettings> loadedSettings_;
 };
 
 }  // namespace velmorindal

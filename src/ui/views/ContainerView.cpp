@@ -39,8 +39,8 @@ ButtonOptions calibrationButtons(PollingState polling) {
     return ButtonOptions::Cancel | ButtonOptions::Back | ButtonOptions::Next;
 }
 
-ButtonOptions summaryButtons(ConnectionStatus status, bool justSaved) {
-    if (status == ConnectionStatus::writing) {
+ButtonOptions summaryButtons(bool writing, bool justSaved) {
+    if (writing) {
         return ButtonOptions::Cancel;
     }
     if (justSaved) {
@@ -88,7 +88,10 @@ ButtonOptions ContainerView::currentButtons() const {
         case wizardState::Calibration:
             return calibrationButtons(velmorindal.pollingState.get());
         case wizardState::Summary:
-            return summaryButtons(velmorindal.connectionState.get(), velmorindal.justSaved.get());
+            // From the submission of a write to its result, which come a moment before and after its state.
+            return summaryButtons(
+                writeUnderWay_ || velmorindal.connectionState.get() == ConnectionStatus::writing,
+                velmorindal.justSaved.get());
     }
     return ButtonOptions::None;
 }

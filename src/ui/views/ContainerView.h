@@ -115,6 +115,10 @@ class ContainerView {
     /// offer to save a file follows as main-queue work of its own.
     void writeEnded(bool written, const std::optional<std::string>& lastError);
 
+    /// Whether a connection attempt or a write has been started whose result is not handed over yet: until
+    /// then the container must not be destroyed.
+    bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_; }
+
     /// The dialogs whose flag is set, the Connect page's included, in the order in which to show them: one
     /// after the other, each until it is dismissed.
     std::vector<Dialog> raisedDialogs();

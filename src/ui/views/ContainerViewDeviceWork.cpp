@@ -10,6 +10,7 @@ void ContainerView::startConnectionAttempt() {
         return;
     }
     connectionAttemptUnderWay_ = true;
+    connectPanel.forgetLoadedSettings();
     dispatch_.runInBackground([this] {
         const bool connected = velmorindal.connect();
         dispatch_.postToMain([this, connected, lastError = velmorindal.lastError.get()] {
@@ -20,6 +21,10 @@ void ContainerView::startConnectionAttempt() {
 }
 
 void ContainerView::connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError) {
+    // A file that was loaded while the device's settings were being read must not come out mixed with them.
+    if (connected && connectPanel.loadedSettings()) {
+        connectPanel.loadedSettings()->applyTo(velmorindal);
+    }
     if (connected && !lastError) {
         return;
     }
@@ -33,14 +38,23 @@ void ContainerView::saveButtonPressed() {
     if (writeUnderWay_) {
         return;
     }
+    if (!velmorindal.cutoffFitsDevice()) {
+        alertTitle = "Save Failed";
+        alertMessage =
+            "The cutoff between short and long hums is out of the device's range.\n\n"
+            "Please set it again on the Calibration page. Nothing has been written to the device.";
+        showingGenericAlert = true;
+        return;
+    }
     stopPollingRun();
     print("dispatching background save");
     writeUnderWay_ = true;
+    objectWillChange.announce();
     dispatch_.runInBackground([this] {
         print("Starting save");
         const bool written = velmorindal.commitSettingsToDevice();
         print(written ? "Save done. pass." : "Save done. Fail.");
-        dispatch_.postToMain(
+        dispatch_.runOnMainAndWait(
             [this, written, lastError = velmorindal.lastError.get()] { writeEnded(written, lastError); });
         if (written) {
             print("All done!");

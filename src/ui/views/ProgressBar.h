@@ -17,6 +17,8 @@ struct ProgressBar {
     /// The width of the fill where `availableWidth` is the track's: never more than the track, and negative
     /// for a negative value, which is drawn as nothing.
     double fillWidth(double availableWidth) const;
+
+    bool operator==(const ProgressBar&) const = default;
 };
 
 }  // namespace velmorindal

@@ -128,6 +128,56 @@ TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
     EXPECT_FALSE(container.showingGenericAlert.get());
 }
 
+TEST_F(ContainerConnectionTest, AFileLoadedWhileTheSettingsAreReadWinsWhole) {
+    const VirtualDongle dongle{directory.path()};
+    const std::string file = (directory.path() / "settings.xml").string();
+    velmorindal.outputPath = OutputPath::BTKeyboard;
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
+    velmorindal.clarity = 0.25F;
+    velmorindal.cutoff = 2.0F;
+    velmorindal.writeXML(file);
+    const ChosenSettings saved = ChosenSettings::of(velmorindal);
+    container.nextButtonPressed();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
+    dispatch.runPendingMainWork();
+    // Half of what the device holds has arrived.
+    for (int change = 0; change < 7; ++change) {
+        ASSERT_TRUE(dispatch.runOneMainWork());
+    }
+
+    container.connectPanel.loadButtonPressed();
+    filePanel.choose(file);
+    finishBackground();
+
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_EQ(velmorindal.outputPath.get(), saved.outputPath);
+    EXPECT_EQ(velmorindal.outputMode.get(), saved.outputMode);
+    EXPECT_EQ(velmorindal.longEnabled.get(), saved.longEnabled);
+    EXPECT_EQ(velmorindal.shortEnabled.get(), saved.shortEnabled);
+    EXPECT_EQ(velmorindal.outputKeys.get(), saved.outputKeys);
+    EXPECT_EQ(velmorindal.clarity.get(), saved.clarity);
+    EXPECT_EQ(velmorindal.cutoff.get(), saved.cutoff);
+}
+
+TEST_F(ContainerConnectionTest, AFileThatLoadsWhileAConnectionFailsLeavesTheConnectionsReason) {
+    VirtualDongle dongle{directory.path()};
+    dongle.onFirst(VelmorindalMessageType::humDuration, Fault::payloadOneByteLonger());
+    const std::string file = (directory.path() / "settings.xml").string();
+    velmorindal.writeXML(file);
+    container.nextButtonPressed();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
+    dispatch.runPendingMainWork();
+    // Five changes, then the failure waits for its state to be set.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(6));
+
+    container.connectPanel.loadButtonPressed();
+    filePanel.choose(file);
+    finishBackground();
+
+    EXPECT_EQ(container.alertMessage.get(), "Invalid response from dongle (Error code: VCHD/IV)");
+}
+
 TEST_F(ContainerConnectionTest, AFileThatFailsToLoadWhileConnectingHasItsOwnDialog) {
     const VirtualDongle dongle{directory.path()};
     container.nextButtonPressed();

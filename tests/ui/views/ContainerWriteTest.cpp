@@ -56,6 +56,54 @@ TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfASuccess) {
                                    "Save done. pass.", "All done!"));
 }
 
+TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
+    auto lines = linesPrintedBy([&] {
+        const VirtualDongle dongle{directory.path()};
+        ASSERT_TRUE(connect());
+        container.saveButtonPressed();
+        ASSERT_TRUE(dispatch.runMainWorkUntil(
+            [&] { return velmorindal.connectionState.get() == ConnectionStatus::connected; }));
+        velmorindal.lastError = "A warning";
+        finishBackground();
+    });
+
+    EXPECT_EQ(lines.back(), "All done!");
+}
+
+TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResult) {
+    const VirtualDongle dongle{directory.path()};
+    ASSERT_TRUE(connect());
+    container.currentState = wizardState::Summary;
+    container.saveButtonPressed();
+    EXPECT_EQ(container.currentButtons().rawValue, 1);
+    ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return dongle.state().stored.has_value(); }));
+    while (container.showingXMLSaveAlert.get() == false && velmorindal.justSaved.get() == false) {
+        EXPECT_EQ(container.currentButtons().rawValue, 1);
+        ASSERT_TRUE(dispatch.runOneMainWork());
+    }
+    finishBackground();
+    EXPECT_EQ(container.currentButtons().rawValue, 18);
+}
+
+TEST_F(ContainerWriteTest, ACutoffThatTheDeviceCannotHoldIsRefusedBeforeAnythingIsSent) {
+    const VirtualDongle dongle{directory.path()};
+    ASSERT_TRUE(connect());
+    const std::size_t sent = dongle.receivedFrames().size();
+    for (const float cutoff : {5000.0F, -1.0F}) {
+        velmorindal.cutoff = cutoff;
+        container.saveButtonPressed();
+        finishBackground();
+        EXPECT_THAT(raisedTitles(), ElementsAre("Save Failed"));
+        EXPECT_EQ(container.alertMessage.get(),
+                  "The cutoff between short and long hums is out of the device's range.\n\nPlease set it "
+                  "again on the "
+                  "Calibration page. Nothing has been written to the device.");
+        container.dismiss(DialogId::generic);
+    }
+    EXPECT_EQ(dongle.receivedFrames().size(), sent);
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+}
+
 TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfAFailure) {
     auto lines = linesPrintedBy([&] {
         container.saveButtonPressed();

@@ -1,0 +1,131 @@
+#include "ui/widgets/AccessibleControls.h"
+
+#include <QAbstractItemView>
+#include <QAccessibleWidget>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/widgets/IndicatorWidget.h"
+#include "ui/widgets/KeyList.h"
+#include "ui/widgets/LogoWidget.h"
+#include "ui/widgets/ProgressBarWidget.h"
+#include "ui/widgets/StepSlider.h"
+
+namespace velmorindal {
+
+namespace {
+
+class AccessibleBar final : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit AccessibleBar(ProgressBarWidget& bar)
+        : QAccessibleWidget{&bar, QAccessible::ProgressBar}, widget_{bar} {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.readOnly = true;
+        return state;
+    }
+    QVariant currentValue() const override { return widget_.targetFraction() * widget_.bar().maxValue; }
+    void setCurrentValue(const QVariant& /*value*/) override {}
+    QVariant maximumValue() const override { return widget_.bar().maxValue; }
+    QVariant minimumValue() const override { return 0.0; }
+    QVariant minimumStepSize() const override { return 0.0; }
+
+  private:
+    const ProgressBarWidget& widget_;
+};
+
+class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit AccessibleSlider(StepSlider& slider)
+        : QAccessibleWidget{&slider, QAccessible::Slider}, slider_{slider} {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QVariant currentValue() const override { return valueAt(slider_.value()); }
+    void setCurrentValue(const QVariant& value) override {
+        slider_.setValue(slider_.range().nearestPosition(value.toFloat()));
+    }
+    QVariant maximumValue() const override { return slider_.range().maximum; }
+    QVariant minimumValue() const override { return slider_.range().minimum; }
+    QVariant minimumStepSize() const override { return slider_.range().step; }
+
+  private:
+    /// Rounded to a ten-thousandth: what is read aloud is 0.3, not 0.30000001192.
+    double valueAt(int position) const {
+        constexpr double parts = 10000.0;
+        return std::round(static_cast<double>(slider_.range().valueAt(position)) * parts) / parts;
+    }
+
+    StepSlider& slider_;
+};
+
+/// A pop-up list under its own name. The toolkit's own interface takes the chosen entry for the name.
+class AccessibleKeyList final : public QAccessibleWidget {
+  public:
+    explicit AccessibleKeyList(KeyList& list)
+        : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? list_.currentText() : QAccessibleWidget::text(kind);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.hasPopup = true;
+        state.expanded = list_.view()->isVisible();
+        state.collapsed = !state.expanded;
+        return state;
+    }
+    int childCount() const override { return 1; }
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(list_.view()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return child != nullptr && child->object() == list_.view() ? 0 : -1;
+    }
+    QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
+    void doAction(const QString& name) override {
+        if (name != showMenuAction() && name != pressAction()) {
+            return;
+        }
+        if (list_.view()->isVisible()) {
+            list_.hidePopup();
+        } else {
+            list_.showPopup();
+        }
+    }
+
+  private:
+    KeyList& list_;
+};
+
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+    if (auto* bar = qobject_cast<ProgressBarWidget*>(object)) {
+        return new AccessibleBar{*bar};
+    }
+    if (auto* slider = qobject_cast<StepSlider*>(object)) {
+        return new AccessibleSlider{*slider};
+    }
+    if (auto* list = qobject_cast<KeyList*>(object)) {
+        return new AccessibleKeyList{*list};
+    }
+    if (qobject_cast<IndicatorWidget*>(object) != nullptr || qobject_cast<LogoWidget*>(object) != nullptr) {
+        return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Graphic};
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void installAccessibleControls() {
+    QAccessible::installFactory(makeInterface);
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ui/views/ConnectPanelView.h"
+#include "ui/widgets/PageWidget.h"
+
+namespace velmorindal {
+
+class ProgressBarWidget;
+
+class ConnectPanelWidget final : public PageWidget {
+    Q_OBJECT
+
+  public:
+    /// `view` must outlive the page.
+    explicit ConnectPanelWidget(ConnectPanelView& view);
+
+    void refresh() override;
+
+  private:
+    ConnectPanelView& view_;
+    TextLabel* status_;
+    ProgressBarWidget* progress_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/views/CalibrationPanelView.h"
+
+namespace velmorindal {
+
+/// A filled circle that also carries a tick while it is lit, for who cannot tell its colours apart.
+class IndicatorWidget final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit IndicatorWidget(const CalibrationPanelView::Indicator& indicator, QWidget* parent = nullptr);
+
+    void setIndicator(const CalibrationPanelView::Indicator& indicator);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool lit_;
+    QColor color_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,34 @@
+#include "ui/widgets/KeyChoiceWidget.h"
+
+#include <QHBoxLayout>
+
+#include "ui/widgets/KeyList.h"
+#include "ui/widgets/Look.h"
+#include "ui/widgets/TextLabel.h"
+#include "ui/widgets/ToQt.h"
+
+namespace velmorindal {
+
+KeyChoiceWidget::KeyChoiceWidget(OutputPanelView& view, const OutputPanelView::KeyChoice& choice)
+    : view_{view}, choice_{choice}, keys_{new KeyList{toQString(choice.label)}} {
+    auto* label = new TextLabel{TextRole::Body, choice.label};
+    label->setBuddy(keys_);
+    connect(keys_, &KeyList::currentIndexChanged, this, [this] {
+        if (keys_->key() != view_.chosenKey(choice_)) {
+            view_.chooseKey(choice_, keys_->key());
+        }
+    });
+
+    auto* row = new QHBoxLayout{this};
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2 * look::spacing());
+    row->addWidget(label, 1);
+    row->addWidget(keys_, 1);
+    refresh();
+}
+
+void KeyChoiceWidget::refresh() {
+    keys_->setKey(view_.chosenKey(choice_));
+}
+
+}  // namespace velmorindal

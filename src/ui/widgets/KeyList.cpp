@@ -1,0 +1,29 @@
+#include "ui/widgets/KeyList.h"
+
+#include <QWheelEvent>
+
+#include "ui/views/OutputPanelView.h"
+#include "ui/widgets/ToQt.h"
+
+namespace velmorindal {
+
+KeyList::KeyList(const QString& accessibleName, QWidget* parent) : QComboBox{parent} {
+    setAccessibleName(accessibleName);
+    for (const Choice<OutputKey>& entry : OutputPanelView::keyEntries()) {
+        addItem(toQString(entry.label), static_cast<int>(entry.value));
+    }
+}
+
+OutputKey KeyList::key() const {
+    return static_cast<OutputKey>(currentData().toInt());
+}
+
+void KeyList::setKey(OutputKey key) {
+    setCurrentIndex(findData(static_cast<int>(key)));
+}
+
+void KeyList::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QProxyStyle>
+
+class QStyleOptionSlider;
+
+namespace velmorindal {
+
+/// The desktop's style, but for the marks that many styles draw too faintly or too small: radio buttons,
+/// check boxes and sliders stand out from the page at 3 : 1 in every palette and grow with the font, and the
+/// mark of the focus is left to the FocusRing.
+class LegibleStyle final : public QProxyStyle {
+    Q_OBJECT
+
+  public:
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+
+  private:
+    void drawSlider(const QStyleOptionSlider& slider, QPainter& painter, const QWidget* widget) const;
+};
+
+}  // namespace velmorindal

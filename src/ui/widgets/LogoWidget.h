@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+namespace velmorindal {
+
+/// The logo inside a circle with a red outline, set off from the page by a faint white shadow.
+class LogoWidget final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit LogoWidget(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace velmorindal

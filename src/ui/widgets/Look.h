@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+class QPainter;
+class QRectF;
+
+/// The measures and colours that all pages share. Everything follows the application's font and palette, so
+/// that doubled fonts and dark themes need no case of their own.
+namespace velmorindal::look {
+
+/// The one unit of spacing, in pixels: half the height of a line of body text, at least 4.
+int spacing();
+
+QFont bodyFont();
+QFont titleFont();
+/// For labels that name the text beside them.
+QFont labelFont();
+/// For the headings of a page's sections, a little smaller than the body.
+QFont calloutFont();
+
+/// The width in pixels of a comfortable line of body text, and the least that a page is laid out for.
+int comfortableLineWidth();
+int narrowestLineWidth();
+
+/// The contrast of two opaque colours, 1 for none to 21 for black on white.
+double contrast(const QColor& one, const QColor& other);
+
+/// The fill of what is chosen; white shows upon it.
+QColor accentColor();
+
+/// A white tick inside `square`, for what is on.
+void drawTick(QPainter& painter, const QRectF& square);
+
+/// Marks on the page that must be seen at a contrast of at least 3 : 1: the ring around the control with the
+/// focus, and the outlines of bars and indicators.
+QColor focusColor(const QPalette& palette);
+QColor outlineColor(const QPalette& palette);
+
+}  // namespace velmorindal::look

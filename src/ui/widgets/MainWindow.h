@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "ui/views/ContainerView.h"
+#include "ui/widgets/ContainerWidget.h"
+#include "ui/widgets/DialogPresenter.h"
+#include "ui/widgets/Refresher.h"
+
+namespace velmorindal {
+
+/// The one window of the program.
+///
+/// It opens in the middle of the screen, 480 x 300 or as much larger as its pages need to be whole, unless an
+/// earlier frame is remembered. Closing it, in whatever way, only asks the application to end.
+class MainWindow final : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `view` must outlive the window.
+    MainWindow(ContainerView& view, std::function<void()> terminate);
+
+    /// Remembers position and size for the next start.
+    void saveFrame() const;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void keepPagesWhole();
+    void placeOnScreen();
+
+    std::function<void()> terminate_;
+    ContainerWidget* content_;
+    DialogPresenter dialogs_;
+    Refresher refresher_;
+};
+
+}  // namespace velmorindal

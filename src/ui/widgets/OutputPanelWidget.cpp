@@ -1,0 +1,37 @@
+#include "ui/widgets/OutputPanelWidget.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/widgets/KeyChoiceWidget.h"
+#include "ui/widgets/Look.h"
+#include "ui/widgets/RadioGroup.h"
+#include "ui/widgets/TextLabel.h"
+
+namespace velmorindal {
+
+OutputPanelWidget::OutputPanelWidget(OutputPanelView& view) : view_{view} {
+    addText(OutputPanelView::question);
+    paths_ = new RadioGroup<OutputPath>{OutputPanelView::pathChoices, view.velmorindal.outputPath};
+    column().addWidget(paths_);
+    column().addSpacing(look::spacing());
+    for (const OutputPanelView::KeyChoice& choice : OutputPanelView::allKeyChoices) {
+        auto* keyChoice = new KeyChoiceWidget{view, choice};
+        keyChoices_.push_back(keyChoice);
+        column().addWidget(keyChoice);
+        mayBeHidden(keyChoice);
+    }
+    column().addStretch();
+    refresh();
+}
+
+void OutputPanelWidget::refresh() {
+    paths_->refresh();
+    const auto shown = view_.keyChoices();
+    for (KeyChoiceWidget* keyChoice : keyChoices_) {
+        keyChoice->refresh();
+        setShown(keyChoice, std::ranges::find(shown, keyChoice->choice()) != shown.end());
+    }
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+#include <string_view>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace velmorindal {
+
+class TextLabel;
+
+/// A page of the wizard: its controls are built once, and refresh() copies the view's answers into them.
+class PageWidget : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// Copies the view's answers into the controls. A control that agrees already is not touched.
+    virtual void refresh() = 0;
+
+    /// The smallest size that shows the page whole where it is `width` wide or wider, with every control
+    /// that can be shown.
+    QSize wholeSize(int width) const;
+
+  protected:
+    PageWidget();
+
+    QVBoxLayout& column() { return *column_; }
+
+    TextLabel* addTitle(std::string_view text);
+    TextLabel* addText(std::string_view text);
+
+    /// Counts `control` in wholeSize() while it is hidden too.
+    void mayBeHidden(QWidget* control);
+
+  private:
+    QVBoxLayout* column_;
+    std::vector<QWidget*> hideable_;
+};
+
+/// Shows or hides `control`, unless it is so already.
+void setShown(QWidget* control, bool shown);
+
+}  // namespace velmorindal

@@ -1,0 +1,32 @@
+#include "ui/widgets/Wizard.h"
+
+#include <utility>
+
+namespace velmorindal {
+
+Wizard::Wizard(DongleSearch search, QtFilePanel::Kind filePanelKind, std::function<void()> leave)
+    : leave_{std::move(leave)},
+      delegate_{dispatch_, std::move(search)},
+      filePanel_{filePanelKind},
+      container_{delegate_.velmorindal, dispatch_, filePanel_, [this] { terminate(); }},
+      window_{container_, [this] { terminate(); }} {
+    filePanel_.setWindow(window_);
+}
+
+void Wizard::show() {
+    window_.show();
+    window_.raise();
+    window_.activateWindow();
+}
+
+void Wizard::terminate() {
+    if (std::exchange(terminating_, true)) {
+        return;
+    }
+    window_.saveFrame();
+    delegate_.applicationShouldTerminate();
+    AppDelegate::applicationWillTerminate();
+    leave_();
+}
+
+}  // namespace velmorindal

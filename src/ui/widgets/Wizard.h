@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+
+#include "session/DongleSearch.h"
+#include "ui/views/AppDelegate.h"
+#include "ui/views/ContainerView.h"
+#include "ui/widgets/MainWindow.h"
+#include "ui/widgets/QtDispatch.h"
+#include "ui/widgets/QtFilePanel.h"
+
+namespace velmorindal {
+
+/// The whole program but its main loop: the model, the container and the window, joined.
+///
+/// Main thread. Must not be destroyed while background work runs; the program itself never destroys it.
+class Wizard {
+  public:
+    /// `leave` ends the process and may return only in a test.
+    Wizard(DongleSearch search, QtFilePanel::Kind filePanelKind, std::function<void()> leave);
+
+    void show();
+
+    /// The end of the program, whoever asks for it: remembers the window's frame, shuts the device down, says
+    /// goodbye and leaves. Blocks while a calibration run or a write winds down.
+    void terminate();
+
+    ContainerView& container() { return container_; }
+    MainWindow& window() { return window_; }
+    VelmorindalSwitch& velmorindal() { return delegate_.velmorindal; }
+
+  private:
+    std::function<void()> leave_;
+    bool terminating_ = false;
+    QtDispatch dispatch_;
+    AppDelegate delegate_;
+    QtFilePanel filePanel_;
+    ContainerView container_;
+    MainWindow window_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,37 @@
+#include <QApplication>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include "session/DongleSearch.h"
+#include "ui/widgets/ApplicationSetup.h"
+#include "ui/widgets/QuitSignals.h"
+#include "ui/widgets/Wizard.h"
+
+namespace {
+
+/// Ends the process where it stands. A background thread may still be inside an exchange with the device, and
+/// nothing that it touches may be destroyed under it.
+void leave() {
+    std::fflush(nullptr);
+    std::_Exit(EXIT_SUCCESS);
+}
+
+}  // namespace
+
+int main(int /*argc*/, char** argv) {
+    // Standard output may be a pipe whose reader has gone.
+    std::signal(SIGPIPE, SIG_IGN);
+    // There are no command line options, the toolkit's own included.
+    int argumentCount = 1;
+    const QApplication application{argumentCount, argv};
+    velmorindal::setUpApplication();
+
+    velmorindal::Wizard wizard{velmorindal::DongleSearch::fromEnvironment(),
+                               velmorindal::QtFilePanel::Kind::native, leave};
+    const velmorindal::QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};
+    wizard.show();
+    QApplication::exec();
+    // Nothing but terminate() ends the program, also where the desktop has stopped the event loop.
+    wizard.terminate();
+}

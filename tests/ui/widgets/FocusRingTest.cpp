@@ -1,0 +1,51 @@
+#include "ui/widgets/FocusRing.h"
+
+#include <QCheckBox>
+#include <QRadioButton>
+
+#include "ui/widgets/StepSlider.h"
+#include "ui/widgets/WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class FocusRingTest : public WindowTest {
+  protected:
+    FocusRing* ring() { return window().findChild<FocusRing*>(); }
+};
+
+TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
+    show(wizardState::Mode);
+    for (const char* name : {"Direct Mode", "Long/Short Mode"}) {
+        auto* control = find<QRadioButton>(QString::fromLatin1(name));
+        control->setFocus();
+        settle();
+
+        EXPECT_EQ(ring()->widget(), control);
+        EXPECT_TRUE(ring()->isVisible());
+    }
+}
+
+TEST_F(FocusRingTest, TheFocusCanBeSeenInThePicture) {
+    show(wizardState::Calibration);
+    auto* slider = find<StepSlider>(QStringLiteral("Cutoff"));
+    const QImage without = window().grab().toImage();
+
+    slider->setFocus();
+    settle();
+
+    EXPECT_NE(window().grab().toImage(), without);
+}
+
+TEST_F(FocusRingTest, ItIsGoneWithItsControl) {
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    show(wizardState::Connect);
+
+    velmorindal.connectionState = ConnectionStatus::connected;
+    settle();
+
+    EXPECT_EQ(ring()->widget(), find<QPushButton>(QStringLiteral("Next")));
+}
+
+}  // namespace
+}  // namespace velmorindal
