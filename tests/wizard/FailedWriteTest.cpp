@@ -1,0 +1,177 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
+#include "wizard/WizardDriver.h"
+
+namespace velmorindal {
+namespace {
+
+using Type = VelmorindalMessageType;
+using Buttons = std::vector<std::string>;
+
+constexpr std::size_t framesOfConnecting = 8;
+constexpr const char* refused = "Failed to write instruction to device.\n\nError code: ";
+constexpr const char* lost =
+    "Disconnection during writing process. Your changes were not saved.\n\nError code: ";
+constexpr const char* restart =
+    "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
+
+struct FailedWrite {
+    std::string name;
+    const char* output;
+    /// The type whose command fails. The connection has queried the readable ones once before.
+    Type type;
+    Fault fault;
+    std::string text;
+    std::size_t framesSent;
+};
+
+std::vector<FailedWrite> failedWrites() {
+    struct Step {
+        const char* name;
+        const char* output;
+        Type type;
+        const char* refusedCode;
+        const char* lostCode;
+        std::size_t framesSent;
+    };
+    std::vector<FailedWrite> table;
+    for (const Step& step : {
+             Step{"Bluetooth", "Bluetooth Keyboard", Type::protocolSelect, "PS/SC", "PS/TC", 1},
+             Step{"Gazell", "Switch Output", Type::protocolSelect, "PS/SC2", "PS/TC2", 1},
+             Step{"OutputPath", "Switch Output", Type::outputPath, "OP/SC", "OP/TC", 2},
+             Step{"HumDuration", "Switch Output", Type::humDuration, "HD/SC", "HD/TC", 3},
+             Step{"RelayConfig", "Switch Output", Type::relayConfig, "RC/SC", "RC/TC", 4},
+             Step{"HumThresholds", "Switch Output", Type::humThresholds, "HT/SC", "HT/TC", 5},
+             Step{"KeyboardConfig", "Switch Output", Type::keyboardConfig, "KC/SC", "KC/TC", 6},
+             Step{"WriteSettings", "Switch Output", Type::writeSettings, "WS/SC", "WS/TC", 7},
+         }) {
+        const auto add = [&](const char* how, const Fault& fault, const std::string& text) {
+            table.push_back(
+                {step.name + std::string{how}, step.output, step.type, fault, text, step.framesSent});
+        };
+        add("Refused", Fault::wrongMarker(), refused + std::string{step.refusedCode});
+        add("Silent", Fault::silence(), lost + std::string{step.lostCode});
+        add("PulledOut", Fault::unplugBeforeAnswer(), lost + std::string{step.lostCode});
+    }
+    return table;
+}
+
+class WritingTest : public testing::Test {
+  protected:
+    void walkToSave(WizardDriver& driver, const std::string& output) {
+        driver.walkTo(wizardState::Output);
+        driver.choose(output);
+        driver.walkTo(wizardState::Summary);
+    }
+
+    TemporaryDirectory directory;
+    VirtualDongle dongle{directory.path()};
+};
+
+class FailedWriteTest : public WritingTest, public testing::WithParamInterface<FailedWrite> {};
+
+TEST_P(FailedWriteTest, SaysWhereItFailedOffersAFileAndSendsNothingMore) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, GetParam().output);
+    dongle.onNext(GetParam().type, GetParam().fault);
+    driver.press("Save");
+    driver.press("Yes");
+    ASSERT_TRUE(WizardDriver::waitUntil([&] { return driver.dialogIsShown(); }));
+    EXPECT_EQ(driver.dialog(), (WizardDriver::ShownDialog{"Save Failed", GetParam().text + restart, {"OK"}}));
+    driver.press("OK");
+    EXPECT_EQ(driver.dialog(),
+              (WizardDriver::ShownDialog{
+                  "Write Configuration File?",
+                  "There was an error writing your configuration to the device.\n\nYour configuration can be "
+                  "saved to "
+                  "disk in order to try again.\n\nWould you like to save these settings to a file?",
+                  {"Yes", "No"}}));
+    driver.press("No");
+    EXPECT_FALSE(driver.dialogIsShown());
+    EXPECT_EQ(driver.buttons(), (Buttons{"Cancel", "Back", "Save"}));
+    EXPECT_FALSE(driver.shows("Settings successfully written. Please restart your Velmorindal."));
+    EXPECT_EQ(dongle.receivedFrames().size(), framesOfConnecting + GetParam().framesSent);
+    EXPECT_EQ(driver.velmorindal().connectionState.get(), ConnectionStatus::error);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryStep, FailedWriteTest, testing::ValuesIn(failedWrites()),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_F(WritingTest, ASecondTryAfterAFailedWriteSaysThatTheConnectionIsLost) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, "Switch Output");
+    dongle.onNext(Type::relayConfig, Fault::silence());
+    driver.press("Save");
+    driver.press("Yes");
+    driver.press("OK");
+    driver.press("No");
+    const std::size_t sent = dongle.receivedFrames().size();
+    driver.press("Save");
+    driver.press("Yes");
+    EXPECT_EQ(
+        driver.dialog().message,
+        "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device is "
+        "connected and run this program again." +
+            std::string{restart});
+    EXPECT_EQ(dongle.receivedFrames().size(), sent);
+}
+
+TEST_F(WritingTest, DecliningTheQuestionSendsNothing) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, "USB Keyboard");
+    driver.press("Save");
+    driver.press("No");
+    EXPECT_FALSE(driver.dialogIsShown());
+    EXPECT_EQ(dongle.receivedFrames().size(), framesOfConnecting);
+    EXPECT_EQ(driver.buttons(), (Buttons{"Cancel", "Back", "Save"}));
+}
+
+TEST_F(WritingTest, ShowsOnlyCancelWhileItRunsAndAnswersIt) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, "Switch Output");
+    dongle.onNext(Type::humDuration, Fault::lateBy(std::chrono::milliseconds{1000}));
+    driver.press("Save");
+    driver.press("Yes");
+    ASSERT_TRUE(WizardDriver::waitUntil(
+        [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::writing; }));
+    EXPECT_EQ(driver.buttons(), Buttons{"Cancel"});
+    EXPECT_TRUE(driver.shows("Writing data..."));
+    driver.press("Cancel");
+    EXPECT_EQ(driver.dialog().title, "Close Program?");
+    driver.press("No");
+    EXPECT_EQ(driver.dialog().title, "Write Configuration File?");
+}
+
+TEST_F(WritingTest, QuittingDuringAWriteWaitsForItsEnd) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, "Switch Output");
+    dongle.onNext(Type::humDuration, Fault::lateBy(std::chrono::milliseconds{700}));
+    driver.press("Save");
+    driver.press("Yes");
+    ASSERT_TRUE(WizardDriver::waitUntil(
+        [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::writing; }));
+    driver.press("Cancel");
+    driver.press("Yes");
+    EXPECT_TRUE(driver.hasLeft());
+    EXPECT_TRUE(dongle.state().stored.has_value());
+    EXPECT_EQ(driver.velmorindal().connectionState.get(), ConnectionStatus::disconnected);
+}
+
+TEST_F(WritingTest, GoingBackAfterASuccessTakesTheSuccessAway) {
+    WizardDriver driver{directory.path()};
+    walkToSave(driver, "Switch Output");
+    driver.press("Save");
+    driver.press("Yes");
+    driver.press("No");
+    EXPECT_EQ(driver.buttons(), (Buttons{"Back", "Close"}));
+    driver.press("Back");
+    driver.press("Next");
+    EXPECT_EQ(driver.buttons(), (Buttons{"Cancel", "Back", "Save"}));
+    EXPECT_FALSE(driver.shows("Settings successfully written. Please restart your Velmorindal."));
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,215 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
+#include "wizard/WizardDriver.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAreArray;
+
+// What a device must have received after a whole run, typed in by hand. Clarity 0.75 is 3F400000, a cutoff of
+// 2 seconds is 50 ticks; F5 is 3E, Tab is 2B, and 02 is the left Shift.
+constexpr std::uint8_t c = 0x63;
+constexpr std::uint8_t b = 0x62;
+
+const ByteBuffer versionQuery{c, b, 0x76, 0x00};
+const std::vector<ByteBuffer> connecting{
+    versionQuery,       versionQuery,       {c, b, 0x73, 0x00}, {c, b, 0x78, 0x00},
+    {c, b, 0x70, 0x00}, {c, b, 0x64, 0x00}, {c, b, 0x68, 0x00}, {c, b, 0x6B, 0x00},
+};
+
+const ByteBuffer gazell{c, b, 0x78, 0x01, 0x00};
+const ByteBuffer bluetooth{c, b, 0x78, 0x01, 0x01};
+const ByteBuffer usb{c, b, 0x70, 0x01, 0x00};
+const ByteBuffer relay{c, b, 0x70, 0x01, 0x01};
+
+const ByteBuffer humContinuous{c, b, 0x64, 0x0B, 0x00, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x02, 0x00};
+const ByteBuffer humShortOnly{c, b, 0x64, 0x0B, 0x01, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x04, 0x00};
+const ByteBuffer humLongOnly{c, b, 0x64, 0x0B, 0x02, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x04, 0x00};
+const ByteBuffer humShortAndLong{c, b, 0x64, 0x0B, 0x03, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x04, 0x00};
+
+const ByteBuffer relayDirect{c, b, 0x79, 0x0C, 0x01, 0, 0x0A, 0, 0xE8, 0x03, 0x00, 0, 0x0A, 0, 0xE8, 0x03};
+const ByteBuffer relayLongShort{c, b, 0x79, 0x0C, 0x01, 0, 0x0A, 0, 0xE8, 0x03, 0x01, 0, 0x0A, 0, 0xE8, 0x03};
+
+const ByteBuffer thresholds{c, b, 0x68, 0x08, 0x00, 0x00, 0x40, 0x3F, 0x00, 0x00, 0x40, 0x3F};
+
+const ByteBuffer noKeys{c, b, 0x6B, 0x08, 0, 0, 0, 0, 0, 0, 0, 0};
+const ByteBuffer directF5{c, b, 0x6B, 0x08, 0, 0, 0, 0, 0, 0x3E, 0, 0};
+const ByteBuffer shortTabLongShiftTab{c, b, 0x6B, 0x08, 0, 0x2B, 0, 0, 0x02, 0x2B, 0, 0};
+// A list that is not shown keeps what it had: Space for short hums and Enter for long ones.
+const ByteBuffer shortTabLongEnter{c, b, 0x6B, 0x08, 0, 0x2B, 0, 0, 0, 0x28, 0, 0};
+const ByteBuffer shortSpaceLongShiftTab{c, b, 0x6B, 0x08, 0, 0x2C, 0, 0, 0x02, 0x2B, 0, 0};
+
+const ByteBuffer store{c, b, 0x77, 0x00};
+
+struct Programming {
+    const char* name;
+    const char* output;
+    bool longShort;
+    bool shortOutput;
+    bool longOutput;
+    std::vector<ByteBuffer> frames;
+};
+
+const std::vector<Programming>& programmings() {
+    static const std::vector<Programming> table{
+        {"SwitchDirect",
+         "Switch Output",
+         false,
+         false,
+         false,
+         {gazell, relay, humContinuous, relayDirect, thresholds, noKeys, store}},
+        {"SwitchShort",
+         "Switch Output",
+         true,
+         true,
+         false,
+         {gazell, relay, humShortOnly, relayLongShort, thresholds, noKeys, store}},
+        {"SwitchLong",
+         "Switch Output",
+         true,
+         false,
+         true,
+         {gazell, relay, humLongOnly, relayLongShort, thresholds, noKeys, store}},
+        {"SwitchShortAndLong",
+         "Switch Output",
+         true,
+         true,
+         true,
+         {gazell, relay, humShortAndLong, relayLongShort, thresholds, noKeys, store}},
+        {"UsbDirect",
+         "USB Keyboard",
+         false,
+         false,
+         false,
+         {gazell, usb, humContinuous, relayDirect, thresholds, directF5, store}},
+        {"UsbShort",
+         "USB Keyboard",
+         true,
+         true,
+         false,
+         {gazell, usb, humShortOnly, relayLongShort, thresholds, shortTabLongEnter, store}},
+        {"UsbLong",
+         "USB Keyboard",
+         true,
+         false,
+         true,
+         {gazell, usb, humLongOnly, relayLongShort, thresholds, shortSpaceLongShiftTab, store}},
+        {"UsbShortAndLong",
+         "USB Keyboard",
+         true,
+         true,
+         true,
+         {gazell, usb, humShortAndLong, relayLongShort, thresholds, shortTabLongShiftTab, store}},
+        {"BluetoothDirect",
+         "Bluetooth Keyboard",
+         false,
+         false,
+         false,
+         {bluetooth, humContinuous, relayDirect, thresholds, directF5, store}},
+        {"BluetoothShort",
+         "Bluetooth Keyboard",
+         true,
+         true,
+         false,
+         {bluetooth, humShortOnly, relayLongShort, thresholds, shortTabLongEnter, store}},
+        {"BluetoothLong",
+         "Bluetooth Keyboard",
+         true,
+         false,
+         true,
+         {bluetooth, humLongOnly, relayLongShort, thresholds, shortSpaceLongShiftTab, store}},
+        {"BluetoothShortAndLong",
+         "Bluetooth Keyboard",
+         true,
+         true,
+         true,
+         {bluetooth, humShortAndLong, relayLongShort, thresholds, shortTabLongShiftTab, store}},
+    };
+    return table;
+}
+
+class ProgrammingTest : public testing::TestWithParam<Programming> {
+  protected:
+    void chooseMode(WizardDriver& driver) {
+        driver.choose(GetParam().longShort ? "Long/Short Mode" : "Direct Mode");
+        if (GetParam().longShort) {
+            driver.check("Enable short output", GetParam().shortOutput);
+            driver.check("Enable long output", GetParam().longOutput);
+        }
+    }
+
+    void chooseOutput(WizardDriver& driver) {
+        driver.choose(GetParam().output);
+        if (GetParam().output == std::string{"Switch Output"}) {
+            return;
+        }
+        if (!GetParam().longShort) {
+            driver.chooseKey("Keystroke", "F5");
+        }
+        if (GetParam().longShort && GetParam().shortOutput) {
+            driver.chooseKey("Short hum keystroke", "Tab");
+        }
+        if (GetParam().longShort && GetParam().longOutput) {
+            driver.chooseKey("Long hum keystroke", "Shift+Tab");
+        }
+    }
+
+    TemporaryDirectory directory;
+    VirtualDongle dongle{directory.path()};
+};
+
+TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
+    WizardDriver driver{directory.path()};
+    driver.walkTo(wizardState::Mode);
+    chooseMode(driver);
+    driver.press("Next");
+    chooseOutput(driver);
+    driver.press("Next");
+    driver.moveSlider("Clarity threshold", 75);
+    driver.moveSlider("Cutoff", 38);
+    driver.press("Next");
+    driver.press("Save");
+    EXPECT_EQ(
+        driver.dialog(),
+        (WizardDriver::ShownDialog{
+            "Save Settings?", "Would you like to program your device with these settings?", {"Yes", "No"}}));
+    driver.press("Yes");
+    EXPECT_TRUE(WizardDriver::waitUntil(
+        [&] { return driver.dialogIsShown() && driver.dialog().title == "Write Configuration File?"; }));
+    EXPECT_EQ(driver.dialog().message,
+              "Congratulations! Your Velmorindal has been successfully programmed.\n\nYour configuration can "
+              "be saved "
+              "to disk to save time next time.\n\nWould you like to save these settings to a file?");
+    driver.press("No");
+    EXPECT_TRUE(driver.shows("Settings successfully written. Please restart your Velmorindal."));
+    EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Back", "Close"}));
+
+    std::vector<ByteBuffer> expected = connecting;
+    expected.insert(expected.end(), GetParam().frames.begin(), GetParam().frames.end());
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAreArray(expected));
+    EXPECT_EQ(dongle.skippedBytes(), 0U);
+    EXPECT_EQ(dongle.state().stored, dongle.state().settings);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryOutputAndMode, ProgrammingTest, testing::ValuesIn(programmings()),
+                         [](const auto& test) { return std::string{test.param.name}; });
+
+TEST(ProgrammingNothing, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {
+    const TemporaryDirectory directory;
+    const VirtualDongle dongle{directory.path()};
+    WizardDriver driver{directory.path()};
+    driver.walkTo(wizardState::Mode);
+    driver.choose("Long/Short Mode");
+    driver.check("Enable short output", false);
+    driver.check("Enable long output", false);
+    EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Cancel", "Back"}));
+    driver.check("Enable short output", true);
+    EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Cancel", "Back", "Next"}));
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,226 @@
+#include "wizard/WizardDriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QTest>
+#include <stdexcept>
+
+#include "ui/widgets/MessageDialog.h"
+#include "ui/widgets/NavigationRow.h"
+
+namespace velmorindal {
+namespace {
+
+[[noreturn]] void fail(const std::string& what) {
+    throw std::runtime_error{what};
+}
+
+std::string textOf(const QAbstractButton& button) {
+    return button.text().toStdString();
+}
+
+/// The left to right order in which a person sees them.
+template <typename Button>
+std::vector<std::string> shownTexts(const QList<Button*>& buttons) {
+    std::vector<Button*> shown;
+    for (Button* button : buttons) {
+        if (button->isVisible()) {
+            shown.push_back(button);
+        }
+    }
+    std::ranges::sort(shown, {}, [](const Button* button) { return button->mapToGlobal(QPoint{}).x(); });
+    std::vector<std::string> texts;
+    for (const Button* button : shown) {
+        texts.push_back(textOf(*button));
+    }
+    return texts;
+}
+
+MessageDialog* shownMessage() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* const message = qobject_cast<MessageDialog*>(widget);
+        if (message != nullptr && message->isVisible()) {
+            return message;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
+    : wizard_{std::make_unique<Wizard>(DongleSearch{.directory = deviceDirectory.string()},
+                                       QtFilePanel::Kind::toolkit, [this] { left_ = true; })} {
+    wizard_->show();
+    if (!QTest::qWaitForWindowExposed(&wizard_->window())) {
+        fail("The window did not appear.");
+    }
+}
+
+WizardDriver::~WizardDriver() {
+    velmorindal().stopPollingAndWait();
+    waitUntil([this] { return !wizard_->container().hasBackgroundWork(); });
+    velmorindal().disconnect(false);
+}
+
+bool WizardDriver::waitUntil(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds{bound}.count()));
+}
+
+QWidget& WizardDriver::top() const {
+    QWidget* const modal = QApplication::activeModalWidget();
+    return modal != nullptr ? *modal : wizard_->window();
+}
+
+template <typename Control>
+Control& WizardDriver::reachable(const std::string& text) {
+    Control* found = nullptr;
+    const bool came = waitUntil([&] {
+        for (Control* control : top().template findChildren<Control*>()) {
+            if (control->isVisible() && control->isEnabled() && textOf(*control) == text) {
+                found = control;
+                return true;
+            }
+        }
+        return false;
+    });
+    if (!came) {
+        fail("\"" + text + "\" is not there to be pressed.");
+    }
+    return *found;
+}
+
+void WizardDriver::press(const std::string& button) {
+    auto& control = reachable<QPushButton>(button);
+    bool clicked = false;
+    const auto connection = QObject::connect(&control, &QPushButton::clicked, [&clicked] { clicked = true; });
+    QTest::mouseClick(&control, Qt::LeftButton);
+    QObject::disconnect(connection);
+    if (!clicked) {
+        fail("\"" + button + "\" did not take the click.");
+    }
+    QApplication::processEvents();
+}
+
+void WizardDriver::choose(const std::string& choice) {
+    auto& button = reachable<QRadioButton>(choice);
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint{button.height() / 2, button.height() / 2});
+    QApplication::processEvents();
+    if (!button.isChecked()) {
+        fail("\"" + choice + "\" could not be chosen.");
+    }
+}
+
+void WizardDriver::check(const std::string& box, bool checked) {
+    auto& control = reachable<QCheckBox>(box);
+    if (control.isChecked() != checked) {
+        QTest::mouseClick(&control, Qt::LeftButton, {}, QPoint{control.height() / 2, control.height() / 2});
+        QApplication::processEvents();
+    }
+    if (control.isChecked() != checked) {
+        fail("\"" + box + "\" could not be changed.");
+    }
+}
+
+void WizardDriver::chooseKey(const std::string& label, const std::string& key) {
+    for (QComboBox* list : top().findChildren<QComboBox*>()) {
+        if (!list->isVisible() || list->accessibleName().toStdString() != label) {
+            continue;
+        }
+        const int row = list->findText(QString::fromStdString(key));
+        if (row < 0) {
+            fail("\"" + label + "\" does not offer \"" + key + "\".");
+        }
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Home);
+        for (int step = 0; step < row; ++step) {
+            QTest::keyClick(list, Qt::Key_Down);
+        }
+        QApplication::processEvents();
+        return;
+    }
+    fail("There is no list \"" + label + "\".");
+}
+
+void WizardDriver::moveSlider(const std::string& name, int steps) {
+    for (QSlider* slider : top().findChildren<QSlider*>()) {
+        if (!slider->isVisible() || slider->accessibleName().toStdString() != name) {
+            continue;
+        }
+        slider->setFocus();
+        QTest::keyClick(slider, Qt::Key_Home);
+        for (int step = 0; step < steps; ++step) {
+            QTest::keyClick(slider, Qt::Key_Right);
+        }
+        QApplication::processEvents();
+        return;
+    }
+    fail("There is no slider \"" + name + "\".");
+}
+
+void WizardDriver::answerFileDialog(const std::optional<std::filesystem::path>& path) {
+    QFileDialog* dialog = nullptr;
+    if (!waitUntil([&] {
+            dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            return dialog != nullptr;
+        })) {
+        fail("No file dialog appeared.");
+    }
+    if (!path) {
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        return;
+    }
+    auto* const name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    name->setText(QString::fromStdString(path->string()));
+    QTest::keyClick(name, Qt::Key_Return);
+    QApplication::processEvents();
+}
+
+void WizardDriver::walkTo(wizardState page) {
+    while (wizard_->container().currentState.get() != page) {
+        press("Next");
+    }
+}
+
+WizardDriver::ShownDialog WizardDriver::dialog() {
+    if (!waitUntil([] { return shownMessage() != nullptr; })) {
+        fail("No message appeared.");
+    }
+    const MessageDialog& message = *shownMessage();
+    const auto labels = message.findChildren<QLabel*>();
+    if (labels.size() != 2 || labels[0]->text() != message.windowTitle()) {
+        fail("The message is not a heading and a text.");
+    }
+    return {.title = message.windowTitle().toStdString(),
+            .message = labels[1]->text().toStdString(),
+            .buttons = shownTexts(message.findChildren<QPushButton*>())};
+}
+
+bool WizardDriver::dialogIsShown() const {
+    QApplication::processEvents();
+    return shownMessage() != nullptr;
+}
+
+std::vector<std::string> WizardDriver::buttons() const {
+    QApplication::processEvents();
+    return shownTexts(wizard_->window().findChild<NavigationRow*>()->findChildren<QPushButton*>());
+}
+
+bool WizardDriver::shows(const std::string& text) const {
+    QApplication::processEvents();
+    const auto labels = wizard_->window().findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [&](const QLabel* label) {
+        return label->isVisible() && label->text().toStdString() == text;
+    });
+}
+
+}  // namespace velmorindal

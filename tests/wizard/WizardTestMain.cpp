@@ -1,0 +1,18 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QStandardPaths>
+#include <csignal>
+
+#include "ui/widgets/ApplicationSetup.h"
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    std::signal(SIGPIPE, SIG_IGN);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The frame of the window that a person uses on this machine is not a test's to change.
+    QStandardPaths::setTestModeEnabled(true);
+    const QApplication application{argc, argv};
+    velmorindal::setUpApplication();
+    return RUN_ALL_TESTS();
+}
