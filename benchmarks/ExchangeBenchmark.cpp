@@ -1,0 +1,155 @@
+// Times one query and its answer over a pseudo-terminal, four ways side by side: a bare write and read of the
+// same bytes, the session's own exchange, QSerialPort and Boost.Asio. The rounds take turns, so that whatever
+// else the machine does falls on all of them; the figures are medians of the rounds, and the ratios are to
+// the bare calls.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QSerialPort>
+#include <algorithm>
+#include <array>
+#include <boost/asio.hpp>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ExchangePeer.h"
+#include "protocol/VCVersion.h"
+#include "session/Dispatch.h"
+#include "session/VelmorindalSwitch.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr int rounds = 60;
+constexpr int exchangesInARound = 500;
+constexpr std::array<std::uint8_t, ExchangePeer::queryLength> query{'c', 'b', 'v', 0};
+
+/// An exchange needs no queues.
+class NoDispatch final : public Dispatch {
+  public:
+    void postToMain(Work work) override { work(); }
+    void runOnMainAndWait(Work work) override { work(); }
+    void runInBackground(Work work) override { work(); }
+    void runPendingMainWork() override {}
+};
+
+void require(bool holds, const char* what) {
+    if (!holds) {
+        throw std::runtime_error{what};
+    }
+}
+
+struct Contender {
+    const char* name;
+    std::function<void()> exchange;
+    std::vector<double> microseconds = {};
+};
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+void exchangeBare(int descriptor) {
+    require(::write(descriptor, query.data(), query.size()) == std::ssize(query), "short write");
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    std::size_t got = 0;
+    while (got < answer.size()) {
+        const auto count = ::read(descriptor, answer.data() + got, answer.size() - got);
+        require(count > 0, "no answer");
+        got += static_cast<std::size_t>(count);
+    }
+}
+
+void exchangeOurs(VelmorindalSwitch& velmorindal) {
+    const auto answer = velmorindal.queryDevice('v');
+    require(answer && dynamic_cast<const VCVersion&>(*answer)._versionString == "Velmorindal 1.1M",
+            "wrong answer");
+}
+
+void exchangeQt(QSerialPort& port) {
+    port.write(reinterpret_cast<const char*>(query.data()), std::ssize(query));
+    QByteArray answer;
+    while (answer.size() < static_cast<qsizetype>(ExchangePeer::answerLength)) {
+        require(port.waitForReadyRead(2000), "no answer");
+        answer += port.readAll();
+    }
+}
+
+void exchangeAsio(boost::asio::serial_port& port) {
+    boost::asio::write(port, boost::asio::buffer(query));
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    boost::asio::read(port, boost::asio::buffer(answer));
+}
+
+void run() {
+    const ExchangePeer barePeer;
+    const ExchangePeer ourPeer;
+    const ExchangePeer qtPeer;
+    const ExchangePeer asioPeer;
+
+    const int bare = ::open(barePeer.path().c_str(), O_RDWR | O_NOCTTY);
+    require(bare != -1, "open");
+
+    NoDispatch dispatch;
+    VelmorindalSwitch velmorindal{dispatch};
+    auto ourPort = std::make_shared<SerialPort>(ourPeer.path());
+    ourPort->openPort();
+    ourPort->setSettings({.receiveRate = BaudRate::baud115200,
+                          .transmitRate = BaudRate::baud115200,
+                          .minimumBytesToRead = 0,
+                          .timeout = 2});
+    velmorindal.serialPort = ourPort;
+
+    QSerialPort qtPort{QString::fromStdString(qtPeer.path())};
+    require(qtPort.open(QIODevice::ReadWrite), "QSerialPort open");
+    qtPort.setBaudRate(QSerialPort::Baud115200);
+
+    boost::asio::io_context context;
+    boost::asio::serial_port asioPort{context, asioPeer.path()};
+    asioPort.set_option(boost::asio::serial_port_base::baud_rate{115200});
+
+    std::array contenders{Contender{"bare write and read", [&] { exchangeBare(bare); }},
+                          Contender{"session exchange", [&] { exchangeOurs(velmorindal); }},
+                          Contender{"QSerialPort", [&] { exchangeQt(qtPort); }},
+                          Contender{"Boost.Asio", [&] { exchangeAsio(asioPort); }}};
+    for (int round = 0; round < rounds; ++round) {
+        for (Contender& contender : contenders) {
+            const auto start = std::chrono::steady_clock::now();
+            for (int count = 0; count < exchangesInARound; ++count) {
+                contender.exchange();
+            }
+            const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - start;
+            contender.microseconds.push_back(taken.count() / exchangesInARound);
+        }
+    }
+    const double reference = median(contenders.front().microseconds);
+    for (const Contender& contender : contenders) {
+        const double microseconds = median(contender.microseconds);
+        std::printf("%-22s %8.2f us  %5.2f times bare\n", contender.name, microseconds,
+                    microseconds / reference);
+    }
+    ourPort->closePort();
+    ::close(bare);
+}
+
+}  // namespace
+}  // namespace velmorindal
+
+int main(int argc, char** argv) {
+    const QCoreApplication application{argc, argv};
+    try {
+        velmorindal::run();
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "%s\n", exception.what());
+        return 1;
+    }
+    return 0;
+}
