@@ -135,11 +135,9 @@ bool VelmorindalSwitch::connect() {
     if (!openDongle(dongles.front()) || !checkVersion() || !checkLink() || !readSettingsAndFinish()) {
         return false;
     }
-    if (warning) {
-        // Reading the settings has cleared the text; the warning outlives the success, and the wizard shows
-        // it.
-        lastError = warning;
-    }
+    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it. A
+    // settings file that failed to load meanwhile has had its dialog and is no warning about the connection.
+    lastError = warning;
     return true;
 }
 

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QSettings>
 #include <QStandardPaths>
 #include <csignal>
 #include <cstdlib>
@@ -49,6 +50,8 @@ int main(int argc, char** argv) {
     int argumentCount = 1;
     const QApplication application{argumentCount, argv};
     velmorindal::setUpApplication();
+    // The window opens as it does for the first time.
+    QSettings{}.clear();
     if (look == "dark") {
         useDarkPalette();
     } else if (look == "double-font") {

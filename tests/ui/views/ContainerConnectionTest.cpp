@@ -192,6 +192,7 @@ TEST_F(ContainerConnectionTest, AFileThatFailsToLoadWhileConnectingHasItsOwnDial
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
     EXPECT_EQ(container.connectPanel.alertMessage.get(),
               "Could not load contents of XML file\n\nSettings from the file were NOT loaded.");
+    EXPECT_THAT(raisedTitles(), ElementsAre("Could Not Load XML File"));
 }
 
 }  // namespace
