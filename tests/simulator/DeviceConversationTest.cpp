@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

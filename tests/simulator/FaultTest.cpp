@@ -5,8 +5,8 @@
 #include <string>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

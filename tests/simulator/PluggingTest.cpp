@@ -13,8 +13,8 @@
 #include <thread>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/OwnedDescriptor.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -4,8 +4,8 @@
 #include <chrono>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "RawHost.h"
-#include "TemporaryDirectory.h"
 #include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

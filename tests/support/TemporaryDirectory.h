@@ -1,21 +1,22 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace velmorindal {
 
-/// A directory of its own for one test, removed with all that is in it.
+/// An empty directory that is gone with all that is in it when it is dropped.
 class TemporaryDirectory {
   public:
     TemporaryDirectory() {
-        std::string name = (std::filesystem::temp_directory_path() / "velmorindal-test-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("No temporary directory could be made.");
+        std::string pattern = std::filesystem::temp_directory_path() / "velmorindal-XXXXXX";
+        if (::mkdtemp(pattern.data()) == nullptr) {
+            throw std::system_error{errno, std::generic_category(), "cannot make " + pattern};
         }
-        path_ = name;
+        path_ = pattern;
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;

@@ -65,7 +65,7 @@ QPushButton* CalibrationPanelWidget::addShowButton(std::string_view label, Qt::K
     auto* button = new QPushButton{toQString(label)};
     button->setAutoDefault(true);
     button->setShortcut(Qt::ALT | shortcut);
-    connect(button, &QPushButton::clicked, this, [this, pressed] { (view_.*pressed)(); });
+    connect(button, &QPushButton::clicked, this, [&view = view_, pressed] { (view.*pressed)(); });
     column().addWidget(button, 0, Qt::AlignLeft);
     return button;
 }

@@ -37,7 +37,7 @@ NavigationRow::NavigationRow(ContainerView& view) : view_{view}, row_{new QHBoxL
         button->setShortcut(shortcutFor(described.option, button->text()));
         button->hide();
         connect(button, &QPushButton::clicked, this,
-                [this, pressed = described.pressed] { (view_.*pressed)(); });
+                [&view, pressed = described.pressed] { (view.*pressed)(); });
         entries_.push_back({.button = button, .option = described.option});
     }
     refresh([] {});
