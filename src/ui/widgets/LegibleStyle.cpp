@@ -123,9 +123,19 @@ int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
         case PM_SliderControlThickness:
         case PM_SliderLength:
             return lineHeight * 5 / 4;
+        case PM_FocusFrameHMargin:
+        case PM_FocusFrameVMargin:
+            // The ring stays within its control: beyond it, the control's row would cut it off.
+            return 0;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }
+}
+
+int LegibleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* data) const {
+    // Below its control, the ring would be hidden by any that paints its whole ground.
+    return hint == SH_FocusFrame_AboveWidget ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
 }
 
 }  // namespace velmorindal

@@ -26,6 +26,17 @@ TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
     }
 }
 
+TEST_F(FocusRingTest, ItIsWholeWithinWhatItsControlStandsIn) {
+    show(wizardState::Calibration);
+    for (const char* name : {"Clarity threshold", "Cutoff"}) {
+        auto* slider = find<StepSlider>(QString::fromLatin1(name));
+        slider->setFocus();
+        settle();
+
+        EXPECT_TRUE(ring()->parentWidget()->rect().contains(ring()->geometry())) << name;
+    }
+}
+
 TEST_F(FocusRingTest, TheFocusCanBeSeenInThePicture) {
     show(wizardState::Calibration);
     auto* slider = find<StepSlider>(QStringLiteral("Cutoff"));
