@@ -68,6 +68,10 @@ int comfortableLineWidth() {
     return bodyCharacters(80);
 }
 
+int widestWordWidth() {
+    return bodyCharacters(22);
+}
+
 int narrowestLineWidth() {
     return bodyCharacters(52);
 }

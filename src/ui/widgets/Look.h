@@ -24,6 +24,8 @@ QFont calloutFont();
 /// The width in pixels of a comfortable line of body text, and the least that a page is laid out for.
 int comfortableLineWidth();
 int narrowestLineWidth();
+/// Room for any one word of a page, title or body.
+int widestWordWidth();
 
 /// The contrast of two opaque colours, 1 for none to 21 for black on white.
 double contrast(const QColor& one, const QColor& other);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <map>
 #include <string_view>
 
 namespace velmorindal {
@@ -8,6 +9,7 @@ namespace velmorindal {
 /// What a text is on its page; the font follows from it.
 enum class TextRole {
     Title,
+    DialogTitle,  ///< drawn as a title; a screen reader takes it from the dialog's window instead
     Body,
     Plain,    ///< body text on one line
     Callout,  ///< heads a section of a page
@@ -25,13 +27,26 @@ class TextLabel final : public QLabel {
     /// Shows `utf8`; a text that already stands there is left alone, so that a screen reader hears it once.
     void showText(std::string_view utf8);
 
+    TextRole role() const { return role_; }
+
+    /// Of a wrapped text these are its usual and its least width; its height follows from heightForWidth()
+    /// alone. The toolkit's own answers would break the text into lines several times over for every
+    /// question.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    /// Breaks the text into lines once for each width.
+    int heightForWidth(int width) const override;
+
   protected:
     bool event(QEvent* event) override;
 
   private:
     void followApplicationFont();
+    QSize wrappedHint(int width) const;
 
     const TextRole role_;
+    /// By width, until the text or the way it is drawn changes.
+    mutable std::map<int, int> heights_;
 };
 
 }  // namespace velmorindal
