@@ -15,7 +15,7 @@ void setUpApplication() {
     QApplication::setOrganizationName(QStringLiteral("Velmorindal"));
     QApplication::setApplicationName(QStringLiteral("velmorindal-setup"));
     QApplication::setDesktopFileName(QStringLiteral("velmorindal-setup"));
-    QApplication::setWindowIcon(QIcon{QStringLiteral(":/velmorindal/logo.svg")});
+    QApplication::setWindowIcon(QIcon{QStringLiteral(":/velmorindal/Logo.svg")});
     QApplication::setStyle(new LegibleStyle);
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style.
     installAccessibleControls();

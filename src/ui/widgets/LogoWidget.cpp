@@ -60,7 +60,7 @@ void LogoWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.setClipPath(circle);
     painter.fillPath(circle, palette().color(QPalette::Window));
     // Drawn from the vectors at the screen's own density.
-    QIcon{QStringLiteral(":/velmorindal/logo.svg")}.paint(&painter, static_cast<int>(center.x()) - side / 2,
+    QIcon{QStringLiteral(":/velmorindal/Logo.svg")}.paint(&painter, static_cast<int>(center.x()) - side / 2,
                                                           static_cast<int>(center.y()) - side / 2, side,
                                                           side);
     painter.restore();

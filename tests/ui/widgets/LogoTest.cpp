@@ -10,7 +10,7 @@ namespace velmorindal {
 namespace {
 
 TEST(Logo, ItIsPaintedFromTheVectorsAtEverySize) {
-    const QIcon icon{QStringLiteral(":/velmorindal/logo.svg")};
+    const QIcon icon{QStringLiteral(":/velmorindal/Logo.svg")};
 
     for (const int side : {16, 256}) {
         const QImage picture = icon.pixmap(side, side).toImage();
