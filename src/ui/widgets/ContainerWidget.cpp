@@ -1,5 +1,6 @@
 #include "ui/widgets/ContainerWidget.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -37,6 +38,11 @@ ContainerWidget::ContainerWidget(ContainerView& view)
     row->setSpacing(0);
     row->addWidget(steps_);
     row->addLayout(right, 1);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
+        if (before == placed_ && now != nullptr) {
+            placed_ = nullptr;
+        }
+    });
     refresh();
     placeFocus(true);
 }

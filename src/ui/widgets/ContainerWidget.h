@@ -41,7 +41,7 @@ class ContainerWidget final : public QWidget {
     StepColumn* steps_;
     QStackedWidget* pages_;
     NavigationRow* buttons_;
-    /// The button that was given the focus here, not by the user.
+    /// The button that was given the focus here and has kept it since: nobody chose it.
     QPointer<QWidget> placed_;
 };
 

@@ -127,6 +127,19 @@ TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
     EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
 }
 
+TEST_F(ContainerWidgetTest, AButtonThatTheUserHasComeBackToKeepsTheFocus) {
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    show(wizardState::Connect);
+    ASSERT_EQ(focusedLabel(), QStringLiteral("Cancel"));
+    find<QPushButton>(QStringLiteral("Load"))->setFocus();
+    find<QPushButton>(QStringLiteral("Cancel"))->setFocus();
+
+    velmorindal.connectionState = ConnectionStatus::connected;
+    settle();
+
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Cancel"));
+}
+
 TEST_F(ContainerWidgetTest, EnterPressesTheDefaultButtonFromAnyOtherControl) {
     show(wizardState::Mode);
     auto* radio = find<QRadioButton>(QStringLiteral("Direct Mode"));
