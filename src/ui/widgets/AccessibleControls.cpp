@@ -8,8 +8,10 @@
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/KeyList.h"
 #include "ui/widgets/LogoWidget.h"
+#include "ui/widgets/MainWindow.h"
 #include "ui/widgets/ProgressBarWidget.h"
 #include "ui/widgets/StepSlider.h"
+#include "ui/widgets/TextLabel.h"
 
 namespace velmorindal {
 
@@ -29,7 +31,7 @@ class AccessibleBar final : public QAccessibleWidget, public QAccessibleValueInt
         state.readOnly = true;
         return state;
     }
-    QVariant currentValue() const override { return widget_.targetFraction() * widget_.bar().maxValue; }
+    QVariant currentValue() const override { return widget_.spokenValue(); }
     void setCurrentValue(const QVariant& /*value*/) override {}
     QVariant maximumValue() const override { return widget_.bar().maxValue; }
     QVariant minimumValue() const override { return 0.0; }
@@ -106,7 +108,26 @@ class AccessibleKeyList final : public QAccessibleWidget {
     KeyList& list_;
 };
 
+/// There for the eye only.
+class UnspokenText final : public QAccessibleWidget {
+  public:
+    explicit UnspokenText(TextLabel& label) : QAccessibleWidget{&label, QAccessible::StaticText} {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = true;
+        return state;
+    }
+};
+
 QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+    if (auto* window = qobject_cast<MainWindow*>(object)) {
+        return new QAccessibleWidget{window, QAccessible::Window};
+    }
+    if (auto* label = qobject_cast<TextLabel*>(object);
+        label != nullptr && label->role() == TextRole::DialogTitle) {
+        return new UnspokenText{*label};
+    }
     if (auto* bar = qobject_cast<ProgressBarWidget*>(object)) {
         return new AccessibleBar{*bar};
     }

@@ -18,7 +18,7 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
     : QDialog{parent},
       described_{std::move(described)},
       pressed_{std::move(pressed)},
-      heading_{new TextLabel{TextRole::Title}},
+      heading_{new TextLabel{TextRole::DialogTitle}},
       message_{new TextLabel{TextRole::Body}} {
     const int unit = look::spacing();
     auto* column = new QVBoxLayout{this};

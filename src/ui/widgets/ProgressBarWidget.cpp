@@ -16,6 +16,7 @@ namespace velmorindal {
 namespace {
 
 constexpr int glideMilliseconds = 150;
+constexpr int pauseMilliseconds = 250;
 
 QPainterPath capsule(const QRectF& rect) {
     const double radius = std::min(rect.width(), rect.height()) / 2.0;
@@ -31,6 +32,9 @@ ProgressBarWidget::ProgressBarWidget(const QString& accessibleName, QWidget* par
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     glide_.setDuration(glideMilliseconds);
     glide_.setEasingCurve(QEasingCurve::OutCubic);
+    pause_.setSingleShot(true);
+    pause_.setInterval(pauseMilliseconds);
+    connect(&pause_, &QTimer::timeout, this, &ProgressBarWidget::tellScreenReader);
     connect(&glide_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         shownFraction_ = value.toDouble();
         update();
@@ -42,16 +46,27 @@ void ProgressBarWidget::setBar(const ProgressBar& bar) {
         return;
     }
     const double oldTarget = targetFraction();
-    const double oldValue = bar_.value;
     bar_ = bar;
     if (targetFraction() != oldTarget) {
         glideTo(targetFraction());
     }
     update();
-    if (bar.value != oldValue) {
-        QAccessibleValueChangeEvent changed{this, bar.value};
-        QAccessible::updateAccessibility(&changed);
+    tellScreenReader();
+}
+
+void ProgressBarWidget::tellScreenReader() {
+    if (pause_.isActive() || spokenValue() == toldValue_) {
+        return;
     }
+    toldValue_ = spokenValue();
+    QAccessibleValueChangeEvent changed{this, toldValue_};
+    QAccessible::updateAccessibility(&changed);
+    emit told(toldValue_);
+    pause_.start();
+}
+
+double ProgressBarWidget::spokenValue() const {
+    return std::round(targetFraction() * bar_.maxValue * 100.0) / 100.0;
 }
 
 double ProgressBarWidget::targetFraction() const {

@@ -5,6 +5,7 @@
 
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/KeyList.h"
+#include "ui/widgets/MessageDialog.h"
 #include "ui/widgets/ProgressBarWidget.h"
 #include "ui/widgets/StepSlider.h"
 #include "ui/widgets/WindowTest.h"
@@ -54,6 +55,36 @@ TEST_F(AccessibleControlsTest, ABarIsAProgressBarWithAValueThatCannotBeSet) {
     ASSERT_NE(bar.valueInterface(), nullptr);
     EXPECT_DOUBLE_EQ(bar.valueInterface()->currentValue().toDouble(), 1.2);
     EXPECT_DOUBLE_EQ(bar.valueInterface()->maximumValue().toDouble(), 3.0);
+}
+
+TEST_F(AccessibleControlsTest, ABarsValueIsToldInHundredths) {
+    show(wizardState::Calibration);
+    velmorindal.detectedClarity = static_cast<double>(0.37F);
+    settle();
+
+    EXPECT_EQ(
+        accessible(find<ProgressBarWidget>(QStringLiteral("Clarity level"))).valueInterface()->currentValue(),
+        0.37);
+}
+
+TEST_F(AccessibleControlsTest, TheWindowIsAWindowByItsTitle) {
+    EXPECT_EQ(accessible(&window()).role(), QAccessible::Window);
+    EXPECT_EQ(nameOf(&window()), QStringLiteral("Velmorindal Setup"));
+}
+
+TEST_F(AccessibleControlsTest, ADialogsTitleIsThereForAScreenReaderOnceAsTheNameOfItsWindow) {
+    container.cancelButtonPressed();
+    settle();
+    auto* dialog = window().findChild<MessageDialog*>();
+    ASSERT_NE(dialog, nullptr);
+
+    EXPECT_EQ(nameOf(dialog), QStringLiteral("Close Program?"));
+    int spoken = 0;
+    for (auto* label : dialog->findChildren<QLabel*>()) {
+        spoken += accessible(label).state().invisible ? 0 : 1;
+        EXPECT_EQ(accessible(label).state().invisible, label->text() == QStringLiteral("Close Program?"));
+    }
+    EXPECT_EQ(spoken, 1);
 }
 
 TEST_F(AccessibleControlsTest, AnIndicatorIsAPictureWithItsStateInTheDescription) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QImage>
+#include <QSignalSpy>
 #include <QTest>
 #include <limits>
 
@@ -28,6 +29,32 @@ int filledPixels(ProgressBarWidget& widget) {
         }
     }
     return count;
+}
+
+TEST(ProgressBarWidget, AScreenReaderHearsTheFirstAndTheLastOfManyValuesAndNotEveryOneBetween) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    QSignalSpy told{&widget, &ProgressBarWidget::told};
+
+    for (int value = 1; value <= 90; ++value) {
+        widget.setBar(barAt(value / 100.0));
+    }
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() > 1; }, 30'000));
+    ASSERT_EQ(told.size(), 2);
+    EXPECT_EQ(told.at(0).front().toDouble(), 0.01);
+    EXPECT_EQ(told.at(1).front().toDouble(), 0.9);
+}
+
+TEST(ProgressBarWidget, AScreenReaderDoesNotHearTheSameHundredthTwice) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    QSignalSpy told{&widget, &ProgressBarWidget::told};
+
+    widget.setBar(barAt(0.5));
+    widget.setBar(barAt(0.501));
+    EXPECT_FALSE(QTest::qWaitFor([&] { return told.size() > 1; }, 600));
+
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told.front().front().toDouble(), 0.5);
 }
 
 TEST(ProgressBarWidget, TheFillTakesItsPartOfTheTrack) {
