@@ -47,6 +47,11 @@ std::string quoted(std::string_view text) {
     return result + '"';
 }
 
+std::recursive_mutex& turn() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
 }  // namespace
 
 PrintItem::PrintItem(float value) : text_{shortestText(value)} {}
@@ -85,7 +90,10 @@ void printItems(std::span<const PrintItem> items) {
         }
         line += item.text();
     }
+    const std::lock_guard lock{turn()};
     writeLine(STDOUT_FILENO, line);
 }
+
+LastWord::LastWord() : lock_{turn()} {}
 
 }  // namespace velmorindal

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <initializer_list>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -47,6 +48,15 @@ void writeLine(int descriptor, std::string_view text);
 /// Writes the items, joined by one space, and a newline to standard output as one write. Safe from any
 /// thread.
 void printItems(std::span<const PrintItem> items);
+
+/// While one exists, only the thread that made it prints; what other threads want to print waits for its end.
+class LastWord {
+  public:
+    LastWord();
+
+  private:
+    std::unique_lock<std::recursive_mutex> lock_;
+};
 
 template <typename... Items>
 void print(const Items&... items) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <clocale>
 #include <cstdint>
 #include <limits>
@@ -68,6 +69,25 @@ TEST(Print, IgnoresTheLocale) {
         EXPECT_EQ(printed(1.5, 1234567), "1.5 1234567\n") << commaLocale;
     }
     std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(Print, LeavesTheLastWordToTheThreadThatHasIt) {
+    testing::internal::CaptureStdout();
+    std::thread other;
+    {
+        const LastWord lastWord;
+        std::atomic<bool> begun = false;
+        other = std::thread{[&begun] {
+            begun = true;
+            begun.notify_all();
+            print("too late");
+        }};
+        begun.wait(false);
+        print("the");
+        print("last");
+    }
+    other.join();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "the\nlast\ntoo late\n");
 }
 
 TEST(Print, KeepsTheLinesOfTwoThreadsWhole) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "diagnostics/Print.h"
+
 namespace velmorindal {
 
 Wizard::Wizard(DongleSearch search, QtFilePanel::Kind filePanelKind, std::function<void()> leave)
@@ -25,6 +27,8 @@ void Wizard::terminate() {
     }
     window_.saveFrame();
     delegate_.applicationShouldTerminate();
+    // A background thread may have come to its next line just now.
+    const LastWord lastWord;
     AppDelegate::applicationWillTerminate();
     leave_();
 }
