@@ -1,0 +1,154 @@
+#include "accessibility/ScriptedDongle.h"
+
+#include <charconv>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+#include "diagnostics/Print.h"
+#include "simulator/WireFrame.h"
+
+namespace velmorindal {
+namespace {
+
+using Type = VelmorindalMessageType;
+
+constexpr unsigned allTypes = 256;
+
+Type typeNamed(const std::string& name) {
+    for (unsigned code = 0; code < allTypes; ++code) {
+        const auto type = messageTypeFromCode(static_cast<std::uint8_t>(code));
+        if (type && caseName(*type) == name) {
+            return *type;
+        }
+    }
+    throw std::invalid_argument{"no message type: " + name};
+}
+
+template <typename Number>
+Number number(const std::string& text) {
+    Number value{};
+    const char* const end = text.data() + text.size();
+    if (std::from_chars(text.data(), end, value).ptr != end) {
+        throw std::invalid_argument{"no number: " + text};
+    }
+    return value;
+}
+
+Fault faultNamed(const std::string& name) {
+    static const std::map<std::string, Fault> faults{
+        {"silent", Fault::silence()},
+        {"refused", Fault::wrongMarker()},
+        {"invalid", Fault::payloadOneByteLonger()},
+        {"pulled-out", Fault::unplugBeforeAnswer()},
+    };
+    const auto found = faults.find(name);
+    if (found == faults.end()) {
+        throw std::invalid_argument{"no fault: " + name};
+    }
+    return found->second;
+}
+
+std::string hex(std::span<const std::uint8_t> bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        if (!text.empty()) {
+            text += ' ';
+        }
+        text += digits[byte >> 4U];
+        text += digits[byte & 0x0FU];
+    }
+    return text;
+}
+
+/// A well-formed response that nobody waiting for `type` takes for its answer.
+ByteBuffer foreignFrame(Type type) {
+    const Type other = type == Type::status ? Type::protocolSelect : Type::status;
+    const ByteBuffer payload{0};
+    return wireFrame(VelmorindalCommandProtocol::ResponseByte, static_cast<std::uint8_t>(other), payload);
+}
+
+}  // namespace
+
+ScriptedDongle::ScriptedDongle(const std::filesystem::path& directory, const std::string& name)
+    : dongle_{directory, {.name = name, .keepsReceivedFrames = false}} {
+    dongle_.whenReceived([](std::span<const std::uint8_t> frame) { print("received", hex(frame)); });
+}
+
+void ScriptedDongle::perform(const std::string& line) {
+    std::istringstream words{line};
+    std::string order;
+    std::string first;
+    std::string second;
+    words >> order >> first >> second;
+    if (order == "next") {
+        dongle_.onNext(typeNamed(first), faultNamed(second));
+    } else if (order == "every") {
+        dongle_.onEvery(typeNamed(first), faultNamed(second));
+    } else if (order == "hold") {
+        hold(typeNamed(first));
+    } else if (order == "release") {
+        release();
+    } else if (order == "link") {
+        dongle_.prepare([&](DeviceState& device) { device.linkState = number<std::uint8_t>(first); });
+    } else if (order == "detect-mode") {
+        dongle_.prepare([&](DeviceState& device) {
+            device.settings.humDuration.detectMode = number<std::uint8_t>(first);
+        });
+    } else if (order == "hum") {
+        dongle_.humOnce(number<std::uint16_t>(first));
+    } else if (order == "clarity") {
+        dongle_.reportClarity(number<float>(first));
+    } else if (order == "pull-out") {
+        dongle_.unplug();
+    } else if (order == "stored") {
+        for (const std::string& stored : storedSettingsInWords(dongle_.state())) {
+            print(stored);
+        }
+    } else {
+        throw std::invalid_argument{"no order: " + line};
+    }
+}
+
+void ScriptedDongle::hold(Type type) {
+    {
+        const std::lock_guard lock{mutex_};
+        holds_ = true;
+    }
+    dongle_.onNext(type, Fault{"held", [this, type](AnswerPlan& plan) {
+                                   const std::lock_guard lock{mutex_};
+                                   if (!holds_) {
+                                       return;
+                                   }
+                                   held_ = Held{.type = type, .answer = plan.answer};
+                                   plan.delivery = AnswerPlan::Delivery::never;
+                               }});
+}
+
+void ScriptedDongle::release() {
+    std::optional<Held> held;
+    {
+        const std::lock_guard lock{mutex_};
+        holds_ = false;
+        held = std::exchange(held_, std::nullopt);
+    }
+    if (held) {
+        dongle_.send(held->answer);
+    }
+}
+
+void ScriptedDongle::keepWaiting() {
+    if (const auto held = heldAnswer()) {
+        dongle_.send(foreignFrame(held->type));
+    }
+}
+
+std::optional<ScriptedDongle::Held> ScriptedDongle::heldAnswer() const {
+    const std::lock_guard lock{mutex_};
+    return held_;
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "protocol/VelmorindalMessageType.h"
+#include "simulator/VirtualDongle.h"
+
+namespace velmorindal {
+
+/// A dongle that a program in another language directs, one order a line:
+///
+///     next TYPE FAULT    the next frame of that type meets the fault: silent, refused, invalid, pulled-out
+///     every TYPE FAULT   each one does
+///     hold TYPE          the answer to the next one waits, and foreign frames keep the host waiting for it
+///     release            the answer that waits is sent, or will not have to wait
+///     link 0|1           whether the device is reached
+///     detect-mode BYTE   what the device answers
+///     hum TICKS          the device has heard a hum
+///     clarity VALUE      what its reports carry from now on
+///     pull-out           it is gone
+///     stored             prints what the device has stored
+///
+/// Prints each frame that it receives in hexadecimal digits after the word "received".
+class ScriptedDongle {
+  public:
+    ScriptedDongle(const std::filesystem::path& directory, const std::string& name);
+
+    const std::filesystem::path& path() const { return dongle_.path(); }
+
+    /// @throws std::invalid_argument for an order that it does not know.
+    void perform(const std::string& line);
+    /// To be called several times within the host's read time-out.
+    void keepWaiting();
+
+  private:
+    struct Held {
+        VelmorindalMessageType type;
+        ByteBuffer answer;
+    };
+
+    void hold(VelmorindalMessageType type);
+    void release();
+    std::optional<Held> heldAnswer() const;
+
+    mutable std::mutex mutex_;
+    bool holds_ = false;
+    std::optional<Held> held_;
+    VirtualDongle dongle_;  // last: its thread uses the above
+};
+
+}  // namespace velmorindal

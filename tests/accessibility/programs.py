@@ -1,0 +1,84 @@
+"""The two programs of a walk: the wizard, and the dongle that is directed while it runs."""
+
+import os
+import pathlib
+import signal
+import subprocess
+
+from screen_reader import wait_for
+
+PROGRAMS = pathlib.Path(os.environ["VELMORINDAL_PROGRAMS"])
+
+
+class Program:
+    """A program whose standard output and standard error are kept, line by line."""
+
+    def __init__(self, directory, name, arguments=(), variables=None, **options):
+        self.name = name
+        self._output = pathlib.Path(directory, f"{name}-{id(self)}.out")
+        self._errors = pathlib.Path(directory, f"{name}-{id(self)}.err")
+        with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
+            self.process = subprocess.Popen([PROGRAMS / name, *arguments], stdout=output, stderr=errors,
+                                            env={**os.environ, **(variables or {})}, **options)
+
+    def lines(self):
+        """The whole lines printed so far."""
+        return self._output.read_text(encoding="utf-8").split("\n")[:-1]
+
+    def errors(self):
+        return self._errors.read_text(encoding="utf-8")
+
+    def has_ended(self):
+        return self.process.poll() is not None
+
+    def status(self):
+        """The exit status, waited for."""
+        wait_for(f"the end of {self.name}", self.has_ended)
+        return self.process.returncode
+
+    def stop(self):
+        if not self.has_ended():
+            self.process.kill()
+        self.process.wait()
+        if self.process.stdin is not None:
+            self.process.stdin.close()
+
+
+class Wizard(Program):
+    """The wizard under test."""
+
+    def __init__(self, directory, devices):
+        super().__init__(directory, "velmorindal-setup", variables={"VELMORINDAL_DEVICE_DIRECTORY": f"{devices}/"},
+                         cwd=directory)
+
+    def terminate(self):
+        self.process.send_signal(signal.SIGTERM)
+
+
+class Dongle(Program):
+    """A simulated dongle that takes orders, such as `tell("hold status")`."""
+
+    def __init__(self, directory, devices, name="cu.usbmodem-simulated"):
+        super().__init__(directory, "velmorindal-scripted-dongle", [devices, name], stdin=subprocess.PIPE)
+        self._orders = 0
+        wait_for("the simulated dongle", self.lines)
+        self.path = self.lines()[0]
+
+    def tell(self, *orders):
+        for order in orders:
+            self.process.stdin.write(order.encode() + b"\n")
+            self.process.stdin.flush()
+            self._orders += 1
+            wait_for(lambda told=order: f"{told!r} being done; {self.errors()}",
+                     lambda: self.lines().count("done") == self._orders)
+
+    def received(self):
+        """The frames that the wizard has sent, in hexadecimal digits."""
+        marker = "received "
+        return [line[len(marker):] for line in self.lines() if line.startswith(marker)]
+
+    def stored(self):
+        """What the device has kept, in words."""
+        before = len(self.lines())
+        self.tell("stored")
+        return [line for line in self.lines()[before:] if line != "done" and not line.startswith("received ")]

@@ -1,0 +1,162 @@
+#!/usr/bin/python3
+"""What is announced when something changes: each thing once, and nothing twice."""
+
+import texts
+from screen_reader import GLib, listen, pyatspi
+from walk import Walk, main
+
+
+class Ears:
+    """Writes down what the bus announces: the kind of event, the role and the name of what it is about."""
+
+    KINDS = {"object:property-change:accessible-name": "name", "object:property-change:accessible-value": "value",
+             "object:property-change:accessible-description": "description", "object:state-changed:showing": "shown",
+             "object:state-changed:checked": "checked", "window:activate": "window"}
+
+    def __init__(self):
+        self.events = []
+        pyatspi.Registry.registerEventListener(self._hear, *self.KINDS)
+
+    def stop(self):
+        pyatspi.Registry.deregisterEventListener(self._hear, *self.KINDS)
+
+    def _hear(self, event):
+        kind = self.KINDS[str(event.type)]
+        if kind == "shown" and not event.detail1:
+            return
+        try:
+            event.source.clearCache()
+            self.events.append((kind, event.source.getRole(), event.source.name))
+        except GLib.Error:
+            # It is gone, and nobody can read it any more.
+            return
+
+    def forget(self):
+        listen()
+        self.events.clear()
+
+    def heard(self, kind, role):
+        """The names of what was announced so, in order."""
+        listen()
+        return [name for heard_kind, heard_role, name in self.events if (heard_kind, heard_role) == (kind, role)]
+
+
+class Announcements(Walk):
+
+    def setUp(self):
+        self.ears = Ears()
+        self.addCleanup(self.ears.stop)
+        super().setUp()
+
+    def after_one_more_turn(self):
+        """The program has done all that was due: keys go through the same queue as its repainting and its timers."""
+        before = self.focused()
+        self.key("Tab")
+        self.becomes(lambda: self.focused() not in (before, None), True, "the focus elsewhere")
+
+    def announced(self, kind, role, *names):
+        """Exactly these and no more, also not a little later."""
+        self.becomes(lambda: self.ears.heard(kind, role), list(names), f"what is announced: {kind}")
+        self.after_one_more_turn()
+        self.same(self.ears.heard(kind, role), list(names), f"what is announced: {kind}")
+
+    def test_the_status_line_is_announced_once_each_time_it_changes(self):
+        self.dongle.tell("hold status")
+        self.press("Next")
+        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTING)
+        self.ears.forget()
+        self.dongle.tell("release")
+        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTED)
+
+    def test_a_failed_connection_is_announced_by_its_line_and_one_dialog(self):
+        self.dongle.tell("hold status")
+        self.press("Next")
+        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.ears.forget()
+        self.dongle.tell("link 0", "pull-out")
+        dialog = texts.connection_failed("The device sent an unrecognized response.\n\n(Error code: VS/CC)")
+        self.hears_dialog(dialog)
+        self.announced_dialog(dialog)
+        self.same(self.ears.heard("name", pyatspi.ROLE_LABEL).count(texts.BROKEN), 1)
+
+    def announced_dialog(self, dialog):
+        """One dialog has come, and its text with it, each once."""
+        title, message, buttons = dialog
+        self.has_focus(buttons[-1])
+        self.becomes(lambda: self.ears.heard("window", pyatspi.ROLE_DIALOG), [title], "the dialogs that came")
+        self.same(self.ears.heard("shown", pyatspi.ROLE_LABEL).count(message), 1, "the text was shown once")
+        self.same(self.ears.heard("shown", pyatspi.ROLE_PUSH_BUTTON)[-len(buttons):], buttons)
+
+    def test_dialogs_that_follow_each_other_are_announced_once_each(self):
+        self.connect()
+        self.walk_to("Summary")
+        self.dongle.tell("next outputPath refused")
+        failed = texts.save_failed("Failed to write instruction to device.\n\nError code: OP/SC")
+        for press, dialog in (("Save", texts.SAVE_SETTINGS), ("Yes", failed), ("OK", texts.FILE_AFTER_FAILURE)):
+            self.ears.forget()
+            self.press(press)
+            self.hears_dialog(dialog)
+            self.announced_dialog(dialog)
+
+    def test_the_result_of_a_write_is_announced_once(self):
+        self.connect()
+        self.walk_to("Summary")
+        self.dongle.tell("hold humThresholds")
+        self.ears.forget()
+        self.press("Save", "Yes")
+        self.becomes(lambda: texts.WRITING in self.spoken(), True, "the write")
+        self.becomes(lambda: self.ears.heard("name", pyatspi.ROLE_LABEL).count(texts.WRITING), 1, "the write announced")
+        self.dongle.tell("release")
+        self.hears_dialog(texts.FILE_AFTER_SUCCESS)
+        self.press("No")
+        self.becomes(lambda: texts.WRITTEN in self.spoken(), True, "the result")
+        self.after_one_more_turn()
+        names = self.ears.heard("name", pyatspi.ROLE_LABEL)
+        self.same((names.count(texts.WRITING), names.count(texts.WRITTEN)), (1, 1))
+
+    def test_a_page_is_announced_once_and_by_its_step(self):
+        self.connect()
+        for step, page in (("Mode", texts.mode_page("Long/Short Mode", True, True)),
+                           ("Ouptut", texts.output_page("Switch Output")), ("Calibration", texts.calibration_page())):
+            self.ears.forget()
+            self.press("Next")
+            self.hears_page(page, "Cancel", "Back", "Next")
+            self.announced("shown", pyatspi.ROLE_LABEL, *[text for text in page if not text.startswith("[")])
+            self.same(self.ears.heard("description", pyatspi.ROLE_LABEL)[-1], step)
+            self.same(self.ears.heard("name", pyatspi.ROLE_LABEL), [])
+
+    def test_readings_are_announced_when_they_change_and_not_when_they_are_repeated(self):
+        self.connect()
+        self.walk_to("Calibration")
+        self.dongle.tell("clarity 0.25")
+        self.ears.forget()
+        self.press("Show Clarity")
+        self.becomes(lambda: "[progress bar] Clarity level 0.25" in self.spoken(), True, "the reading")
+        reading = "Have a reading of  0.25"
+        self.becomes(lambda: self.wizard.lines().count(reading) > 5, True, "five times the same")
+        self.announced("value", pyatspi.ROLE_PROGRESS_BAR, "Clarity level")
+        self.dongle.tell("clarity 0.75")
+        self.becomes(lambda: "[image] Clarity indicator: Above threshold" in self.spoken(), True, "the indicator")
+        self.becomes(lambda: self.wizard.lines().count("Have a reading of  0.75") > 5, True, "five times the same")
+        self.announced("value", pyatspi.ROLE_PROGRESS_BAR, "Clarity level", "Clarity level")
+        self.announced("description", pyatspi.ROLE_IMAGE, "Clarity indicator")
+        self.press("Show Clarity")
+        self.hears_page(texts.calibration_page(), "Cancel", "Back", "Next")
+        self.ears.forget()
+        self.press("Show Duration")
+        self.logged("Setting polling state from  none duration")
+        # The first answer tells of a hum before the display, and is dropped.
+        self.becomes(lambda: self.dongle.received().count("63 62 6c 00") > 1, True, "the second question")
+        self.dongle.tell("hum 50")
+        self.becomes(lambda: "[progress bar] Duration of last hum 2" in self.spoken(), True, "the hum")
+        self.announced("value", pyatspi.ROLE_PROGRESS_BAR, "Duration of last hum")
+        self.announced("description", pyatspi.ROLE_IMAGE, "Duration indicator")
+        self.hears_page(texts.calibration_page(last="2", kinds=("off", "on"), show=(" (unavailable)", "")))
+        self.press("Show Duration")
+        self.hears_page(texts.calibration_page(), "Cancel", "Back", "Next")
+
+
+if __name__ == "__main__":
+    main()

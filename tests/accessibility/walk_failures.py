@@ -1,0 +1,177 @@
+#!/usr/bin/python3
+"""Everything that can go wrong between the wizard and the device, and what is said about it."""
+
+import texts
+from walk import Walk, main
+
+UNRECOGNIZED = "The device sent an unrecognized response.\n\n(Error code: {})"
+INVALID_MESSAGE = "Invalid message received from server.\n\n(Error code: VC/TC)"
+REFUSED = "Failed to write instruction to device.\n\nError code: {}"
+LOST = "Disconnection during writing process. Your changes were not saved.\n\nError code: {}"
+
+
+class FailedConnections(Walk):
+
+    def fails(self, text, status=texts.BROKEN, *log):
+        """Next on the Welcome page ends in this dialog, and only Close is left."""
+        self.press("Next")
+        self.hears_dialog(texts.connection_failed(text))
+        self.press("OK")
+        self.hears_page(texts.connect_page(status), "Close")
+        self.logged(*log, "Could not connect.")
+        self.press("Close")
+        self.has_left()
+
+    def test_no_dongle(self):
+        self.dongle.tell("pull-out")
+        self.fails("Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.",
+                   texts.BROKEN, "No dongles found. Quitting.")
+
+    def test_link_down(self):
+        self.dongle.tell("link 0")
+        self.fails("Please ensure that your Velmorindal is turned on and in configuration mode.", texts.NOT_CONNECTED,
+                   "Have a status:  0")
+
+    def test_a_silent_device_at_the_status_check(self):
+        self.dongle.tell("every status silent")
+        self.fails(UNRECOGNIZED.format("VS/CC"), texts.BROKEN, "Error; could not get a status from the device")
+
+    def test_a_dongle_pulled_out_while_settings_are_read(self):
+        self.dongle.tell("next humDuration pulled-out")
+        self.fails(INVALID_MESSAGE, texts.BROKEN, "Failed to read settings.")
+
+    def test_a_device_that_answers_with_something_else(self):
+        for kind, code in (("protocolSelect", "VCPS/IV"), ("keyboardConfig", "VCKC/IV")):
+            with self.subTest(kind):
+                self.dongle.tell(f"next {kind} invalid")
+                self.fails(f"Invalid response from dongle (Error code: {code})", texts.BROKEN,
+                           "Failed to read settings.")
+                self.start()
+
+    def test_two_dongles_are_a_warning(self):
+        other = self.plug_in(name="cu.usbmodem-other")
+        self.press("Next")
+        self.hears_dialog(texts.SEVERAL_DONGLES)
+        self.press("OK")
+        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.logged("This program has detected 2 dongles.", "", "One will be chosen arbitrarily.")
+        self.becomes(lambda: self.wizard.lines()[-1], "Connected, with warnings.", "the log")
+        # The settings are read from one of the two; the other is asked for its version alone.
+        self.same(sorted(len(dongle.received()) for dongle in (self.dongle, other)), [1, 8])
+
+    def test_a_port_that_another_wizard_holds_is_no_dongle(self):
+        self.connect()
+        first, reader = self.wizard, self.reader
+        self.start()
+        self.press("Next")
+        self.hears_dialog(texts.connection_failed(
+            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."))
+        self.press("OK")
+        self.log_is("Open Result:  -1", "No dongles found. Quitting.", "Could not connect.")
+        self.press("Close")
+        self.has_left()
+        # The first one has lost nothing by it.
+        self.wizard, self.reader = first, reader
+        self.walk_to("Summary")
+        self.press("Save")
+        self.press("Yes")
+        self.hears_dialog(texts.FILE_AFTER_SUCCESS)
+
+
+class FailedWrites(Walk):
+
+    def ready_to_save(self, output="Switch Output"):
+        self.connect()
+        self.walk_to("Ouptut")
+        self.choose(output)
+        self.press("Next", "Next")
+        self.is_at("Summary")
+        self.page = self.spoken()
+
+    def fails(self, text):
+        self.press("Save")
+        self.hears_dialog(texts.SAVE_SETTINGS)
+        self.press("Yes")
+        self.hears_dialog(texts.save_failed(text))
+        self.logged("Save done. Fail.", "Could not save.")
+        self.press("OK")
+        self.hears_dialog(texts.FILE_AFTER_FAILURE)
+        self.press("No")
+        self.becomes(self.spoken, self.page, "the Summary page as before")
+        self.same(self.buttons(), ["Cancel", "Back", "Save"])
+
+    def test_every_step_that_is_refused_has_its_code(self):
+        for kind, code, output in (("protocolSelect", "PS/SC", "Bluetooth Keyboard"),
+                                   ("outputPath", "OP/SC", "Switch Output"),
+                                   ("writeSettings", "WS/SC", "USB Keyboard")):
+            with self.subTest(kind):
+                self.ready_to_save(output)
+                self.dongle.tell(f"next {kind} refused")
+                self.fails(REFUSED.format(code))
+                self.press("Cancel")
+                self.hears_dialog(texts.CLOSE_PROGRAM)
+                self.press("Yes")
+                self.has_left()
+                self.start()
+
+    def test_a_dongle_pulled_out_while_writing_and_a_second_try(self):
+        self.ready_to_save()
+        self.dongle.tell("next relayConfig pulled-out")
+        self.fails(LOST.format("RC/TC"))
+        self.fails("The Velmorindal is not connected, or the connection has been lost.\n\n"
+                   "Please ensure your device is connected and run this program again.")
+        self.press("Back", "Back", "Back", "Back")
+        self.hears_page(texts.connect_page(texts.BROKEN), "Close")
+
+    def test_a_silent_device_while_writing(self):
+        self.ready_to_save()
+        self.dongle.tell("next protocolSelect silent")
+        self.fails(LOST.format("PS/TC2"))
+
+    def test_no_to_saving_sends_nothing(self):
+        self.ready_to_save()
+        told = self.dongle.received()
+        self.press("Save")
+        self.hears_dialog(texts.SAVE_SETTINGS)
+        self.press("No")
+        self.becomes(self.dialogs, [], "no dialog")
+        self.same(self.spoken(), self.page)
+        self.same(self.dongle.received(), told)
+        self.same(self.wizard.lines()[-1], "Save pressed")
+
+
+class Cancelling(Walk):
+
+    def test_cancel_asks_on_every_page_and_no_changes_nothing(self):
+        self.dongle.tell("hold status")
+        self.press("Next")
+        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.cancels()
+        self.dongle.tell("release")
+        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.cancels()
+        for step in texts.STEPS[2:]:
+            self.press("Next")
+            self.is_at(step)
+            self.cancels()
+        self.dongle.tell("hold humThresholds")
+        self.press("Save", "Yes")
+        self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
+        self.becomes(lambda: self.spoken()[-3:], [texts.WRITING, "[progress bar] Write progress 3", "[button] Cancel"],
+                     "the progress")
+        self.cancels()
+        self.dongle.tell("release")
+        self.hears_dialog(texts.FILE_AFTER_SUCCESS)
+
+    def cancels(self):
+        before = self.spoken()
+        self.press("Cancel")
+        self.hears_dialog(texts.CLOSE_PROGRAM)
+        self.same(self.wizard.lines()[-1], "Cancel pressed")
+        self.press("No")
+        self.becomes(self.dialogs, [], "no dialog")
+        self.same(self.spoken(), before)
+
+
+if __name__ == "__main__":
+    main()
