@@ -7,7 +7,8 @@ import subprocess
 
 from screen_reader import wait_for
 
-PROGRAMS = pathlib.Path(os.environ["VELMORINDAL_PROGRAMS"])
+RELEASE = pathlib.Path(__file__).resolve().parents[2] / "build" / "release" / "bin"
+PROGRAMS = pathlib.Path(os.environ.get("VELMORINDAL_PROGRAMS", RELEASE))
 
 
 class Program:

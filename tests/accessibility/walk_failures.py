@@ -128,6 +128,23 @@ class FailedWrites(Walk):
         self.dongle.tell("next protocolSelect silent")
         self.fails(LOST.format("PS/TC2"))
 
+    def test_a_dongle_pulled_out_while_measuring_leaves_the_window_alive(self):
+        self.connect()
+        self.walk_to("Calibration")
+        for measurement in ("Show Clarity", "Show Duration"):
+            self.press(measurement)
+            self.becomes(self.buttons, [], "no button while it runs")
+            if measurement == "Show Clarity":
+                self.dongle.tell("pull-out")
+            self.press(measurement)
+            self.hears_page(texts.calibration_page(), "Cancel", "Back", "Next")
+        self.press("Next")
+        self.is_at("Summary")
+        self.page = self.spoken()
+        # What is gone before the first byte takes nothing; what goes later does not answer.
+        self.fails(REFUSED.format("PS/SC2"))
+        self.logged("Could not write my whole sequence.", "Save done. Fail.", "Could not save.")
+
     def test_no_to_saving_sends_nothing(self):
         self.ready_to_save()
         told = self.dongle.received()

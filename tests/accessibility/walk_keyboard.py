@@ -51,6 +51,7 @@ class FocusOrder(Keyboard):
         self.tabs_through("Next", "Switch Output", "Cancel", "Back")
         self.key("Tab", "Down")
         self.has_focus("USB Keyboard")
+        self.hears_page(texts.output_page("USB Keyboard", short="Space", long="Enter"), "Cancel", "Back", "Next")
         self.tabs_through("USB Keyboard", "Short hum keystroke", "Long hum keystroke", "Cancel", "Back", "Next")
         self.next_page("Calibration")
         self.has_focus("Next")
@@ -80,8 +81,7 @@ class Letters(Keyboard):
         self.becomes(self.dialogs, [], "no dialog")
         self.presses("Back")
         self.is_at("Welcome")
-        self.presses("Next")
-        for step in ("Mode", "Ouptut", "Calibration"):
+        for step in ("Connect", "Mode", "Ouptut", "Calibration"):
             self.presses("Next")
             self.is_at(step)
         for measurement, other in (("Show Clarity", "Show Duration"), ("Show Duration", "Show Clarity")):
@@ -152,7 +152,9 @@ class Controls(Keyboard):
         self.has_focus("Direct Mode")
         self.hears_page(texts.mode_page("Direct Mode"), "Cancel", "Back", "Next")
         self.next_page("Ouptut")
-        self.key("Tab", "Down", "Tab")
+        self.key("Tab", "Down")
+        self.hears_page(texts.output_page("USB Keyboard", keystroke="Enter"), "Cancel", "Back", "Next")
+        self.key("Tab")
         self.has_focus("Keystroke")
         self.key("Down", "Down")
         self.hears_page(texts.output_page("USB Keyboard", keystroke="Shift+Tab"), "Cancel", "Back", "Next")

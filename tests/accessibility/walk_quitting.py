@@ -58,6 +58,13 @@ class OnEveryPage(Quitting):
         self.hears_dialog(texts.CLOSE_PROGRAM)
         self.leaves_by_signal()
 
+    def test_a_signal_closes_a_file_panel_with_everything_else(self):
+        self.go_to("Connect")
+        self.press("Load")
+        self.hears_panel(texts.LOAD_PANEL)
+        self.leaves_by_signal()
+        self.same(self.wizard.lines()[-5:], ["Load pressed", *texts.QUITTING])
+
     def test_keys_and_signals_close_it_too(self):
         self.leaves_by_key()
         self.start()
