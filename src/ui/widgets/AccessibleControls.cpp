@@ -71,8 +71,15 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
 /// A pop-up list under its own name. The toolkit's own interface takes the chosen entry for the name.
 class AccessibleKeyList final : public QAccessibleWidget {
   public:
-    explicit AccessibleKeyList(KeyList& list)
-        : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {}
+    explicit AccessibleKeyList(KeyList& list) : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {
+        // The bus carries no value of a list: what is chosen is known by the one entry that is selected,
+        // which the toolkit marks only when the list is opened.
+        const auto select = [&list] {
+            list.view()->setCurrentIndex(list.model()->index(list.currentIndex(), 0));
+        };
+        QObject::connect(&list, &KeyList::currentIndexChanged, list.view(), select);
+        select();
+    }
 
     QString text(QAccessible::Text kind) const override {
         return kind == QAccessible::Value ? list_.currentText() : QAccessibleWidget::text(kind);
@@ -92,9 +99,12 @@ class AccessibleKeyList final : public QAccessibleWidget {
     int indexOfChild(const QAccessibleInterface* child) const override {
         return child != nullptr && child->object() == list_.view() ? 0 : -1;
     }
-    QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
+    QStringList actionNames() const override {
+        return QStringList{showMenuAction(), pressAction()} + QAccessibleWidget::actionNames();
+    }
     void doAction(const QString& name) override {
         if (name != showMenuAction() && name != pressAction()) {
+            QAccessibleWidget::doAction(name);
             return;
         }
         if (list_.view()->isVisible()) {

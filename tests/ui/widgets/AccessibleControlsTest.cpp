@@ -113,6 +113,39 @@ TEST_F(AccessibleControlsTest, AKeyListIsNamedByItsLabelAndHasTheChosenKeyAsItsV
     EXPECT_FALSE(list.state().expanded);
 }
 
+TEST_F(AccessibleControlsTest, TheChosenKeyOfAClosedListIsItsOneSelectedEntry) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    auto& list = accessible(find<KeyList>(QStringLiteral("Keystroke")));
+    const auto selected = [&list] {
+        const QAccessibleInterface& entries = *list.child(0);
+        QStringList names;
+        for (int i = 0; i < entries.childCount(); ++i) {
+            if (entries.child(i)->state().selected) {
+                names << entries.child(i)->text(QAccessible::Name);
+            }
+        }
+        return names;
+    };
+    EXPECT_EQ(selected(), QStringList{QStringLiteral("F1")});
+
+    velmorindal.outputKeys = keyList{.directKey = OutputKey::ShiftTab};
+    settle();
+
+    EXPECT_EQ(selected(), QStringList{QStringLiteral("Shift+Tab")});
+}
+
+TEST_F(AccessibleControlsTest, AKeyListTakesTheFocusFromAScreenReader) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    auto* list = find<KeyList>(QStringLiteral("Keystroke"));
+    ASSERT_NE(window().focusWidget(), list);
+
+    accessible(list).actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+
+    EXPECT_EQ(window().focusWidget(), list);
+}
+
 TEST_F(AccessibleControlsTest, EveryOtherControlIsNamedByItsVisibleText) {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.outputPath = OutputPath::USBKeyboard;
