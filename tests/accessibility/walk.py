@@ -67,8 +67,7 @@ class Walk(unittest.TestCase):
         controls = list(window.everything())
         labels = [control.name for control in controls if control.role == pyatspi.ROLE_LABEL]
         pressed = [control for control in controls if control.role == pyatspi.ROLE_PUSH_BUTTON]
-        message = "\n".join(label for label in labels if label != window.name)
-        return window.name, message, [control.name for control in sorted(pressed, key=lambda control: control.place)]
+        return window.name, "\n".join(label for label in labels if label != window.name), [control.name for control in sorted(pressed, key=lambda control: control.place)]
 
     def control(self, name, role=pyatspi.ROLE_PUSH_BUTTON):
         """The control of that name in the window that was opened last, waited for."""

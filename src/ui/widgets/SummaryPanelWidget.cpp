@@ -60,8 +60,12 @@ void SummaryPanelWidget::refresh() {
         setShown(rows_[i].label, shown);
         setShown(rows_[i].value, shown);
     }
-    setShown(status_, !view_.statusText().empty());
-    status_->showText(view_.statusText());
+    const auto status = view_.statusText();
+    setShown(status_, !status.empty());
+    if (!status.empty()) {
+        // A hidden text keeps its words: emptied, it would announce a change that nobody sees.
+        status_->showText(status);
+    }
     const auto bar = view_.progressBar();
     if (bar) {
         progress_->setBar(*bar);
