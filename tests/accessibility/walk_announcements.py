@@ -92,6 +92,9 @@ class Announcements(Walk):
         self.has_focus(buttons[-1])
         self.becomes(lambda: self.ears.heard("window", pyatspi.ROLE_DIALOG), [title], "the dialogs that came")
         self.same(self.ears.heard("shown", pyatspi.ROLE_LABEL).count(message), 1, "the text was shown once")
+        # The title is said as the window's name; as a text of the window it would be said twice.
+        labels = [control.name for control in self.windows()[-1].everything() if control.role == pyatspi.ROLE_LABEL]
+        self.same(labels, [message], "the texts in the dialog")
         self.same(self.ears.heard("shown", pyatspi.ROLE_PUSH_BUTTON)[-len(buttons):], buttons)
 
     def test_dialogs_that_follow_each_other_are_announced_once_each(self):
