@@ -83,7 +83,9 @@ void VirtualDongle::reportClarities(const std::vector<float>& maxima) {
 }
 
 void VirtualDongle::sendReport(float maximum, float minimum) {
-    send(SimulatedDevice::report(maximum, minimum));
+    const Lock lock{mutex_};
+    deliverReport(SimulatedDevice::report(maximum, minimum), Clock::now());
+    wakeUp_.raise();
 }
 
 void VirtualDongle::send(std::span<const std::uint8_t> bytes) {
@@ -185,22 +187,18 @@ void VirtualDongle::sendReports(Clock::time_point now) {
     }
     for (; *nextReport_ <= now && !unplugBy_; *nextReport_ += options_.reportInterval) {
         if (line_.waiting() <= longestBacklog) {
-            reportScript_.count();
-            AnswerPlan plan{.answer = device_.nextReport()};
-            reportScript_.bend(plan);
-            deliver(plan, now);
+            deliverReport(device_.nextReport(), now);
         }
     }
 }
 
 void VirtualDongle::unplugOnceTaken(Clock::time_point now) {
-    if (!unplugBy_) {
-        return;
+    if (unplugBy_) {
+        // A host that goes on to its next frame has what it waited for.
+        const bool taken =
+            line_.waiting() == 0 && (terminal_.hostHasTakenAll() || canBeRead(terminal_.descriptor()));
+        unplugAsked_ = unplugAsked_ || taken || now >= *unplugBy_;
     }
-    // A host that goes on to its next frame has what it waited for.
-    const bool taken =
-        line_.waiting() == 0 && (terminal_.hostHasTakenAll() || canBeRead(terminal_.descriptor()));
-    unplugAsked_ = unplugAsked_ || taken || now >= *unplugBy_;
 }
 
 void VirtualDongle::waitForWork(Lock& lock) {
@@ -265,6 +263,13 @@ void VirtualDongle::handle(const ByteBuffer& frame, Lock& lock) {
         device_.apply(frame);
     }
     line_.put(std::exchange(heldBack_, {}), now);
+    deliver(plan, now);
+}
+
+void VirtualDongle::deliverReport(ByteBuffer report, Clock::time_point now) {
+    reportScript_.count();
+    AnswerPlan plan{.answer = std::move(report)};
+    reportScript_.bend(plan);
     deliver(plan, now);
 }
 

@@ -152,6 +152,9 @@ class VirtualDongle {
     Clock::time_point nextDeadline(Clock::time_point now) const;
     void receive(Lock& lock);
     void handle(const ByteBuffer& frame, Lock& lock);
+
+    // From any thread, under the lock.
+    void deliverReport(ByteBuffer report, Clock::time_point now);
     void deliver(const AnswerPlan& plan, Clock::time_point now);
 
     const Options options_;

@@ -102,6 +102,18 @@ TEST_F(Streaming, WithoutAnIntervalOnlyTheReportsOfTheTestAreSent) {
     EXPECT_THAT(readReports(1), ElementsAre(0.5F));
 }
 
+TEST_F(Streaming, AReportOfTheTestMeetsTheFaultOfItsNumberToo) {
+    plugIn({.reportInterval = 0us});
+    dongle_->onReport(2, Fault::answerWith({1, 2, 3}));
+    host_->ask(startStreaming, 5);
+    dongle_->sendReport(0.25F);
+    dongle_->sendReport(0.5F);
+    dongle_->sendReport(0.75F);
+    EXPECT_THAT(readReports(1), ElementsAre(0.25F));
+    EXPECT_EQ(host_->read(3), (ByteBuffer{1, 2, 3}));
+    EXPECT_THAT(readReports(1), ElementsAre(0.75F));
+}
+
 TEST_F(Streaming, AFaultMeetsTheReportOfItsNumber) {
     plugIn({.reportInterval = 1ms});
     dongle_->onReport(2, Fault::answerWith({1, 2, 3}));
