@@ -19,6 +19,8 @@ namespace velmorindal {
 /// A model beside one simulated dongle, its main queue in the hands of the test.
 class SessionTest : public testing::Test {
   protected:
+    explicit SessionTest(const VirtualDongle::Options& options = {}) : dongle{directory.path(), options} {}
+
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
         dongle.unplug();
@@ -93,7 +95,7 @@ class SessionTest : public testing::Test {
     }
 
     TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
+    VirtualDongle dongle;
     ManualDispatch dispatch;
     VelmorindalSwitch velmorindal{dispatch, {.directory = directory.path().string() + "/"}};
 

@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <span>
+
+#include "session/FrameWatch.h"
 
 namespace velmorindal {
 namespace {
@@ -54,6 +57,7 @@ bool ShortWrite::hasHappened() const {
 // Stands before the system's own for the whole test program.
 extern "C" ssize_t write(int descriptor, const void* bytes, std::size_t size) {
     auto wanted = static_cast<std::ptrdiff_t>(size);
+    velmorindal::FrameWatch::noteWrite(std::span{static_cast<const std::uint8_t*>(bytes), size});
     if (const auto planned = velmorindal::plannedResult(static_cast<const std::uint8_t*>(bytes), size)) {
         if (*planned < 0) {
             errno = EIO;

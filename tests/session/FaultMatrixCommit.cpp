@@ -1,0 +1,106 @@
+#include "session/FaultMatrixStory.h"
+
+namespace velmorindal {
+namespace {
+
+struct Step {
+    ByteBuffer command;
+    std::string refusedCode;
+    std::string lostCode;
+    std::vector<double> progressWhenGood;
+};
+
+// Space for a short hum and Enter for a long one, told apart at one second: 25 ticks. Clarity 0.5.
+const ByteBuffer humDuration{0x63, 0x62, 0x64, 0x0B, 0x03, 0x00, 0x00, 0x19,
+                             0x00, 0x19, 0x00, 0xFF, 0xFF, 0x04, 0x00};
+const ByteBuffer relays{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 0x0A, 0x00,
+                        0xE8, 0x03, 0x01, 0x00, 0x0A, 0x00, 0xE8, 0x03};
+const ByteBuffer thresholds{0x63, 0x62, 0x68, 0x08, 0x00, 0x00, 0x00, 0x3F, 0x00, 0x00, 0x00, 0x3F};
+const ByteBuffer keyboard{0x63, 0x62, 0x6B, 0x08, 0x00, 0x2C, 0x00, 0x00, 0x00, 0x28, 0x00, 0x00};
+const ByteBuffer store{0x63, 0x62, 0x77, 0x00};
+
+const std::vector<Step> usbSteps{
+    {{0x63, 0x62, 0x78, 0x01, 0x00}, "PS/SC2", "PS/TC2", {}},  //
+    {{0x63, 0x62, 0x70, 0x01, 0x00}, "OP/SC", "OP/TC", {1}},
+    {humDuration, "HD/SC", "HD/TC", {2}},
+    {relays, "RC/SC", "RC/TC", {3}},
+    {thresholds, "HT/SC", "HT/TC", {4}},
+    {keyboard, "KC/SC", "KC/TC", {5}},
+    {store, "WS/SC", "WS/TC", {5}},
+};
+
+const std::vector<Step> bluetoothSteps{
+    {{0x63, 0x62, 0x78, 0x01, 0x01}, "PS/SC", "PS/TC", {1}},
+    {humDuration, "HD/SC", "HD/TC", {2}},
+    {relays, "RC/SC", "RC/TC", {3}},
+    {thresholds, "HT/SC", "HT/TC", {4}},
+    {keyboard, "KC/SC", "KC/TC", {5}},
+    {store, "WS/SC", "WS/TC", {5}},
+};
+
+void end(Story& story, const std::string& text) {
+    story.results.push_back("false: " + text);
+    story.connectionStates.emplace_back("error");
+}
+
+/// @returns whether the write goes on.
+bool tellOf(Story& story, const Step& step, Outcome outcome, const std::string& diagnostic) {
+    story.frames.push_back(step.command);
+    switch (outcome) {
+        case Outcome::thrown:
+        case Outcome::late:
+            end(story, "Disconnection during writing process. Your changes were not saved.\n\nError code: " +
+                           step.lostCode);
+            return false;
+        case Outcome::nothing:
+            story.print({cutLine});
+            break;
+        case Outcome::invalid:
+            story.print({diagnostic});
+            break;
+        default:
+            story.advanceTo(step.progressWhenGood);
+            return true;
+    }
+    end(story, "Failed to write instruction to device.\n\nError code: " + step.refusedCode);
+    return false;
+}
+
+void tellOfSuccess(Story& story) {
+    story.print({"Save completed."});
+    story.results.emplace_back("true");
+    story.connectionStates.emplace_back("connected");
+}
+
+/// Everything is written anew. The late answer comes with the first frame and is passed over, or acknowledges
+/// it.
+void tellOfASecondAttempt(Story& story, const std::vector<Step>& steps) {
+    story.connectionStates.insert(story.connectionStates.end(), {"connected", "writing"});
+    story.advanceTo({0});
+    for (const Step& step : steps) {
+        tellOf(story, step, Outcome::good, "");
+    }
+    tellOfSuccess(story);
+}
+
+}  // namespace
+
+Story expectedCommit(const Cell& cell) {
+    const auto& steps = cell.exchange.exchange >= Exchange::bluetoothProtocol ? bluetoothSteps : usbSteps;
+    Story story;
+    story.connectionStates.emplace_back("writing");
+    story.advanceTo({0});
+    std::size_t frame = 0;
+    for (const Step& step : steps) {
+        if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
+            if (cell.outcome == Outcome::late) {
+                tellOfASecondAttempt(story, steps);
+            }
+            return story;
+        }
+    }
+    tellOfSuccess(story);
+    return story;
+}
+
+}  // namespace velmorindal

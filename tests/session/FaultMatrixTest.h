@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+
+#include "session/FaultMatrixStory.h"
+#include "session/FrameWatch.h"
+#include "session/SessionTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+
+/// A session that meets the mishap of one cell, played through to its end.
+class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<Cell> {
+  protected:
+    /// Only the reports of the test are sent.
+    FaultMatrixTest() : SessionTest{{.reportInterval = std::chrono::microseconds{0}}} {}
+
+    void SetUp() override;
+
+    /// Does what a user does, as far as the mishap lets one.
+    Story play();
+
+    /// Those of the frames in `written` that got out whole and found a dongle.
+    std::vector<ByteBuffer> framesThatArrived(const std::vector<ByteBuffer>& written) const;
+
+    const Cell& cell() const { return GetParam(); }
+
+  private:
+    void playConnection();
+    void playCommit();
+    void playClarityRun();
+    void playDurationRun();
+
+    bool connectOnce();
+    bool commitOnce();
+    void askAgain();
+    std::string ask(VelmorindalMessageType type);
+    void sendReportsAndWaitForThem();
+    bool waitForReading(double clarity);
+    void noteResult(bool result);
+
+    /// On the thread that writes, before each of its frames.
+    void beforeFrame(std::size_t number);
+    void noteStates();
+    bool waitForThePull();
+    void dropUnreadBytes() const;
+
+    bool isMishap(Mishap mishap) const { return cell().mishap.mishap == mishap; }
+    bool endsWithThePull() const {
+        return isMishap(Mishap::pulledBefore) || isMishap(Mishap::pulledDuring) ||
+               isMishap(Mishap::pulledAfter);
+    }
+    bool isExchange(Exchange exchange) const { return cell().exchange.exchange == exchange; }
+
+    std::unique_ptr<FrameWatch> frames_;
+    std::unique_ptr<ShortWrite> cut_;
+    ChangeNotifier::Subscription states_;
+    std::mutex mutex_;
+    Story story_;
+};
+
+}  // namespace velmorindal
