@@ -1,0 +1,29 @@
+# The Debian package. What it depends on is computed: from what the programs are linked with, and from where the plugin
+# comes that draws the logo. The toolkit loads it by itself; without it there would be no logo, and no complaint either.
+find_program(DPKG_QUERY dpkg-query)
+if(DPKG_QUERY)
+    execute_process(
+        COMMAND ${DPKG_QUERY} --search ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_PLUGINS}/iconengines/libqsvgicon.so
+        OUTPUT_VARIABLE owner
+        COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX REPLACE "^([^:]+):.*" "\\1" CPACK_DEBIAN_PACKAGE_DEPENDS "${owner}")
+endif()
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME velmorindal-setup)
+set(CPACK_PACKAGE_VENDOR "The Velmorindal Setup developers")
+# The field must hold an address. There is none, and below this reserved name there never can be.
+set(CPACK_PACKAGE_CONTACT "The Velmorindal Setup developers <velmorindal-setup@example.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "setup wizard for the Velmorindal assistive switch")
+set(CPACK_PACKAGE_DESCRIPTION "The Velmorindal is an assistive switch worn on the neck, which turns hums into
+switch closures or keystrokes. With this wizard a clinician or carer sets it
+up for its wearer over a USB dongle: mode, outputs, keystrokes and the two
+thresholds, with live readings while the wearer hums.
+.
+A simulated dongle for trying the wizard without a device is included.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/PrepareFiles.cmake)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+include(CPack)

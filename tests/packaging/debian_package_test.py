@@ -1,0 +1,69 @@
+#!/usr/bin/env python3
+"""Makes the Debian package and looks at it with Debian's own tools.
+
+Usage: debian_package_test.py CPACK BUILD_DIRECTORY LINTIAN
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+LINTIAN = sys.argv.pop(3)
+BUILD = sys.argv.pop(2)
+CPACK = sys.argv.pop(1)
+
+
+# What lintian says only on request, and wrongly: the texts are meant to be spelled so, and no call of the programs is
+# one that the compiler can fortify, though it is told to.
+MISTAKEN = "hardening-no-fortify-functions,spelling-error-in-binary"
+
+
+def output_of(*command):
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    if done.returncode != 0:
+        raise AssertionError(f"{command} ended with {done.returncode}:\n{done.stdout}")
+    return done.stdout
+
+
+class DebianPackage(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.directory = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.directory.cleanup)
+        # Whatever the mask of whoever builds it, the package's directories are for everyone.
+        os.umask(0o077)
+        made = output_of(CPACK, "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", cls.directory.name)
+        packages = list(pathlib.Path(cls.directory.name).glob("*.deb"))
+        assert len(packages) == 1, made
+        cls.package = str(packages[0])
+
+    def test_lintian_finds_nothing(self):
+        found = output_of(LINTIAN, "--allow-root", "--pedantic", "--display-info", "--suppress-tags", MISTAKEN,
+                          "--fail-on", "error,warning,info,pedantic,override", self.package)
+        self.assertEqual(found, "")
+
+    def test_depends_on_what_the_programs_are_linked_with_and_on_the_plugin_that_draws_the_logo(self):
+        depends = output_of("dpkg-deb", "--field", self.package, "Depends")
+        for library in ("libc6 (>= ", "libqt6widgets6", "libqt6svg6", "libstdc++6"):
+            self.assertIn(library, depends)
+
+    def test_runs_nothing_as_root_when_it_is_installed_or_removed(self):
+        with tempfile.TemporaryDirectory() as directory:
+            output_of("dpkg-deb", "--control", self.package, directory)
+            self.assertEqual({path.name for path in pathlib.Path(directory).iterdir()}, {"control", "md5sums"})
+
+    def test_everything_belongs_to_root_and_nobody_else_can_write_it(self):
+        lines = output_of("dpkg-deb", "--contents", self.package).splitlines()
+        self.assertGreater(len(lines), 20)
+        for line in lines:
+            self.assertRegex(line, r"^(?:drwxr-xr-x|-rw-r--r--|-rwxr-xr-x) root/root ")
+        programs = {re.search(r"\./\S+$", line)[0] for line in lines if line.startswith("-rwx")}
+        self.assertEqual(programs, {"./usr/bin/velmorindal-setup", "./usr/bin/velmorindal-simulator"})
+
+
+if __name__ == "__main__":
+    unittest.main()
