@@ -1,0 +1,192 @@
+#include "docs/ProtocolDocument.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "protocol/HexText.h"
+#include "protocol/MessageClass.h"
+#include "protocol/VelmorindalMessageFactory.h"
+#include "session/SessionTest.h"
+#include "simulator/SimulatedDevice.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::IsEmpty;
+using testing::Not;
+
+using Example = ProtocolDocument::Example;
+
+constexpr std::size_t typeOffset = 2;
+
+const ProtocolDocument& document() {
+    static const ProtocolDocument page{VELMORINDAL_TEST_SOURCE_DIRECTORY "/../docs/protocol.md"};
+    return page;
+}
+
+std::vector<Example> examplesOf(const std::string& kind) {
+    std::vector<Example> found;
+    std::ranges::copy_if(document().examples(), std::back_inserter(found),
+                         [&](const Example& example) { return example.kind == kind; });
+    return found;
+}
+
+bool hasExample(std::string_view messageClass, const std::string& kind) {
+    return std::ranges::any_of(examplesOf(kind),
+                               [&](const Example& example) { return example.messageClass == messageClass; });
+}
+
+const MessageClass& classOf(const Example& example) {
+    const auto classes = allMessageClasses();
+    const auto found = std::ranges::find(classes, example.messageClass, &MessageClass::name);
+    if (found == classes.end()) {
+        refuse(example.messageClass);
+    }
+    return *found;
+}
+
+std::map<std::string, std::string> fieldsOf(const MessageClass& messageClass, VelmorindalCommand& message) {
+    std::map<std::string, std::string> fields;
+    for (const auto& each : messageClass.fields(message)) {
+        if (each.name != "_valid") {
+            fields.emplace(each.name, each.text());
+        }
+    }
+    return fields;
+}
+
+/// The types that a host asks for; the table of the page says why the others are not among them.
+bool isQueried(std::string_view messageClass) {
+    return messageClass != "VCRelayConfig" && messageClass != "VCAutoTune" &&
+           messageClass != "VCWriteSettings" && messageClass != "VCReset";
+}
+
+template <typename Operation>
+bool isImplemented(Operation operation) {
+    try {
+        operation();
+    } catch (const VelmorindalException& exception) {
+        return exception.error != VelmorindalError::NotImplementedError;
+    }
+    return true;
+}
+
+TEST(ProtocolDocument, HasAnExampleOfEveryMessageInEveryDirectionThatItTravels) {
+    for (const MessageClass& each : allMessageClasses()) {
+        const auto message = each.make();
+        EXPECT_EQ(hasExample(each.name, "query"), isQueried(each.name)) << each.name;
+        const bool isSent = isImplemented([&] { message->serialize(); });
+        EXPECT_EQ(hasExample(each.name, "command"), isSent) << each.name;
+        EXPECT_EQ(hasExample(each.name, "acknowledgement"), isSent) << each.name;
+        const bool isDecoded = isImplemented([&] { message->deserialize({}); });
+        EXPECT_EQ(hasExample(each.name, "answer"), isDecoded) << each.name;
+        EXPECT_TRUE(hasExample(each.name, "refused")) << each.name;
+    }
+}
+
+TEST(ProtocolDocument, HasNoExampleOfAKindThatNoTestLooksAt) {
+    EXPECT_EQ(examplesOf("query").size() + examplesOf("command").size() +
+                  examplesOf("acknowledgement").size() + examplesOf("answer").size() +
+                  examplesOf("refused").size(),
+              document().examples().size());
+}
+
+TEST(ProtocolDocument, ItsQueriesAreTheFramesThatTheHostSends) {
+    for (const Example& example : examplesOf("query")) {
+        ASSERT_GT(example.frame.size(), typeOffset);
+        EXPECT_EQ(VelmorindalCommand::addHeader({}, example.frame[typeOffset], true), example.frame);
+        const auto answer = VelmorindalMessageFactory::createFromWire(example.frame);
+        ASSERT_NE(answer, nullptr);
+        EXPECT_TRUE(classOf(example).matches(*answer)) << example.messageClass;
+    }
+}
+
+TEST(ProtocolDocument, ItsCommandsAreWhatTheirFieldsAreSentAs) {
+    for (const Example& example : examplesOf("command")) {
+        const MessageClass& messageClass = classOf(example);
+        const auto message = messageClass.make();
+        for (const auto& each : messageClass.fields(*message)) {
+            if (const auto value = example.fields.find(std::string{each.name});
+                value != example.fields.end()) {
+                each.set(value->second);
+            }
+        }
+        EXPECT_EQ(hexadecimal(message->serialize()), hexadecimal(example.frame)) << example.messageClass;
+        EXPECT_EQ(fieldsOf(messageClass, *message), example.fields) << example.messageClass;
+    }
+}
+
+TEST(ProtocolDocument, ItsAnswersAreReadAsTheirFields) {
+    for (const Example& example : examplesOf("answer")) {
+        const MessageClass& messageClass = classOf(example);
+        const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
+        ASSERT_NE(message, nullptr) << example.messageClass;
+        ASSERT_TRUE(messageClass.matches(*message)) << example.messageClass;
+        EXPECT_TRUE(message->_valid) << hexadecimal(example.frame);
+        EXPECT_EQ(fieldsOf(messageClass, *message), example.fields) << hexadecimal(example.frame);
+    }
+}
+
+TEST(ProtocolDocument, ItsAcknowledgementsPassTheCheckOfTheHost) {
+    for (const Example& example : examplesOf("acknowledgement")) {
+        const auto message = classOf(example).make();
+        const std::uint8_t type = message->serialize().at(typeOffset);
+        EXPECT_TRUE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
+    }
+}
+
+TEST(ProtocolDocument, WhatItCallsRefusedBecomesNoValidMessage) {
+    for (const Example& example : examplesOf("refused")) {
+        const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
+        EXPECT_FALSE(message && message->_valid) << hexadecimal(example.frame);
+        if (message) {
+            EXPECT_TRUE(classOf(example).matches(*message)) << hexadecimal(example.frame);
+        }
+    }
+}
+
+/// The model beside a dongle as the page's conversations have it.
+class ProtocolDocumentConversation : public SessionTest {
+  protected:
+    /// The lines of one side.
+    static std::vector<ByteBuffer> said(const std::string& heading, bool byHost) {
+        std::vector<ByteBuffer> frames;
+        for (const auto& line : document().conversation(heading)) {
+            if (line.fromHost == byHost) {
+                frames.push_back(line.frame);
+            }
+        }
+        return frames;
+    }
+
+    /// What the simulated device would say to the host's lines, from the state that it is in.
+    static std::vector<ByteBuffer> answersTo(const std::vector<ByteBuffer>& frames) {
+        SimulatedDevice device{DeviceState{}, std::nullopt};
+        std::vector<ByteBuffer> answers;
+        for (const ByteBuffer& frame : frames) {
+            answers.push_back(device.answerTo(frame));
+            device.apply(frame);
+        }
+        return answers;
+    }
+};
+
+TEST_F(ProtocolDocumentConversation, ConnectsAndWritesAsTheModelAndTheDeviceDo) {
+    ASSERT_THAT(said("Connecting", true), Not(IsEmpty()));
+    ASSERT_THAT(said("Writing", true), Not(IsEmpty()));
+
+    ASSERT_TRUE(connect());
+    EXPECT_EQ(dongle.receivedFrames(), said("Connecting", true));
+    EXPECT_EQ(answersTo(said("Connecting", true)), said("Connecting", false));
+
+    const std::size_t frames = dongle.receivedFrames().size();
+    ASSERT_TRUE(dispatch.finish([this] { return velmorindal.commitSettingsToDevice(); }));
+    EXPECT_EQ(framesAfter(frames), said("Writing", true));
+    EXPECT_EQ(answersTo(said("Writing", true)), said("Writing", false));
+}
+
+}  // namespace
+}  // namespace velmorindal
