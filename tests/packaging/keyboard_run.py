@@ -1,0 +1,143 @@
+"""Programs a simulated device with the wizard as a person does who has a keyboard and nothing else: on an X server of
+its own, by keys that reach the window from outside."""
+
+import contextlib
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import threading
+import time
+
+SECONDS = 30
+
+
+class Gone(RuntimeError):
+    """Something that was waited for did not come."""
+
+
+def wait_for(condition, what, seconds=SECONDS):
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        result = condition()
+        if result:
+            return result
+        time.sleep(0.05)
+    raise Gone(f"waited {seconds} s for {what}")
+
+
+class Program:
+    """A program whose standard output is read line by line. Ends when its context does."""
+
+    def __init__(self, command, environment):
+        self.name = command[0]
+        self.lines = []
+        self.process = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                        text=True)
+        self.reader = threading.Thread(target=self.read)
+        self.reader.start()
+
+    def read(self):
+        for line in self.process.stdout:
+            self.lines.append(line.rstrip("\n"))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, *_):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        self.reader.join()
+        if kind:
+            print(f"{self.name} ended with {self.process.returncode}, and had said:", *self.lines, sep="\n    ",
+                  file=sys.stderr)
+
+    def wait_for_line(self, start, seconds=SECONDS):
+        def found():
+            return next((line for line in list(self.lines) if line.startswith(start)), None)
+        return wait_for(found, f"the line {start}", seconds)
+
+    def end(self, *signals):
+        for each in signals:
+            self.process.send_signal(each)
+        status = self.process.wait(SECONDS)
+        self.reader.join()
+        return status
+
+
+class Screen:
+    """An X server without a window manager."""
+
+    def __init__(self, stack):
+        reader, writer = os.pipe()
+        command = ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-ac", "-nolisten", "tcp"]
+        self.server = subprocess.Popen(command, pass_fds=[writer], stderr=subprocess.DEVNULL)
+        stack.callback(self.server.wait)
+        stack.callback(self.server.terminate)
+        os.close(writer)
+        with os.fdopen(reader) as display:
+            self.display = ":" + display.readline().strip()
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True,
+                              text=True).stdout.split()
+
+    def press(self, title, key):
+        """Presses a key in the window of that title, as soon as there is one."""
+        search = ["search", "--onlyvisible", "--name", f"^{title}$"]
+        window = wait_for(lambda: self.xdotool(*search), f"the window {title}")[0]
+        self.xdotool("windowfocus", "--sync", window)
+        self.xdotool("key", key)
+
+
+def program_a_device(wizard, screen, look):
+    """From the first page to the end of the program. `wizard` is the Program, looked at once it is connected."""
+    title = "Velmorindal Setup"
+    screen.press(title, "alt+n")
+    wizard.wait_for_line("Successful connection!")
+    look(wizard)
+
+    def save_is_pressed():
+        # A button that is not shown takes no key: Next works up to the last page, Save there alone.
+        screen.press(title, "alt+n")
+        screen.press(title, "alt+s")
+        with contextlib.suppress(Gone):
+            return wizard.wait_for_line("Save pressed", 0.5)
+
+    wait_for(save_is_pressed, "the last page")
+    screen.press("Save Settings\\?", "alt+y")
+    wizard.wait_for_line("All done!")
+    screen.press("Write Configuration File\\?", "alt+n")
+
+    def leaves():
+        screen.press(title, "alt+l")
+        with contextlib.suppress(Gone):
+            return wizard.wait_for_line("Farewell", 0.5)
+
+    wait_for(leaves, "the farewell")
+    status = wizard.end()
+    if status != 0:
+        raise Gone(f"the wizard ended with {status}")
+
+
+def run(wizard_command, simulator_command, simulator_environment, wizard_environment, port_is_there=lambda port: None,
+        look=lambda wizard: None):
+    """The whole of it. `port_is_there` is told the simulated port before the wizard starts. The simulator's command ends
+    with its directory.
+
+    Returns the lines in which the simulated device tells what it has stored."""
+    with contextlib.ExitStack() as stack:
+        screen = Screen(stack)
+        simulator = stack.enter_context(Program(simulator_command, simulator_environment))
+        port = simulator.wait_for_line(f"{simulator_command[-1]}/")
+        port_is_there(pathlib.Path(port))
+        wizard = stack.enter_context(Program(wizard_command, wizard_environment | {"DISPLAY": screen.display}))
+        program_a_device(wizard, screen, look)
+        if simulator.end(signal.SIGINT) != 0:
+            raise Gone("the simulator failed")
+        stored = simulator.lines[1:]
+        if "Protocol: Gazell" not in stored:
+            raise Gone(f"the device has stored {stored}")
+        return wizard.lines, stored

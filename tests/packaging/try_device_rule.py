@@ -1,0 +1,127 @@
+#!/usr/bin/env python3
+"""Lets udev itself apply the rule to devices that are made up, and the wizard program a simulated device through the
+link that udev made: in /dev, as installed, with nothing in the environment.
+
+Usage: unshare --mount --propagation private try_device_rule.py RULE_FILE WIZARD SIMULATOR
+
+Real are the rules of this system and ours, udev's reading and applying of them, the link that it makes, the wizard and
+its whole run by keys. Made up are the USB devices in sysfs, and the port that the link leads to, which is the
+simulator's. The access that the rule asks for is logind's to give, which is not part of this. Everything under /dev and
+/run belongs to a name space of its own and ends with it. For root.
+"""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+import keyboard_run
+from bare_dev import make_bare_dev, mount
+
+TTY = """P: /devices/usb1/1-{n}/1-{n}:1.0/tty/ttyACM{n}
+N: ttyACM{n}
+E: DEVNAME=/dev/ttyACM{n}
+E: MAJOR=166
+E: MINOR={n}
+E: SUBSYSTEM=tty
+A: dev=166:{n}
+
+P: /devices/usb1/1-{n}/1-{n}:1.0
+E: DEVTYPE=usb_interface
+E: SUBSYSTEM=usb
+A: bInterfaceClass=02
+A: bInterfaceNumber=00
+A: bInterfaceProtocol={protocol}
+A: bInterfaceSubClass=02
+
+P: /devices/usb1/1-{n}
+E: DEVTYPE=usb_device
+E: SUBSYSTEM=usb
+A: bDeviceClass=02
+A: bNumInterfaces={interfaces:2}
+A: idProduct=0001
+A: idVendor=0000
+
+P: /devices/usb1
+E: DEVTYPE=usb_device
+E: SUBSYSTEM=usb
+A: bNumInterfaces= 1
+A: idProduct=0002
+A: idVendor=0000
+"""
+
+
+def replace_dev_and_run():
+    """A /dev with nothing in it but what every program needs, and an empty /run."""
+    new = pathlib.Path(tempfile.mkdtemp(prefix="velmorindal-dev-"))
+    make_bare_dev(new)
+    mount("--move", new, "/dev")
+    new.rmdir()
+    mount("-t", "tmpfs", "tmpfs", "/run")
+
+
+def apply_rules(number, protocol, interfaces):
+    """What udev makes of a port: its properties, as a dictionary."""
+    with tempfile.NamedTemporaryFile("w", suffix=".umockdev") as device:
+        device.write(TTY.format(n=number, protocol=protocol, interfaces=interfaces))
+        device.flush()
+        path = f"/sys/devices/usb1/1-{number}/1-{number}:1.0/tty/ttyACM{number}"
+        command = ["umockdev-run", "--device", device.name, "--", "udevadm", "test", path]
+        done = subprocess.run(command, capture_output=True, text=True)
+    if done.returncode != 0:
+        sys.exit(f"udevadm ended with {done.returncode}:\n{done.stdout}{done.stderr}")
+    complaint = re.compile(r"velmorindal-setup\.rules:\d+ (?!GROUP|LINK|RUN|Importing)")
+    complaints = [line for line in done.stderr.splitlines() if complaint.search(line)]
+    expect(complaints, [], "udev's complaints about the rule")
+    return dict(line.split("=", 1) for line in done.stdout.splitlines() if "=" in line)
+
+
+def expect(found, wanted, what):
+    if found != wanted:
+        sys.exit(f"{what}: {found!r}, and not {wanted!r}")
+
+
+def check_rule(number, protocol, interfaces, ignored_as_modem):
+    properties = apply_rules(number, protocol, interfaces)
+    expect(f"/dev/cu.usbmodem{number}" in properties.get("DEVLINKS", "").split(), True, "the link among the device's")
+    expect(os.readlink(f"/dev/cu.usbmodem{number}"), f"ttyACM{number}", "where the link leads")
+    expect("uaccess" in properties["TAGS"].split(":"), True, "access for the person at the seat")
+    ignored = properties.get("ID_MM_PORT_IGNORE") == "1"
+    expect(ignored, ignored_as_modem, "whether modem managers ignore the port")
+    expect("ID_MM_DEVICE_IGNORE" in properties, False, "whether modem managers ignore the device")
+
+
+def program_through_the_link(wizard, simulator):
+    port_directory = tempfile.mkdtemp(prefix="velmorindal-port-", dir="/run")
+
+    def put_in_place_of_the_node(port):
+        node = pathlib.Path("/dev/ttyACM0")
+        node.touch()
+        mount("--bind", port.resolve(), node)
+
+    bare = {"PATH": os.environ["PATH"], "HOME": port_directory, "XDG_RUNTIME_DIR": port_directory}
+    lines, stored = keyboard_run.run([wizard], [simulator, port_directory], bare, bare, put_in_place_of_the_node)
+    expect("Definitely this one  /dev/cu.usbmodem0" in lines, True, "the link is what the wizard found")
+    print("programmed through /dev/cu.usbmodem0:", "; ".join(stored))
+
+
+def main():
+    rule, wizard, simulator = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    replace_dev_and_run()
+    rules = pathlib.Path("/run/udev/rules.d")
+    rules.mkdir(parents=True)
+    shutil.copy(rule, rules)
+    check_rule(0, protocol="00", interfaces=2, ignored_as_modem=True)
+    check_rule(1, protocol="01", interfaces=2, ignored_as_modem=False)
+    check_rule(2, protocol="00", interfaces=4, ignored_as_modem=False)
+    for number in (1, 2):
+        os.unlink(f"/dev/cu.usbmodem{number}")
+    program_through_the_link(wizard, simulator)
+    print("the device rule makes the link, gives access, and leaves modems alone")
+
+
+if __name__ == "__main__":
+    main()
