@@ -13,7 +13,7 @@ import unittest
 
 RULE = pathlib.Path(sys.argv.pop(1))
 TOKEN = re.compile(r'\s*([A-Z]+)(?:\{([^}]+)\})?(==|!=|\+=|:=|=)"([^"]*)"\s*(,|$)')
-MATCHES = {"ACTION", "SUBSYSTEM", "SUBSYSTEMS", "KERNEL", "ATTR", "ATTRS", "ENV"}
+MATCHES = {"ACTION", "SUBSYSTEM", "SUBSYSTEMS", "KERNEL", "ATTR", "ATTRS", "ENV", "PROGRAM"}
 ASSIGNMENTS = {"SYMLINK", "TAG", "ENV", "LABEL", "GOTO"}
 NEEDS_ATTRIBUTE = {"ATTR", "ATTRS", "ENV"}
 
@@ -56,10 +56,10 @@ class DeviceRule(unittest.TestCase):
         assigned = [(key, value) for rule in rules() for key, _, operator, value in rule if operator == "+="]
         self.assertEqual(assigned, [("SYMLINK", "cu.usbmodem%n"), ("TAG", "uaccess")])
 
-    def test_keeps_no_whole_device_from_the_modem_manager(self):
-        ignoring = [attribute for rule in rules() for _, attribute, operator, _ in rule if operator == "="]
-        self.assertIn("ID_MM_PORT_IGNORE", ignoring)
-        self.assertNotIn("ID_MM_DEVICE_IGNORE", ignoring)
+    def test_keeps_devices_from_the_modem_manager_only_while_a_wizard_is_open(self):
+        ignoring = [rule for rule in rules() for key, attribute, _, _ in rule if (attribute or "").startswith("ID_MM_")]
+        self.assertEqual(ignoring, [[("PROGRAM", None, "==", "/usr/bin/pgrep -x velmorindal-set"),
+                                     ("ENV", "ID_MM_DEVICE_IGNORE", "=", "1")]])
 
     def test_comes_after_what_it_needs_and_before_access_is_given(self):
         self.assertLess("60-serial.rules", RULE.name)

@@ -124,8 +124,8 @@ def program_a_device(wizard, screen, look):
 
 def run(wizard_command, simulator_command, simulator_environment, wizard_environment, port_is_there=lambda port: None,
         look=lambda wizard: None):
-    """The whole of it. `port_is_there` is told the simulated port before the wizard starts. The simulator's command ends
-    with its directory.
+    """The whole of it. `port_is_there` is told the simulated port before the wizard starts. The simulator's command
+    ends with its directory.
 
     Returns the lines in which the simulated device tells what it has stored."""
     with contextlib.ExitStack() as stack:

@@ -2,7 +2,7 @@
 """Installs the package into a clean Debian system, programs a simulated device with what was installed, by keys, as a
 person without privileges, removes the package, and finds the system as it was.
 
-Usage: unshare --mount --propagation private try_package.py PACKAGE DIRECTORY
+Usage: unshare --mount --propagation private --pid --fork --mount-proc try_package.py PACKAGE DIRECTORY
 
 The system is made in DIRECTORY, which must be empty; whoever calls removes it. For root.
 """
