@@ -26,6 +26,19 @@ void wake(int /*signal*/) {
     errno = interrupted;
 }
 
+/// Both ends neither wait nor reach another program. Step by step, since not every platform does it in one
+/// call.
+bool openWakePipe() {
+    if (::pipe(wakePipe.data()) != 0) {
+        return false;
+    }
+    for (const int end : wakePipe) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    return true;
+}
+
 void handleQuitSignals(void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
@@ -38,7 +51,7 @@ void handleQuitSignals(void (*handler)(int)) {
 }  // namespace
 
 QuitSignals::QuitSignals(std::function<void()> quit) {
-    if (::pipe2(wakePipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+    if (!openWakePipe()) {
         // The signals keep their default action, which ends the program at once.
         return;
     }
