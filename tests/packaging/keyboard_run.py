@@ -4,6 +4,7 @@ its own, by keys that reach the window from outside."""
 import contextlib
 import os
 import pathlib
+import random
 import signal
 import subprocess
 import sys
@@ -71,14 +72,19 @@ class Screen:
     """An X server without a window manager."""
 
     def __init__(self, stack):
+        # A number that nobody else has. The first free one is not for asking: where processes have a name space of
+        # their own, a server takes the lock of one outside for a dead one's.
+        number = f":{random.randrange(10000, 50000)}"
         reader, writer = os.pipe()
-        command = ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-ac", "-nolisten", "tcp"]
+        command = ["Xvfb", number, "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-ac", "-nolisten", "tcp"]
         self.server = subprocess.Popen(command, pass_fds=[writer], stderr=subprocess.DEVNULL)
         stack.callback(self.server.wait)
         stack.callback(self.server.terminate)
         os.close(writer)
-        with os.fdopen(reader) as display:
-            self.display = ":" + display.readline().strip()
+        with os.fdopen(reader) as ready:
+            self.display = ":" + ready.readline().strip()
+        if self.display != number:
+            raise Gone(f"the X server {number}")
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True,
