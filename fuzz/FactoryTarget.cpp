@@ -1,0 +1,83 @@
+// Any bytes at all as a received frame: what the factory makes of it, what it prints, and what the message
+// becomes when it is sent again.
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "CapturedOutput.h"
+#include "FatalStop.h"
+#include "FrameOracle.h"
+#include "Requirement.h"
+#include "protocol/HexText.h"
+#include "protocol/MessageClass.h"
+#include "protocol/VelmorindalMessageFactory.h"
+
+namespace velmorindal {
+namespace {
+
+std::string described(VelmorindalCommand* message) {
+    if (message == nullptr) {
+        return "none";
+    }
+    for (const MessageClass& messageClass : allMessageClasses()) {
+        if (messageClass.matches(*message)) {
+            std::string text{messageClass.name};
+            for (const Field& field : messageClass.fields(*message)) {
+                text.append(" ").append(field.name).append("=").append(field.text());
+            }
+            return text;
+        }
+    }
+    return "a message of no known class";
+}
+
+std::string sentAgain(const VelmorindalCommand& message) {
+    try {
+        return hexadecimal(message.serialize());
+    } catch (const VelmorindalException& exception) {
+        return exception.what();
+    }
+}
+
+void checkFactory(const ByteBuffer& frame, CapturedOutput& output) {
+    const oracle::Decoding expected = oracle::decoded(frame);
+    std::unique_ptr<VelmorindalCommand> message;
+    bool stopped = false;
+    try {
+        message = VelmorindalMessageFactory::createFromWire(frame);
+    } catch (const FatalStop&) {
+        stopped = true;
+    }
+    require(stopped == expected.stops,
+            "the program stops for a version text that is not UTF-8, and never else");
+    if (stopped) {
+        return;
+    }
+    requireEqual(described(message.get()), expected.message, "a frame is decoded as the oracle decodes it");
+    requireEqual(output.take(), expected.line, "a refused frame prints its one line");
+    if (message) {
+        requireEqual(sentAgain(*message), expected.sentAgain, "a decoded message is sent as the oracle says");
+    }
+}
+
+void checkHeader(const ByteBuffer& frame, CapturedOutput& output) {
+    for (const std::uint8_t type : std::array<std::uint8_t, 5>{0x00, 'd', 's', 'w', 'z'}) {
+        const std::string line = oracle::lineOfCheck(frame, type);
+        require(VelmorindalCommand::verifyHeader(frame, type) == line.empty(),
+                "a header passes its check where the oracle lets it pass");
+        requireEqual(output.take(), line, "the check of a header prints its one line");
+    }
+}
+
+}  // namespace
+}  // namespace velmorindal
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const velmorindal::ByteBuffer frame(data, data + size);
+    velmorindal::CapturedOutput output;
+    velmorindal::checkFactory(frame, output);
+    output.take();
+    velmorindal::checkHeader(frame, output);
+    return 0;
+}
