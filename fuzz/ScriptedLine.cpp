@@ -10,6 +10,7 @@
 #include <array>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
 
 #include "CapturedOutput.h"
 #include "Requirement.h"
@@ -98,7 +99,7 @@ std::ptrdiff_t ScriptedLine::write(std::span<const std::uint8_t> bytes) {
 
 }  // namespace velmorindal
 
-// These two stand before the system's own for the whole program.
+// These three stand before the system's own for the whole program.
 
 extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size) {
     if (descriptor > STDERR_FILENO && velmorindal::current != nullptr) {
@@ -113,4 +114,13 @@ extern "C" int fstat(int descriptor, struct stat* status) noexcept {
         status->st_nlink = 0;
     }
     return result;
+}
+
+/// No deadline passes, however long a busy machine keeps the process waiting.
+extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
+    if (clock == CLOCK_MONOTONIC && velmorindal::current != nullptr) {
+        *now = {};
+        return 0;
+    }
+    return static_cast<int>(::syscall(SYS_clock_gettime, clock, now));
 }

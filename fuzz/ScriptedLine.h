@@ -9,8 +9,8 @@
 namespace velmorindal {
 
 /// A dongle whose every byte is known beforehand: one pseudo-terminal for the whole process, with the reads
-/// and writes of this process on it replaced. Nothing ever waits: after the last byte the dongle is pulled
-/// out.
+/// and writes of this process on it replaced. Nothing ever waits, and the clock of the deadlines stands
+/// still: after the last byte the dongle is pulled out.
 ///
 /// One at a time. What is left open when it goes is closed, so that a run of millions does not run out of
 /// descriptors.
