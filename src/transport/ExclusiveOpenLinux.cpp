@@ -29,8 +29,10 @@ bool takeExclusiveUse(int descriptor) {
 }  // namespace
 
 int openExclusively(const std::string& path, int accessMode) {
-    const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_CLOEXEC);
-    if (descriptor == -1 || takeExclusiveUse(descriptor)) {
+    // Without O_NONBLOCK the open of a line waits for its carrier, and that of a pipe for the other end.
+    // Reads and writes are meant to wait, so the flag goes again at once.
+    const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor == -1 || (takeExclusiveUse(descriptor) && ::fcntl(descriptor, F_SETFL, accessMode) == 0)) {
         return descriptor;
     }
     ::close(descriptor);
