@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "diagnostics/Print.h"
@@ -44,6 +46,14 @@ std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaini
     return text;
 }
 
+/// Only a character device can be a dongle. Whatever else has the name of one is not so much as opened: a
+/// pipe would pass the query on to a stranger, a file would be written over, and each would cost two seconds
+/// of silence.
+bool canBeADongle(const std::string& path) {
+    std::error_code unreadable;
+    return std::filesystem::is_character_file(path, unreadable);
+}
+
 /// Asks whatever is behind `path` for its version. A candidate that fails before its text could be looked at
 /// keeps its descriptor until the process ends.
 ///
@@ -51,6 +61,9 @@ std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaini
 std::optional<std::string> probe(const std::string& path) {
     SerialPort port{path};
     try {
+        if (!canBeADongle(path)) {
+            throw PortException{PortError::failedToOpen};
+        }
         port.openPort(true, true);
     } catch (const PortException&) {
         print("Open Result: ", port.fileDescriptor().value_or(-1));
