@@ -1,0 +1,131 @@
+#include <filesystem>
+#include <fstream>
+
+#include "session/SessionTest.h"
+#include "settingsfile/ChildProcess.h"
+#include "transport/ChildProcess.h"
+
+namespace velmorindal {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+constexpr const char* noDongleText =
+    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
+constexpr const char* noDongleLine = "No dongles found. Quitting.\n";
+
+/// Places that hold no dongle.
+class HostileDirectory : public testing::Test {
+  protected:
+    /// What connecting prints, with the dongle looked for in `place`; also that it fails for want of a
+    /// dongle.
+    static std::string printedBy(const fs::path& place) {
+        ManualDispatch dispatch;
+        VelmorindalSwitch velmorindal{dispatch, {.directory = place.string() + "/"}};
+        PrintedLines lines;
+        EXPECT_FALSE(dispatch.finish([&] { return velmorindal.connect(); }));
+        EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
+        EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+        return lines.take();
+    }
+
+    /// The same as a user without special rights.
+    static std::string printedToOrdinaryUserBy(const fs::path& place) {
+        PrintedLines lines;
+        const int status = asOrdinaryUser([&] {
+            ManualDispatch dispatch;
+            VelmorindalSwitch velmorindal{dispatch, {.directory = place.string() + "/"}};
+            return !velmorindal.connect() && velmorindal.lastError.get() == noDongleText ? 0 : 1;
+        });
+        EXPECT_EQ(status, 0);
+        return lines.take();
+    }
+
+    void add(const std::string& name) const { std::ofstream{directory.path() / name}; }
+    void allow(unsigned mode) const { fs::permissions(directory.path(), fs::perms{mode}); }
+
+    TemporaryDirectory directory;
+};
+
+TEST_F(HostileDirectory, ThatDoesNotExistHoldsNoDongle) {
+    EXPECT_EQ(printedBy(directory.path() / "missing"), noDongleLine);
+}
+
+TEST_F(HostileDirectory, ThatIsAFileHoldsNoDongle) {
+    add("cu.usbmodem1");
+    EXPECT_EQ(printedBy(directory.path() / "cu.usbmodem1"), noDongleLine);
+}
+
+TEST_F(HostileDirectory, ThatIsALinkToItselfHoldsNoDongle) {
+    fs::create_symlink(directory.path() / "loop", directory.path() / "loop");
+    EXPECT_EQ(printedBy(directory.path() / "loop"), noDongleLine);
+}
+
+TEST_F(HostileDirectory, ThatMayNotBeReadHoldsNoDongle) {
+    add("cu.usbmodem1");
+    allow(0711);
+    EXPECT_EQ(printedToOrdinaryUserBy(directory.path()), noDongleLine);
+}
+
+TEST_F(HostileDirectory, WhoseEntriesMayNotBeLookedAtHoldsNoDongle) {
+    add("cu.usbmodem1");
+    allow(0744);
+    EXPECT_EQ(printedToOrdinaryUserBy(directory.path()), "Open Result:  -1\n" + std::string{noDongleLine});
+}
+
+TEST_F(HostileDirectory, InsideAnotherThatMayNotBeReadHidesNothingElse) {
+    fs::create_directory(directory.path() / "cu.usbmodem-closed");
+    fs::permissions(directory.path() / "cu.usbmodem-closed", fs::perms{0700});
+    add("cu.usbmodem1");
+    allow(0755);
+    EXPECT_EQ(printedToOrdinaryUserBy(directory.path()),
+              "Open Result:  -1\nOpen Result:  -1\n" + std::string{noDongleLine});
+}
+
+constexpr const char* holdByLock = R"(
+import fcntl, os, sys
+node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
+fcntl.flock(node, fcntl.LOCK_EX | fcntl.LOCK_NB)
+print("held", flush=True)
+sys.stdin.read()
+)";
+
+constexpr const char* holdByExclusiveMode = R"(
+import fcntl, os, sys, termios
+node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
+fcntl.ioctl(node, termios.TIOCEXCL)
+print("held", flush=True)
+sys.stdin.read()
+fcntl.ioctl(node, termios.TIOCNXCL)
+)";
+
+class ADongleThatAnotherProgramHolds : public SessionTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ADongleThatAnotherProgramHolds, IsNotFoundUntilItIsLetGo) {
+    ChildProcess other{python(GetParam(), {dongle.path().string()})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+    PrintedLines lines;
+    EXPECT_FALSE(connect());
+    EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
+    EXPECT_EQ(lines.take(), "Open Result:  -1\n" + std::string{noDongleLine});
+    EXPECT_THAT(dongle.receivedFrames(), testing::IsEmpty());
+
+    ASSERT_EQ(other.finish(), 0) << other.output();
+    EXPECT_TRUE(connect());
+}
+
+TEST_P(ADongleThatAnotherProgramHolds, DoesNotHideTheOther) {
+    const VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
+    ChildProcess other{python(GetParam(), {dongle.path().string()})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+    EXPECT_THAT(velmorindal.listDevices(), ElementsAre(second.path().string()));
+}
+
+INSTANTIATE_TEST_SUITE_P(HostileDirectory, ADongleThatAnotherProgramHolds,
+                         testing::Values(holdByLock, holdByExclusiveMode), [](const auto& test) {
+                             return test.param == holdByLock ? "ByItsLock" : "ByItsExclusiveMode";
+                         });
+
+}  // namespace
+}  // namespace velmorindal
