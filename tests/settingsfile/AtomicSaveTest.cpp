@@ -2,10 +2,13 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <QRandomGenerator>
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
+#include <iostream>
 #include <iterator>
 #include <random>
 #include <string>
@@ -55,13 +58,15 @@ TEST_F(AtomicSave, ASaveLeavesNothingBesideTheFile) {
 /// and ends.
 class SavingChild {
   public:
-    SavingChild(VelmorindalSwitch& model, const std::string& file) {
+    SavingChild(VelmorindalSwitch& model, const std::string& file, bool completeFirst) {
         std::array<int, 2> ends{};
         EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        takeOtherNamesThanTheLastChild();
         child_ = startChild([&] {
             ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
-            for (bool first = true;; first = !first) {
-                choose(model, first ? complete : before);
+            for (bool savesComplete = completeFirst;; savesComplete = !savesComplete) {
+                choose(model, savesComplete ? complete : before);
+                const char begun = savesComplete ? completeBegun : beforeBegun;
                 if (::write(ends[1], &begun, 1) != 1 || !model.writeXML(file) ||
                     ::write(ends[1], &ended, 1) != 1) {
                     return 1;
@@ -75,10 +80,8 @@ class SavingChild {
     SavingChild& operator=(const SavingChild&) = delete;
     ~SavingChild() { ::close(progress_); }
 
-    void waitForFirstSave() {
-        while (last_ != ended && readProgress()) {
-        }
-    }
+    /// @returns false when the child ended before.
+    bool waitForFirstSave() { return readProgress(); }
 
     /// @returns the signal that ended the child.
     int kill() {
@@ -89,27 +92,73 @@ class SavingChild {
         return signal;
     }
 
-    bool wasSaving() const { return last_ == begun; }
+    bool wasSaving() const { return wasSaving_; }
+    /// What was being saved, or was saved last.
+    const Settings& newest() const { return newestIsComplete_ ? complete : before; }
 
   private:
-    static constexpr char begun = '(';
+    static constexpr char completeBegun = 'c';
+    static constexpr char beforeBegun = 'b';
     static constexpr char ended = ')';
 
-    bool readProgress() { return ::read(progress_, &last_, 1) == 1; }
+    /// Temporary files get random names. Children of one process would all draw the same ones, and stumble
+    /// over what was left by the last.
+    static void takeOtherNamesThanTheLastChild() {
+        constexpr int moreThanOneChildDraws = 2000;
+        for (int draws = 0; draws < moreThanOneChildDraws; ++draws) {
+            QRandomGenerator::global()->generate();
+        }
+    }
+
+    bool readProgress() {
+        char step = ' ';
+        if (::read(progress_, &step, 1) != 1) {
+            return false;
+        }
+        wasSaving_ = step != ended;
+        newestIsComplete_ = wasSaving_ ? step == completeBegun : newestIsComplete_;
+        return true;
+    }
 
     pid_t child_ = -1;
     int progress_ = -1;
-    char last_ = ' ';
+    bool wasSaving_ = false;
+    bool newestIsComplete_ = false;
 };
 
-TEST_F(AtomicSave, AProcessKilledAtAnyMomentLeavesTheOldFileOrTheNewOne) {
-    const std::string file = path("settings.xml");
+/// Where a save takes its time for itself and not for a disk, so that every moment of it is hit: a killed
+/// process takes nothing with it that the system has been given.
+class KilledSave : public AtomicSave {
+  protected:
+    /// The longest wait before a kill: two saves.
+    std::chrono::microseconds twoSaves() {
+        const auto start = std::chrono::steady_clock::now();
+        for (int saves = 0; saves < 20; ++saves) {
+            save(file);
+        }
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
+                                                                     start) /
+               10;
+    }
+
+    const std::filesystem::path memory = "/dev/shm";
+    const TemporaryDirectory place{
+        std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path()};
+    const std::string file = place.path() / "settings.xml";
+};
+
+TEST_F(KilledSave, LeavesTheOldFileOrTheNewOneAndNothingThatHindersTheNext) {
+    constexpr int kills = 1000;
     std::mt19937 random{20};
-    std::uniform_int_distribution<int> microseconds{0, 4000};
-    int killedWhileSaving = 0;
-    for (int kills = 0; kills < 200; ++kills) {
-        SavingChild child{model, file};
-        child.waitForFirstSave();
+    std::uniform_int_distribution<std::int64_t> microseconds{0, twoSaves().count()};
+    choose(model, before);
+    save(file);
+    int oldFound = 0;
+    int newFound = 0;
+    int betweenSaves = 0;
+    for (int count = 0; count < kills; ++count) {
+        SavingChild child{model, file, settingsOf(model) == before};
+        ASSERT_TRUE(child.waitForFirstSave());
         // Any moment of a save or between two, not a wait for something.
         std::this_thread::sleep_for(std::chrono::microseconds{microseconds(random)});
         ASSERT_EQ(child.kill(), SIGKILL);
@@ -117,10 +166,26 @@ TEST_F(AtomicSave, AProcessKilledAtAnyMomentLeavesTheOldFileOrTheNewOne) {
         ASSERT_TRUE(load(file)) << contentsOf(file);
         const Settings loaded = settingsOf(model);
         ASSERT_TRUE(loaded == complete || loaded == before) << contentsOf(file);
-        killedWhileSaving += child.wasSaving() ? 1 : 0;
+        if (!child.wasSaving()) {
+            ASSERT_EQ(loaded, child.newest());
+        }
+        ++(!child.wasSaving() ? betweenSaves : loaded == child.newest() ? newFound : oldFound);
     }
+    const std::ptrdiff_t left = entriesOf(place.path()) - 1;
+    std::cout << kills << " kills: " << oldFound + newFound << " during a save (the old file " << oldFound
+              << " times, the new one " << newFound << " times), " << betweenSaves << " between two, " << left
+              << " temporary files left\n";
     // Otherwise nothing was shown.
-    EXPECT_GT(killedWhileSaving, 10);
+    EXPECT_GT(oldFound, kills / 20);
+    EXPECT_GT(newFound, 0);
+    EXPECT_GT(left, 0);
+
+    choose(model, complete);
+    save(file);
+    EXPECT_EQ(printed.find("Write failed"), std::string::npos);
+    EXPECT_EQ(entriesOf(place.path()) - 1, left) << "a save takes its own temporary file away, and no other";
+    choose(model, before);
+    expectLoaded(file);
 }
 
 }  // namespace

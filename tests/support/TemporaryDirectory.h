@@ -11,8 +11,9 @@ namespace velmorindal {
 /// An empty directory that is gone with all that is in it when it is dropped.
 class TemporaryDirectory {
   public:
-    TemporaryDirectory() {
-        std::string pattern = std::filesystem::temp_directory_path() / "velmorindal-XXXXXX";
+    explicit TemporaryDirectory(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string pattern = parent / "velmorindal-XXXXXX";
         if (::mkdtemp(pattern.data()) == nullptr) {
             throw std::system_error{errno, std::generic_category(), "cannot make " + pattern};
         }
