@@ -114,8 +114,10 @@ std::vector<std::string> VelmorindalSwitch::listDevices() {
 }
 
 bool VelmorindalSwitch::failConnection(std::string text) {
-    lastError = std::move(text);
+    lastError = text;
     dispatch_.postToMain([this] { connectionState = ConnectionStatus::error; });
+    // A settings file that fails to load once the state shows leaves a text of its own.
+    lastError = std::move(text);
     return false;
 }
 
