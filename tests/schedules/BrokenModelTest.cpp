@@ -1,0 +1,131 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+#include "schedules/Exploration.h"
+#include "schedules/ExploredDispatch.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::HasSubstr;
+
+/// A model with one background run, stopped by the main thread, that can be given each of the mistakes the
+/// explorer is there to find.
+class SmallModel {
+  public:
+    struct Mistakes {
+        bool waitsWithoutMainWork = false;
+        bool startsAfterTheStop = false;
+    };
+
+    SmallModel(Dispatch& dispatch, Mistakes mistakes) : dispatch_{dispatch}, mistakes_{mistakes} {}
+
+    void begin() {
+        busy_ = true;
+        dispatch_.runInBackground([this] {
+            dispatch_.runOnMainAndWait([this] { runs_ = true; });
+            while (runs_) {
+                std::this_thread::sleep_for(std::chrono::milliseconds{20});
+            }
+            busy_ = false;
+        });
+    }
+
+    void stopAndWait() {
+        runs_ = false;
+        while (busy_) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{20});
+            if (!mistakes_.waitsWithoutMainWork) {
+                dispatch_.runPendingMainWork();
+            }
+            if (!mistakes_.startsAfterTheStop) {
+                runs_ = false;
+            }
+        }
+    }
+
+  private:
+    Dispatch& dispatch_;
+    const Mistakes mistakes_;
+    std::atomic<bool> runs_{false};
+    std::atomic<bool> busy_{false};
+};
+
+Program beginThenStop(SmallModel::Mistakes mistakes) {
+    return [mistakes](Scheduler& scheduler) {
+        ExploredDispatch dispatch{scheduler};
+        SmallModel model{dispatch, mistakes};
+        model.begin();
+        scheduler.rest("event loop");
+        dispatch.runPendingMainWork();
+        model.stopAndWait();
+        scheduler.endOtherThreads();
+    };
+}
+
+constexpr Scheduler::Limits limits{.deviations = 2, .points = 500};
+
+TEST(BrokenModel, WithoutAMistakeNoScheduleHangs) {
+    const Exploration exploration = explore(limits, beginThenStop({}));
+
+    EXPECT_FALSE(exploration.finding.has_value()) << exploration.text(limits.deviations);
+    EXPECT_GT(exploration.schedules, 1U);
+}
+
+TEST(BrokenModel, AWaitThatKeepsTheMainQueueFromMovingIsFoundToHang) {
+    const Program program = beginThenStop({.waitsWithoutMainWork = true});
+
+    const Exploration exploration = explore(limits, program);
+
+    ASSERT_TRUE(exploration.finding.has_value());
+    EXPECT_EQ(exploration.finding->what, "hung: it waits for what nobody will provide");
+    EXPECT_GT(exploration.schedules, 1U) << "The fair order alone does not show it.";
+    EXPECT_THAT(exploration.text(limits.deviations), HasSubstr("Choices: {"));
+}
+
+TEST(BrokenModel, AStopThatTheRunOverwritesIsFoundToGoOnWithoutAnEnd) {
+    const Exploration exploration = explore(limits, beginThenStop({.startsAfterTheStop = true}));
+
+    ASSERT_TRUE(exploration.finding.has_value());
+    EXPECT_EQ(exploration.finding->what, "hung: it goes on without an end");
+}
+
+TEST(BrokenModel, AHangIsReachedAgainByItsChoices) {
+    const Program program = beginThenStop({.waitsWithoutMainWork = true});
+    const Exploration exploration = explore(limits, program);
+    ASSERT_TRUE(exploration.finding.has_value());
+
+    const auto again = replay(limits, exploration.finding->choices, program);
+
+    ASSERT_TRUE(again.has_value());
+    EXPECT_EQ(again->what, exploration.finding->what);
+    EXPECT_EQ(again->trace, exploration.finding->trace);
+}
+
+TEST(BrokenModel, WhoeverWaitsForOneAnotherHangs) {
+    const Exploration exploration = explore(limits, [](Scheduler& scheduler) {
+        scheduler.start([&] { scheduler.waitUntil([] { return false; }, "a second lock"); });
+        scheduler.waitUntil([] { return false; }, "the first lock");
+    });
+
+    ASSERT_TRUE(exploration.finding.has_value());
+    EXPECT_EQ(exploration.finding->what, "hung: everybody waits");
+}
+
+TEST(BrokenModel, AnExceptionThatLeavesARunIsReported) {
+    const Exploration exploration = explore(limits, [](Scheduler& scheduler) {
+        scheduler.start([] { throw std::runtime_error{"out of the blue"}; });
+        scheduler.waitUntil([&] { return !scheduler.hasOtherThreads(); }, "its end");
+    });
+
+    ASSERT_TRUE(exploration.finding.has_value());
+    EXPECT_EQ(exploration.finding->what, "a thread ended by an exception: out of the blue");
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <deque>
+
+#include "schedules/Scheduler.h"
+#include "session/Dispatch.h"
+
+namespace velmorindal {
+
+/// A dispatch whose every operation is a scheduling point. The main thread of the schedule is the main
+/// thread.
+class ExploredDispatch final : public Dispatch {
+  public:
+    explicit ExploredDispatch(Scheduler& scheduler) : scheduler_{scheduler} {}
+
+    void postToMain(Work work) override;
+    void runOnMainAndWait(Work work) override;
+    void runInBackground(Work work) override;
+    void runPendingMainWork() override;
+
+    bool hasPendingMainWork() const { return !queue_.empty(); }
+
+  private:
+    Scheduler& scheduler_;
+    std::deque<Work> queue_;
+};
+
+}  // namespace velmorindal

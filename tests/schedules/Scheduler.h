@@ -1,0 +1,113 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "schedules/Choices.h"
+#include "schedules/Turn.h"
+
+namespace velmorindal {
+
+/// Thrown through a thread whose schedule is over. Not an std::exception, so that what is explored does not
+/// take it for one of its own.
+struct ScheduleEnded {};
+
+/// Runs the threads of one schedule, one at a time: real threads that hand a token on at their scheduling
+/// points, where the choices say who goes next.
+///
+/// The order without choices is fair: a thread goes on until it rests or waits, then the next one that can
+/// run has its turn. Every choice of somebody else is a deviation from it, and a schedule has a limited
+/// number of them. A schedule in which everybody waits for something that nobody will provide has hung, and
+/// so has one that goes on without an end.
+class Scheduler {
+  public:
+    struct Limits {
+        /// From the fair order.
+        std::size_t deviations = 2;
+        /// Scheduling points after which a schedule counts as one without an end.
+        std::size_t points = 3000;
+    };
+
+    /// The calling thread is the main thread and has the token.
+    Scheduler(Choices& choices, Limits limits);
+    Scheduler(const Scheduler&) = delete;
+    Scheduler& operator=(const Scheduler&) = delete;
+    ~Scheduler();
+
+    /// Ends every thread but the main one where it stands, before what they use goes. Main thread.
+    void endOtherThreads();
+
+    /// The scheduler of the calling thread; none for a thread that is no part of a schedule.
+    static Scheduler* current();
+
+    // From a thread with the token.
+
+    /// A new thread, which gets the token when the choices say so.
+    void start(std::function<void()> work);
+    /// Somebody else may go first.
+    void point(std::string_view where);
+    /// The caller lets time pass: everybody else goes first unless the choices say otherwise.
+    void rest(std::string_view where);
+    /// The caller cannot go on before `condition` holds.
+    void waitUntil(std::function<bool()> condition, std::string_view where);
+    /// One of `count` ways in which the world around the threads may go on.
+    std::size_t choose(std::size_t count);
+    /// Something was done that another turn of a waiting loop may have waited for.
+    void noteProgress() { ++progress_; }
+    /// Ends the schedule with a failure: throws ScheduleEnded here and, in the end, in the main thread.
+    [[noreturn]] void fail(const std::string& what);
+    /// The virtual time of this schedule, which passes only by letting it pass.
+    void letTimePass(std::chrono::nanoseconds time) { now_ += time; }
+    std::chrono::nanoseconds now() const { return now_; }
+
+    /// 0 for the main thread, then in the order started.
+    std::size_t currentThread() const { return running_; }
+    /// Whether a thread but the main one is left.
+    bool hasOtherThreads() const;
+
+    const std::optional<std::string>& failure() const { return failure_; }
+    std::size_t points() const { return trace_.size(); }
+    /// The last scheduling points, each with the thread that came to it.
+    std::string trace() const;
+
+  private:
+    struct Thread {
+        Turn turn;
+        std::function<bool()> waitsFor;
+        bool finished = false;
+        std::size_t progressAtLoneRest = 0;
+        std::thread thread;
+    };
+    struct Point {
+        std::size_t thread;
+        std::string_view where;
+    };
+
+    void pass(std::string_view where, bool resting);
+    std::vector<std::size_t> candidates(bool resting) const;
+    void noticeLoneRest();
+    void handTo(std::size_t next);
+    void body(std::size_t index, const std::function<void()>& work);
+    void endThread(Thread& thread);
+
+    Choices& choices_;
+    const Limits limits_;
+    std::size_t deviationsLeft_;
+    std::vector<std::unique_ptr<Thread>> threads_;
+    std::size_t running_ = 0;
+    std::size_t progress_ = 1;
+    std::chrono::nanoseconds now_{0};
+    std::optional<std::string> failure_;
+    bool ending_ = false;
+    std::vector<Point> trace_;
+};
+
+}  // namespace velmorindal
