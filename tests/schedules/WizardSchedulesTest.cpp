@@ -54,6 +54,10 @@ TEST(WizardSchedules, WritingToADeviceThatFailsOnce) {
     exploreFrom({.page = wizardState::Summary, .actions = 2, .moments = 8, .troubles = 1}, 1);
 }
 
+TEST(WizardSchedules, AnyThreeActionsFromTheFirstPage) {
+    exploreFrom({.page = wizardState::Welcome, .actions = 3}, 1);
+}
+
 TEST(WizardSchedules, AnyTwoActionsAtAnyMomentOfAConnection) {
     exploreFrom({.page = wizardState::Welcome, .actions = 2, .moments = 12}, 1);
 }

@@ -1,0 +1,350 @@
+#include "wizard/Monkey.h"
+
+#include <unistd.h>
+
+#include <QApplication>
+#include <QPushButton>
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "ui/widgets/NavigationRow.h"
+
+namespace velmorindal {
+namespace {
+
+using Type = VelmorindalMessageType;
+using Buttons = std::vector<std::string>;
+
+/// Quitting waits for an exchange with the device, two seconds at most each, and there may be a few.
+constexpr std::chrono::seconds longestPress{20};
+constexpr std::chrono::seconds longestWait{5};
+constexpr std::size_t recentStepsKept = 30;
+
+[[noreturn]] void fail(const std::string& what) {
+    throw std::runtime_error{what};
+}
+
+/// A candidate that failed its probe keeps its descriptor until its program ends. Programs end here without
+/// their process.
+void closeForgottenPorts() {
+    for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd"}) {
+        std::error_code gone;
+        const std::string target = std::filesystem::read_symlink(entry.path(), gone).string();
+        const int descriptor = std::stoi(entry.path().filename().string());
+        if (target.starts_with("/dev/pts/") && descriptor > STDERR_FILENO) {
+            ::close(descriptor);
+        }
+    }
+}
+
+template <typename Condition>
+bool turnUntil(std::chrono::milliseconds bound, Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + bound;
+    QApplication::processEvents();
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds{200});
+        QApplication::processEvents();
+    }
+    return true;
+}
+
+std::string listed(const Buttons& buttons) {
+    std::string text = "[";
+    for (const std::string& button : buttons) {
+        text += button + " ";
+    }
+    return text + "]";
+}
+
+std::string milliseconds(std::chrono::steady_clock::duration time) {
+    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) + " ms";
+}
+
+}  // namespace
+
+Monkey::Monkey(std::uint64_t seed) : seed_{seed} {
+    std::ofstream{files_.path() / "torn.xml"} << "<velmorindal><torn";
+    startProgram();
+}
+
+Monkey::~Monkey() {
+    endProgram();
+}
+
+void Monkey::startProgram() {
+    ++programs_;
+    log_.clear();
+    farewell_.reset();
+    // Every other program has a device that does as it should, and is looked at the more sharply.
+    meddles_ = oneIn(2);
+    plugIn();
+    wizard_ = std::make_unique<Wizard>(DongleSearch{.directory = devices_.path().string()},
+                                       QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.text(); });
+    wizard_->show();
+    QApplication::processEvents();
+}
+
+void Monkey::endProgram() {
+    dongle_->unplug();
+    wizard_->velmorindal().stopPollingAndWait();
+    if (!turnUntil(longestPress, [this] { return !wizard_->container().hasBackgroundWork(); })) {
+        fail("Background work did not end.");
+    }
+    wizard_->velmorindal().disconnect(false);
+    QApplication::processEvents();
+    wizard_.reset();
+    dongle_.reset();
+    closeForgottenPorts();
+}
+
+void Monkey::plugIn() {
+    dongle_.reset();
+    dongle_ = std::make_unique<VirtualDongle>(
+        devices_.path(), VirtualDongle::Options{.seed = static_cast<std::uint32_t>(random_()),
+                                                .reportInterval = std::chrono::milliseconds{5}});
+    sent_ = {};
+    framesSeen_ = 0;
+    if (meddles_) {
+        sent_.expectFailures();
+    }
+}
+
+void Monkey::step() {
+    ++steps_;
+    random_.seed(seed_ * 1'000'003U + steps_);
+    if (oneIn(12)) {
+        meddleWithTheDongle();
+    }
+    const auto start = Clock::now();
+    actOnTheWindow();
+    longestAction_ = std::max(longestAction_, Clock::now() - start);
+    if (Clock::now() - start > longestPress) {
+        fail("The window did not come back from a press.");
+    }
+    if (farewell_) {
+        checkFarewell();
+        checkFrames();
+        endProgram();
+        startProgram();
+        return;
+    }
+    expectAnswer();
+    if (!oneIn(4)) {
+        letSettle();
+    }
+    check();
+}
+
+void Monkey::actOnTheWindow() {
+    std::string what;
+    workedBefore_ = wizard_->container().hasBackgroundWork();
+    if (oneIn(150)) {
+        what = "asked the program to end";
+        wizard_->terminate();
+    } else {
+        what = hands_.act(wizard_->window());
+    }
+    recent_.push_back(std::to_string(steps_) + " " + what);
+    if (recent_.size() > recentStepsKept) {
+        recent_.erase(recent_.begin());
+    }
+}
+
+void Monkey::meddleWithTheDongle() {
+    if (oneIn(2)) {
+        dongle_->humOnce(static_cast<std::uint16_t>(random_() % 100));
+        return;
+    }
+    if (!meddles_) {
+        return;
+    }
+    if (!dongle_->isPlugged()) {
+        plugIn();
+    } else if (oneIn(4)) {
+        ++unpluggings_;
+        dongle_->unplug();
+    } else {
+        ++faults_;
+        constexpr std::array types{Type::version,         Type::status,       Type::protocolSelect,
+                                   Type::outputPath,      Type::humDuration,  Type::humThresholds,
+                                   Type::relayConfig,     Type::autoTune,     Type::keyboardConfig,
+                                   Type::lastHumDuration, Type::writeSettings};
+        dongle_->onNext(types.at(random_() % types.size()), someFault());
+    }
+}
+
+Fault Monkey::someFault() {
+    // What makes the wizard wait for its two seconds is rare.
+    if (oneIn(12)) {
+        const std::vector slow{Fault::silence(),   Fault::halfAHeader(),   Fault::halfAPayload(),
+                               Fault::wrongType(), Fault::lengthTooLong(), Fault::late()};
+        return slow[random_() % slow.size()];
+    }
+    const std::vector quick{Fault::errorFrame(),
+                            Fault::wrongKind(),
+                            Fault::wrongMarker(),
+                            Fault::anotherFrameFirst(),
+                            Fault::floodFirst(50),
+                            Fault::payloadOneByteLonger(),
+                            Fault::payloadOneByteShorter(),
+                            Fault::lateBy(std::chrono::milliseconds{20}),
+                            Fault::unplugBeforeAnswer(),
+                            Fault::unplugDuringAnswer(),
+                            Fault::unplugAfterAnswer()};
+    return quick[random_() % quick.size()];
+}
+
+void Monkey::expectAnswer() {
+    bool answered = false;
+    const auto asked = Clock::now();
+    QMetaObject::invokeMethod(
+        &wizard_->window(), [&answered] { answered = true; }, Qt::QueuedConnection);
+    if (!turnUntil(longestWait, [&answered] { return answered; })) {
+        fail("The window did not answer.");
+    }
+    longestAnswer_ = std::max(longestAnswer_, Clock::now() - asked);
+}
+
+void Monkey::letSettle() {
+    turnUntil(longestWait, [this] {
+        const VelmorindalSwitch& model = wizard_->velmorindal();
+        return !wizard_->container().hasBackgroundWork() &&
+               (!model.bgIsProcessing || model.pollingState.get() != PollingState::none);
+    });
+}
+
+void Monkey::check() {
+    checkOperations();
+    checkFrames();
+    checkButtons();
+}
+
+void Monkey::checkOperations() {
+    const VelmorindalSwitch& model = wizard_->velmorindal();
+    const ConnectionStatus state = model.connectionState.get();
+    const wizardState page = wizard_->container().currentState.get();
+    if (model.bgIsProcessing &&
+        (state == ConnectionStatus::writing || state == ConnectionStatus::connecting)) {
+        fail("A calibration run and another operation went on together.");
+    }
+    if (model.bgIsProcessing && page != wizardState::Calibration) {
+        fail("A calibration run went on after its page was left.");
+    }
+    if (model.pollingState.get() != PollingState::none && page != wizardState::Calibration) {
+        fail("Readings were shown after their page was left.");
+    }
+}
+
+void Monkey::checkFrames() {
+    const auto frames = dongle_->receivedFrames();
+    const bool failed = wizard_->velmorindal().connectionState.get() != ConnectionStatus::writing;
+    for (; framesSeen_ < frames.size(); ++framesSeen_) {
+        const ByteBuffer& frame = frames[framesSeen_];
+        if (const auto wrong = sent_.add(frame, meddles_ && failed)) {
+            fail("The device received " + *wrong + ".");
+        }
+        writes_ += static_cast<char>(frame[2]) == 'w' ? 1 : 0;
+    }
+    if (dongle_->skippedBytes() > 0) {
+        fail("The device received bytes that are no frame.");
+    }
+}
+
+void Monkey::checkButtons() {
+    Buttons wanted;
+    Buttons shown;
+    // A refresh comes on the next turn of the event loop.
+    if (!turnUntil(longestWait, [&] {
+            wanted = buttonsOfTheTable();
+            shown = buttonsShown();
+            return wanted == shown;
+        })) {
+        fail("The buttons shown were " + listed(shown) + " and should have been " + listed(wanted) + ".");
+    }
+}
+
+void Monkey::checkFarewell() {
+    // An attempt to connect, and a write that has just ended, may say a last word of their own.
+    if (!workedBefore_ && !farewell_->ends_with("\nFarewell\n")) {
+        fail("The last line was not \"Farewell\".");
+    }
+    if (farewell_->find("\nFarewell\n") == std::string::npos) {
+        fail("The program ended without \"Farewell\".");
+    }
+}
+
+std::vector<std::string> Monkey::buttonsOfTheTable() const {
+    const VelmorindalSwitch& model = wizard_->velmorindal();
+    const ConnectionStatus state = model.connectionState.get();
+    switch (wizard_->container().currentState.get()) {
+        case wizardState::Welcome:
+            return {"Next", "Close"};
+        case wizardState::Connect:
+            if (state == ConnectionStatus::idle) {
+                return {"Back", "Close"};
+            }
+            if (state == ConnectionStatus::connecting) {
+                return {"Cancel"};
+            }
+            return state == ConnectionStatus::connected ? Buttons{"Cancel", "Back", "Next"}
+                                                        : Buttons{"Close"};
+        case wizardState::Mode:
+            if (model.outputMode.get() == OutputMode::LongShort && !model.shortEnabled.get() &&
+                !model.longEnabled.get()) {
+                return {"Cancel", "Back"};
+            }
+            return {"Cancel", "Back", "Next"};
+        case wizardState::Output:
+            return {"Cancel", "Back", "Next"};
+        case wizardState::Calibration:
+            return model.pollingState.get() == PollingState::none ? Buttons{"Cancel", "Back", "Next"}
+                                                                  : Buttons{};
+        case wizardState::Summary:
+            break;
+    }
+    // A write that is only just submitted, or whose result has not arrived, is one already, or still.
+    if (state == ConnectionStatus::writing || wizard_->container().hasBackgroundWork()) {
+        return {"Cancel"};
+    }
+    return model.justSaved.get() ? Buttons{"Back", "Close"} : Buttons{"Cancel", "Back", "Save"};
+}
+
+std::vector<std::string> Monkey::buttonsShown() const {
+    std::vector<const QPushButton*> buttons;
+    for (const QPushButton* button :
+         wizard_->window().findChild<NavigationRow*>()->findChildren<QPushButton*>()) {
+        if (button->isVisible()) {
+            buttons.push_back(button);
+        }
+    }
+    std::ranges::sort(buttons, {}, [](const QPushButton* button) { return button->x(); });
+    Buttons texts;
+    for (const QPushButton* button : buttons) {
+        texts.push_back(button->text().toStdString());
+    }
+    return texts;
+}
+
+std::string Monkey::summary() const {
+    return std::to_string(steps_) + " steps, seed " + std::to_string(seed_) + ", " +
+           std::to_string(hands_.presses()) + " presses, " + std::to_string(programs_) + " programs, " +
+           std::to_string(writes_) + " settings stored, " + std::to_string(faults_) + " faults, " +
+           std::to_string(unpluggings_) + " unpluggings, longest press " + milliseconds(longestAction_) +
+           ", longest answer " + milliseconds(longestAnswer_);
+}
+
+std::string Monkey::recentSteps() const {
+    std::string text;
+    for (const std::string& what : recent_) {
+        text += "  " + what + "\n";
+    }
+    return text;
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "simulator/VirtualDongle.h"
+#include "support/TemporaryDirectory.h"
+#include "ui/widgets/Wizard.h"
+#include "wizard/MonkeyHands.h"
+#include "wizard/PrintedLog.h"
+#include "wizard/SentFrames.h"
+
+namespace velmorindal {
+
+/// A user without a plan at the real widgets, beside a dongle that fails and is pulled out at random. What
+/// must hold whatever anybody does is looked at after each step; the first time that it does not, a step
+/// throws std::runtime_error.
+///
+/// What a step does depends on the seed, its number and what is shown.
+class Monkey {
+  public:
+    explicit Monkey(std::uint64_t seed);
+    Monkey(const Monkey&) = delete;
+    Monkey& operator=(const Monkey&) = delete;
+    ~Monkey();
+
+    void step();
+
+    std::size_t stepsDone() const { return steps_; }
+    /// What was done, in numbers.
+    std::string summary() const;
+    /// The latest steps in words.
+    std::string recentSteps() const;
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    bool oneIn(std::size_t count) { return random_() % count == 0; }
+    void startProgram();
+    void endProgram();
+    void plugIn();
+    void meddleWithTheDongle();
+    Fault someFault();
+    void actOnTheWindow();
+    void letSettle();
+    void expectAnswer();
+
+    void check();
+    void checkButtons();
+    void checkFrames();
+    void checkOperations();
+    void checkFarewell();
+    std::vector<std::string> buttonsOfTheTable() const;
+    std::vector<std::string> buttonsShown() const;
+
+    const std::uint64_t seed_;
+    std::mt19937_64 random_;
+    TemporaryDirectory devices_;
+    TemporaryDirectory files_;
+    PrintedLog log_;
+    MonkeyHands hands_{random_, files_.path()};
+    std::unique_ptr<VirtualDongle> dongle_;
+    SentFrames sent_;
+    std::size_t framesSeen_ = 0;
+    bool meddles_ = false;
+    std::unique_ptr<Wizard> wizard_;
+    std::optional<std::string> farewell_;
+    /// Whether an attempt to connect or a write was under way before the latest action.
+    bool workedBefore_ = false;
+
+    std::size_t steps_ = 0;
+    std::size_t programs_ = 0;
+    std::size_t writes_ = 0;
+    std::size_t faults_ = 0;
+    std::size_t unpluggings_ = 0;
+    Clock::duration longestAction_{0};
+    Clock::duration longestAnswer_{0};
+    std::vector<std::string> recent_;
+};
+
+}  // namespace velmorindal

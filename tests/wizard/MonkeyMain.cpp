@@ -1,0 +1,53 @@
+#include <QApplication>
+#include <QStandardPaths>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "diagnostics/Print.h"
+#include "ui/widgets/ApplicationSetup.h"
+#include "wizard/Monkey.h"
+
+namespace {
+
+/// Standard output is the wizard's.
+void say(const std::string& line) {
+    velmorindal::writeLine(2, line);
+}
+
+/// @returns whether all steps went well.
+bool run(std::uint64_t steps, std::uint64_t seed) {
+    velmorindal::Monkey monkey{seed};
+    try {
+        while (monkey.stepsDone() < steps) {
+            monkey.step();
+        }
+    } catch (const std::exception& exception) {
+        say("Monkey: FAILED at step " + std::to_string(monkey.stepsDone()) + " of seed " +
+            std::to_string(seed) + ": " + exception.what() + "\n" + monkey.recentSteps() +
+            "Again: scripts/soak " + std::to_string(monkey.stepsDone()) + " " + std::to_string(seed));
+        return false;
+    }
+    say("Monkey: " + monkey.summary());
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        say("usage: velmorindal-monkey STEPS SEED");
+        return 2;
+    }
+    const std::uint64_t steps = std::strtoull(argv[1], nullptr, 10);
+    const std::uint64_t seed = std::strtoull(argv[2], nullptr, 10);
+    std::signal(SIGPIPE, SIG_IGN);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QStandardPaths::setTestModeEnabled(true);
+    int argumentCount = 1;
+    const QApplication application{argumentCount, argv};
+    velmorindal::setUpApplication();
+    return run(steps, seed) ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "support/TemporaryDirectory.h"
+
+namespace velmorindal {
+
+/// Takes standard output into a file while it lives.
+class PrintedLog {
+  public:
+    PrintedLog();
+    PrintedLog(const PrintedLog&) = delete;
+    PrintedLog& operator=(const PrintedLog&) = delete;
+    /// Gives standard output back.
+    ~PrintedLog();
+
+    /// Begins anew.
+    void clear();
+    /// Everything since then.
+    std::string text() const;
+
+  private:
+    TemporaryDirectory directory_;
+    int file_ = -1;
+    int before_ = -1;
+};
+
+}  // namespace velmorindal
