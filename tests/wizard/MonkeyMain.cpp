@@ -17,12 +17,24 @@ void say(const std::string& line) {
     velmorindal::writeLine(2, line);
 }
 
+/// The platform without a screen says at every window what it cannot do with one.
+void passOn(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
+    if (!message.startsWith(QLatin1String{"This plugin does not support"})) {
+        say(message.toStdString());
+    }
+}
+
+constexpr std::uint64_t stepsBetweenReports = 10'000;
+
 /// @returns whether all steps went well.
 bool run(std::uint64_t steps, std::uint64_t seed) {
     velmorindal::Monkey monkey{seed};
     try {
         while (monkey.stepsDone() < steps) {
             monkey.step();
+            if (monkey.stepsDone() % stepsBetweenReports == 0 && monkey.stepsDone() < steps) {
+                say("Monkey: so far " + monkey.summary());
+            }
         }
     } catch (const std::exception& exception) {
         say("Monkey: FAILED at step " + std::to_string(monkey.stepsDone()) + " of seed " +
@@ -44,6 +56,7 @@ int main(int argc, char** argv) {
     const std::uint64_t steps = std::strtoull(argv[1], nullptr, 10);
     const std::uint64_t seed = std::strtoull(argv[2], nullptr, 10);
     std::signal(SIGPIPE, SIG_IGN);
+    qInstallMessageHandler(passOn);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QStandardPaths::setTestModeEnabled(true);
     int argumentCount = 1;
