@@ -3,29 +3,21 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QPushButton>
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <thread>
-
-#include "ui/widgets/NavigationRow.h"
 
 namespace velmorindal {
 namespace {
 
 using Type = VelmorindalMessageType;
-using Buttons = std::vector<std::string>;
 
 /// Quitting waits for an exchange with the device, two seconds at most each, and there may be a few.
 constexpr std::chrono::seconds longestPress{20};
-constexpr std::chrono::seconds longestWait{5};
 constexpr std::size_t recentStepsKept = 30;
-
-[[noreturn]] void fail(const std::string& what) {
-    throw std::runtime_error{what};
-}
 
 /// A candidate that failed its probe keeps its descriptor until its program ends. Programs end here without
 /// their process.
@@ -38,28 +30,6 @@ void closeForgottenPorts() {
             ::close(descriptor);
         }
     }
-}
-
-template <typename Condition>
-bool turnUntil(std::chrono::milliseconds bound, Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + bound;
-    QApplication::processEvents();
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds{200});
-        QApplication::processEvents();
-    }
-    return true;
-}
-
-std::string listed(const Buttons& buttons) {
-    std::string text = "[";
-    for (const std::string& button : buttons) {
-        text += button + " ";
-    }
-    return text + "]";
 }
 
 std::string milliseconds(std::chrono::steady_clock::duration time) {
@@ -200,6 +170,23 @@ Fault Monkey::someFault() {
     return quick[random_() % quick.size()];
 }
 
+bool Monkey::turnUntil(std::chrono::milliseconds bound, const std::function<bool()>& condition) {
+    const auto deadline = Clock::now() + bound;
+    QApplication::processEvents();
+    while (!condition()) {
+        if (Clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds{200});
+        QApplication::processEvents();
+    }
+    return true;
+}
+
+void Monkey::fail(const std::string& what) {
+    throw std::runtime_error{what};
+}
+
 void Monkey::expectAnswer() {
     bool answered = false;
     const auto asked = Clock::now();
@@ -217,118 +204,6 @@ void Monkey::letSettle() {
         return !wizard_->container().hasBackgroundWork() &&
                (!model.bgIsProcessing || model.pollingState.get() != PollingState::none);
     });
-}
-
-void Monkey::check() {
-    checkOperations();
-    checkFrames();
-    checkButtons();
-}
-
-void Monkey::checkOperations() {
-    const VelmorindalSwitch& model = wizard_->velmorindal();
-    const ConnectionStatus state = model.connectionState.get();
-    const wizardState page = wizard_->container().currentState.get();
-    if (model.bgIsProcessing &&
-        (state == ConnectionStatus::writing || state == ConnectionStatus::connecting)) {
-        fail("A calibration run and another operation went on together.");
-    }
-    if (model.bgIsProcessing && page != wizardState::Calibration) {
-        fail("A calibration run went on after its page was left.");
-    }
-    if (model.pollingState.get() != PollingState::none && page != wizardState::Calibration) {
-        fail("Readings were shown after their page was left.");
-    }
-}
-
-void Monkey::checkFrames() {
-    const auto frames = dongle_->receivedFrames();
-    const bool failed = wizard_->velmorindal().connectionState.get() != ConnectionStatus::writing;
-    for (; framesSeen_ < frames.size(); ++framesSeen_) {
-        const ByteBuffer& frame = frames[framesSeen_];
-        if (const auto wrong = sent_.add(frame, meddles_ && failed)) {
-            fail("The device received " + *wrong + ".");
-        }
-        writes_ += static_cast<char>(frame[2]) == 'w' ? 1 : 0;
-    }
-    if (dongle_->skippedBytes() > 0) {
-        fail("The device received bytes that are no frame.");
-    }
-}
-
-void Monkey::checkButtons() {
-    Buttons wanted;
-    Buttons shown;
-    // A refresh comes on the next turn of the event loop.
-    if (!turnUntil(longestWait, [&] {
-            wanted = buttonsOfTheTable();
-            shown = buttonsShown();
-            return wanted == shown;
-        })) {
-        fail("The buttons shown were " + listed(shown) + " and should have been " + listed(wanted) + ".");
-    }
-}
-
-void Monkey::checkFarewell() {
-    // An attempt to connect, and a write that has just ended, may say a last word of their own.
-    if (!workedBefore_ && !farewell_->ends_with("\nFarewell\n")) {
-        fail("The last line was not \"Farewell\".");
-    }
-    if (farewell_->find("\nFarewell\n") == std::string::npos) {
-        fail("The program ended without \"Farewell\".");
-    }
-}
-
-std::vector<std::string> Monkey::buttonsOfTheTable() const {
-    const VelmorindalSwitch& model = wizard_->velmorindal();
-    const ConnectionStatus state = model.connectionState.get();
-    switch (wizard_->container().currentState.get()) {
-        case wizardState::Welcome:
-            return {"Next", "Close"};
-        case wizardState::Connect:
-            if (state == ConnectionStatus::idle) {
-                return {"Back", "Close"};
-            }
-            if (state == ConnectionStatus::connecting) {
-                return {"Cancel"};
-            }
-            return state == ConnectionStatus::connected ? Buttons{"Cancel", "Back", "Next"}
-                                                        : Buttons{"Close"};
-        case wizardState::Mode:
-            if (model.outputMode.get() == OutputMode::LongShort && !model.shortEnabled.get() &&
-                !model.longEnabled.get()) {
-                return {"Cancel", "Back"};
-            }
-            return {"Cancel", "Back", "Next"};
-        case wizardState::Output:
-            return {"Cancel", "Back", "Next"};
-        case wizardState::Calibration:
-            return model.pollingState.get() == PollingState::none ? Buttons{"Cancel", "Back", "Next"}
-                                                                  : Buttons{};
-        case wizardState::Summary:
-            break;
-    }
-    // A write that is only just submitted, or whose result has not arrived, is one already, or still.
-    if (state == ConnectionStatus::writing || wizard_->container().hasBackgroundWork()) {
-        return {"Cancel"};
-    }
-    return model.justSaved.get() ? Buttons{"Back", "Close"} : Buttons{"Cancel", "Back", "Save"};
-}
-
-std::vector<std::string> Monkey::buttonsShown() const {
-    std::vector<const QPushButton*> buttons;
-    for (const QPushButton* button :
-         wizard_->window().findChild<NavigationRow*>()->findChildren<QPushButton*>()) {
-        if (button->isVisible()) {
-            buttons.push_back(button);
-        }
-    }
-    std::ranges::sort(buttons, {}, [](const QPushButton* button) { return button->x(); });
-    Buttons texts;
-    for (const QPushButton* button : buttons) {
-        texts.push_back(button->text().toStdString());
-    }
-    return texts;
 }
 
 std::string Monkey::summary() const {

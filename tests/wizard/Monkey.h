@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <random>
@@ -42,7 +42,12 @@ class Monkey {
   private:
     using Clock = std::chrono::steady_clock;
 
+    static constexpr std::chrono::seconds longestWait{5};
+
     bool oneIn(std::size_t count) { return random_() % count == 0; }
+    /// Turns the event loop. @returns false when the bound passed first.
+    static bool turnUntil(std::chrono::milliseconds bound, const std::function<bool()>& condition);
+    [[noreturn]] static void fail(const std::string& what);
     void startProgram();
     void endProgram();
     void plugIn();
