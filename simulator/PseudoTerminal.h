@@ -21,6 +21,9 @@ class PseudoTerminal {
     const std::filesystem::path& link() const { return link_; }
     /// The end opposite to the host's, non-blocking.
     int descriptor() const { return master_.get(); }
+    /// The descriptor by which the port is kept open here, so that the master does not see a hang-up when a
+    /// host closes it.
+    int ownHostEnd() const { return slave_.get(); }
     /// The port itself, which the link points to.
     const std::string& hostEnd() const { return hostEnd_; }
     /// Whether the host has read every byte that was written to `descriptor()`.
@@ -37,7 +40,6 @@ class PseudoTerminal {
     std::filesystem::path link_;
     OwnedDescriptor master_;
     std::string hostEnd_;
-    // Kept open so that the master does not see a hang-up when a host closes the port.
     OwnedDescriptor slave_;
 };
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
 
 namespace velmorindal {
 namespace {
@@ -19,11 +18,10 @@ constexpr int highestDescriptor = 64;
 }  // namespace
 
 ScriptedPort::ScriptedPort(Scheduler& scheduler, const std::filesystem::path& directory, std::size_t troubles)
-    : scheduler_{scheduler}, path_{directory / "cu.usbmodem-scripted"}, troublesLeft_{troubles} {
-    std::ofstream{path_}.close();
+    : scheduler_{scheduler}, terminal_{directory / "cu.usbmodem-scripted"}, troublesLeft_{troubles} {
     struct stat status {};
-    ::stat(path_.c_str(), &status);
-    node_ = status.st_ino;
+    ::stat(path().c_str(), &status);
+    node_ = status.st_rdev;
     portHere = this;
 }
 
@@ -34,13 +32,12 @@ ScriptedPort::~ScriptedPort() {
         }
     }
     portHere = nullptr;
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
 }
 
 bool ScriptedPort::isOpenAs(int descriptor) const {
     struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && status.st_ino == node_ && S_ISREG(status.st_mode);
+    return ::fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode) && status.st_rdev == node_ &&
+           descriptor != terminal_.ownHostEnd();
 }
 
 ScriptedPort* ScriptedPort::of(int descriptor) {
@@ -119,7 +116,7 @@ void ScriptedPort::unplug() {
     plugged_ = false;
     answers_.clear();
     withinAnswer_ = false;
-    std::filesystem::remove(path_);
+    terminal_.close();
 }
 
 void ScriptedPort::usedBy(std::size_t thread) {

@@ -12,13 +12,15 @@
 #include <vector>
 
 #include "schedules/Scheduler.h"
+#include "simulator/PseudoTerminal.h"
 #include "simulator/SimulatedDevice.h"
 #include "simulator/WireFrame.h"
 
 namespace velmorindal {
 
-/// A port with a device behind it whose every exchange is a scheduling point. What is opened is a plain file;
-/// reads and writes of it come here instead of to the system, for as long as this lives. One at a time.
+/// A port with a device behind it whose every exchange is a scheduling point. What is opened is a
+/// pseudo-terminal; its reads and writes come here instead of to the system, for as long as this lives. One
+/// at a time.
 ///
 /// The device answers at once, or falls silent for one frame, or is pulled out, as the choices say.
 class ScriptedPort {
@@ -33,7 +35,7 @@ class ScriptedPort {
     /// The port behind a descriptor; none for every other file.
     static ScriptedPort* of(int descriptor);
 
-    const std::filesystem::path& path() const { return path_; }
+    const std::filesystem::path& path() const { return terminal_.link(); }
     const DeviceState& state() const { return device_.state(); }
     /// How many frames of a type with a payload, or of an order without one, were received.
     std::size_t timesReceived(VelmorindalMessageType type) const;
@@ -51,8 +53,8 @@ class ScriptedPort {
     bool isOpenAs(int descriptor) const;
 
     Scheduler& scheduler_;
-    const std::filesystem::path path_;
-    ino_t node_ = 0;
+    PseudoTerminal terminal_;
+    dev_t node_ = 0;
     std::size_t troublesLeft_;
     bool hadTrouble_ = false;
     bool plugged_ = true;
