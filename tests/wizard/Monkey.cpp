@@ -113,7 +113,6 @@ void Monkey::step() {
 
 void Monkey::actOnTheWindow() {
     std::string what;
-    workedBefore_ = wizard_->container().hasBackgroundWork();
     if (oneIn(150)) {
         what = "asked the program to end";
         wizard_->terminate();

@@ -77,8 +77,6 @@ class Monkey {
     bool meddles_ = false;
     std::unique_ptr<Wizard> wizard_;
     std::optional<std::string> farewell_;
-    /// Whether an attempt to connect or a write was under way before the latest action.
-    bool workedBefore_ = false;
 
     std::size_t steps_ = 0;
     std::size_t programs_ = 0;

@@ -72,12 +72,8 @@ void Monkey::checkButtons() {
 }
 
 void Monkey::checkFarewell() {
-    // An attempt to connect, and a write that has just ended, may say a last word of their own.
-    if (!workedBefore_ && !farewell_->ends_with("\nFarewell\n")) {
+    if (!farewell_->ends_with("\nFarewell\n")) {
         fail("The last line was not \"Farewell\".");
-    }
-    if (farewell_->find("\nFarewell\n") == std::string::npos) {
-        fail("The program ended without \"Farewell\".");
     }
 }
 

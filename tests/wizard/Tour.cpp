@@ -28,11 +28,19 @@ constexpr const char* settingsFile = "settings of a wearer.xml";
 
 }  // namespace
 
-Tour::Tour(std::filesystem::path pictures, std::filesystem::path work)
-    : pictures_{std::move(pictures)}, work_{std::move(work)} {}
+Tour::Tour(std::filesystem::path pictures, std::filesystem::path work, Arrange arrange)
+    : pictures_{std::move(pictures)}, work_{std::move(work)}, arrange_{std::move(arrange)} {}
+
+void Tour::arrange(WizardDriver& driver) {
+    QWidget& window = driver.wizard().window();
+    arrange_(window);
+    QApplication::processEvents();
+    arrangedSize_ = window.size();
+}
 
 void Tour::takePicture(WizardDriver& driver, const std::string& name) {
     QApplication::processEvents();
+    expect(driver.wizard().window().size() == arrangedSize_, "a window that keeps its size");
     const auto path = pictures_ / (name + ".png");
     expect(driver.top().grab().save(QString::fromStdString(path.string())), "saving " + path.string());
     ++pictureCount_;
@@ -41,6 +49,7 @@ void Tour::takePicture(WizardDriver& driver, const std::string& name) {
 void Tour::programADevice() {
     VirtualDongle dongle{work_, {.hums = true}};
     WizardDriver driver{work_};
+    arrange(driver);
     takePicture(driver, "01-welcome");
 
     dongle.onFirst(Type::humThresholds, Fault::lateBy(std::chrono::milliseconds{300}));
@@ -140,6 +149,7 @@ void Tour::expectSummary(WizardDriver& driver) {
 void Tour::loadTheSettingsAgain() {
     const VirtualDongle dongle{work_};
     WizardDriver driver{work_};
+    arrange(driver);
     driver.walkTo(wizardState::Connect);
     waitFor([&] { return driver.shows("Connection successful. Press \"Next\" to continue."); },
             "connecting again");
@@ -155,6 +165,7 @@ void Tour::loadTheSettingsAgain() {
 void Tour::meetTheFailures() {
     {
         WizardDriver driver{work_};
+        arrange(driver);
         driver.press("Next");
         driver.dialog();
         takePicture(driver, "30-no-dongle");
@@ -164,6 +175,7 @@ void Tour::meetTheFailures() {
     {
         const VirtualDongle dongle{work_, {.device = {.linkState = 0}}};
         WizardDriver driver{work_};
+        arrange(driver);
         driver.press("Next");
         driver.dialog();
         takePicture(driver, "32-link-down");
@@ -172,6 +184,7 @@ void Tour::meetTheFailures() {
     }
     VirtualDongle dongle{work_};
     WizardDriver driver{work_};
+    arrange(driver);
     driver.press("Next");
     std::ofstream{work_ / "torn.xml"} << "<VibrationSwitch OutputPath=\"Sw";
     driver.press("Load");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -13,8 +14,12 @@ namespace velmorindal {
 /// every page and dialog on the way. Throws std::runtime_error when anything does not go as it should.
 class Tour {
   public:
-    /// Pictures go into `pictures`, dongles and settings files into `work`; both exist.
-    Tour(std::filesystem::path pictures, std::filesystem::path work);
+    /// Gives the window the shape of the tour.
+    using Arrange = std::function<void(QWidget& window)>;
+
+    /// Pictures go into `pictures`, dongles and settings files into `work`; both exist. Every window is
+    /// arranged once, as a user does, and has to keep its size from then on.
+    Tour(std::filesystem::path pictures, std::filesystem::path work, Arrange arrange);
 
     /// Connects, sets the device up, calibrates, programs it and saves the settings to a file.
     void programADevice();
@@ -27,12 +32,15 @@ class Tour {
     int pictureCount() const { return pictureCount_; }
 
   private:
+    void arrange(WizardDriver& driver);
     void takePicture(WizardDriver& driver, const std::string& name);
     void calibrate(WizardDriver& driver, VirtualDongle& dongle);
     void expectSummary(WizardDriver& driver);
 
     const std::filesystem::path pictures_;
     const std::filesystem::path work_;
+    const Arrange arrange_;
+    QSize arrangedSize_;
     int pictureCount_ = 0;
 };
 

@@ -1,10 +1,15 @@
 #include <QApplication>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QWidget>
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <fstream>
+#include <string>
 #include <string_view>
 
 #include "diagnostics/Print.h"
@@ -37,14 +42,61 @@ void doubleTheFont() {
     QApplication::setFont(font);
 }
 
+void keepSmallest(QWidget& window) {
+    window.resize(window.minimumSize());
+}
+
+void makeLongAndNarrow(QWidget& window) {
+    window.resize(window.minimumWidth(), 1000);
+}
+
+void fillScreen(QWidget& window) {
+    window.showFullScreen();
+}
+
+/// A look of the wizard that the tour can be taken in.
+struct Look {
+    std::string_view name;
+    /// Before there is an application: what the desktop says of its screen.
+    double scale = 1.0;
+    void (*setUp)() = [] {};
+    void (*arrange)(QWidget& window) = keepSmallest;
+};
+
+constexpr std::array looks{Look{.name = "normal"},
+                           Look{.name = "dark", .setUp = useDarkPalette},
+                           Look{.name = "double-font", .setUp = doubleTheFont},
+                           Look{.name = "double-scale", .scale = 2.0},
+                           Look{.name = "long-and-narrow", .arrange = makeLongAndNarrow},
+                           Look{.name = "full-screen", .arrange = fillScreen}};
+
+/// The platform without a display gets the screen of a common laptop.
+void describeScreen(const std::filesystem::path& file) {
+    std::ofstream{file} << R"({"screens": [{"name": "laptop", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                                            "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString("offscreen:configfile=" + file.string()));
+}
+
+std::string usage() {
+    std::string text = "usage: velmorindal-tour DIRECTORY [LOOK], LOOK one of:";
+    for (const Look& look : looks) {
+        text.append(" ").append(look.name);
+    }
+    return text;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::string_view look = argc == 3 ? argv[2] : "normal";
-    if (argc < 2 || argc > 3 || (look != "normal" && look != "dark" && look != "double-font")) {
-        velmorindal::writeLine(2, "usage: velmorindal-tour DIRECTORY [normal|dark|double-font]");
+    const std::string_view name = argc == 3 ? argv[2] : "normal";
+    const auto* const look = std::ranges::find(looks, name, &Look::name);
+    if (argc < 2 || argc > 3 || look == looks.end()) {
+        velmorindal::writeLine(2, usage());
         return 2;
     }
+    const velmorindal::TemporaryDirectory work;
+    describeScreen(work.path() / "screen.json");
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(look->scale));
     std::signal(SIGPIPE, SIG_IGN);
     QStandardPaths::setTestModeEnabled(true);
     int argumentCount = 1;
@@ -52,16 +104,11 @@ int main(int argc, char** argv) {
     velmorindal::setUpApplication();
     // The window opens as it does for the first time.
     QSettings{}.clear();
-    if (look == "dark") {
-        useDarkPalette();
-    } else if (look == "double-font") {
-        doubleTheFont();
-    }
+    look->setUp();
     try {
         const std::filesystem::path pictures{argv[1]};
         std::filesystem::create_directories(pictures);
-        const velmorindal::TemporaryDirectory work;
-        velmorindal::Tour tour{pictures, work.path()};
+        velmorindal::Tour tour{pictures, work.path(), look->arrange};
         tour.programADevice();
         tour.loadTheSettingsAgain();
         tour.meetTheFailures();

@@ -11,12 +11,13 @@ struct Color {
     bool operator==(const Color&) const = default;
 };
 
-/// The colours of the pages, each dark enough to be told from a white ground, and for white text upon it.
+/// The colours of the pages. All but the two near-whites stand out at 3 : 1 or more from a light ground, and
+/// so does white upon them.
 namespace colors {
 inline constexpr Color green{.red = 0.13, .green = 0.55, .blue = 0.13};
 inline constexpr Color blue{.red = 0.0, .green = 0.40, .blue = 0.85};
 inline constexpr Color red{.red = 0.80, .green = 0.11, .blue = 0.11};
-inline constexpr Color grey{.red = 0.56, .green = 0.56, .blue = 0.56};
+inline constexpr Color grey{.red = 0.53, .green = 0.53, .blue = 0.53};
 inline constexpr Color white{.red = 1.0, .green = 1.0, .blue = 1.0};
 inline constexpr Color black{.red = 0.0, .green = 0.0, .blue = 0.0};
 /// The empty track of every bar.

@@ -6,6 +6,8 @@
 #include <QSlider>
 #include <QStyleOption>
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "ui/widgets/FocusRing.h"
 #include "ui/widgets/Look.h"
@@ -31,7 +33,8 @@ QRectF squareIn(const QRect& rect) {
 void setUp(QPainter& painter, const QStyleOption& option) {
     painter.setRenderHint(QPainter::Antialiasing);
     const bool filled = isChecked(option);
-    painter.setPen(QPen{filled ? look::accentColor() : look::outlineColor(option.palette), lineWidth});
+    painter.setPen(
+        QPen{filled ? look::focusColor(option.palette) : look::outlineColor(option.palette), lineWidth});
     painter.setBrush(filled ? look::accentColor() : option.palette.color(QPalette::Base));
 }
 
@@ -109,6 +112,19 @@ void LegibleStyle::drawSlider(const QStyleOptionSlider& slider, QPainter& painte
     painter.setPen(Qt::NoPen);
     painter.setBrush(look::accentColor());
     painter.drawEllipse(handle.center(), thickness, thickness);
+}
+
+void LegibleStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    constexpr std::array texts{std::pair{QPalette::WindowText, QPalette::Window},
+                               std::pair{QPalette::Text, QPalette::Base},
+                               std::pair{QPalette::ButtonText, QPalette::Button}};
+    for (const auto& [text, ground] : texts) {
+        palette.setColor(
+            QPalette::Disabled, text,
+            look::legible(palette.color(QPalette::Disabled, text), palette.color(QPalette::Active, text),
+                          palette.color(QPalette::Disabled, ground)));
+    }
 }
 
 int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

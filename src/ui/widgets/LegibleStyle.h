@@ -7,12 +7,14 @@ class QStyleOptionSlider;
 namespace velmorindal {
 
 /// The desktop's style, but for the marks that many styles draw too faintly or too small: radio buttons,
-/// check boxes and sliders stand out from the page at 3 : 1 in every palette and grow with the font, and the
-/// mark of the focus is left to the FocusRing.
+/// check boxes and sliders stand out from the page at 3 : 1 in every palette and grow with the font, the text
+/// of what cannot be chosen just now can still be read, and the mark of the focus is left to the FocusRing.
 class LegibleStyle final : public QProxyStyle {
     Q_OBJECT
 
   public:
+    using QProxyStyle::polish;
+    void polish(QPalette& palette) override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,

@@ -82,6 +82,18 @@ double contrast(const QColor& one, const QColor& other) {
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
+QColor legible(const QColor& faint, const QColor& full, const QColor& ground) {
+    constexpr double readable = 4.5;
+    constexpr int parts = 16;
+    QColor mixed = faint;
+    for (int part = 1; contrast(mixed, ground) < readable && part <= parts; ++part) {
+        const auto mix = [part](int from, int to) { return from + (to - from) * part / parts; };
+        mixed = QColor{mix(faint.red(), full.red()), mix(faint.green(), full.green()),
+                       mix(faint.blue(), full.blue())};
+    }
+    return mixed;
+}
+
 QColor accentColor() {
     return toQColor(colors::blue);
 }

@@ -30,6 +30,10 @@ int widestWordWidth();
 /// The contrast of two opaque colours, 1 for none to 21 for black on white.
 double contrast(const QColor& one, const QColor& other);
 
+/// `faint` where it can be read on `ground`, at 4.5 : 1; or else, on the way from it to `full`, the first
+/// colour that can.
+QColor legible(const QColor& faint, const QColor& full, const QColor& ground);
+
 /// The fill of what is chosen; white shows upon it.
 QColor accentColor();
 
