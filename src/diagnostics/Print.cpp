@@ -1,10 +1,14 @@
 #include "diagnostics/Print.h"
 
+#include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <charconv>
+#include <climits>
 #include <cmath>
 
 namespace velmorindal {
@@ -47,6 +51,17 @@ std::string quoted(std::string_view text) {
     return result + '"';
 }
 
+/// Whether as much as PIPE_BUF can be written without waiting. Only the first line that nobody reads is
+/// waited for, so that a log with a reader asleep costs the program one second and not one a line.
+bool takesMore(int descriptor) {
+    constexpr int patienceMilliseconds = 1000;
+    static std::atomic<int> patience = patienceMilliseconds;
+    pollfd output{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    const bool room = ::poll(&output, 1, patience) != 0;
+    patience = room ? patienceMilliseconds : 0;
+    return room;
+}
+
 std::recursive_mutex& turn() {
     static std::recursive_mutex mutex;
     return mutex;
@@ -72,8 +87,9 @@ void writeLine(int descriptor, std::string_view text) {
     std::string line{text};
     line += '\n';
     std::string_view rest = line;
-    while (!rest.empty()) {
-        const ssize_t written = ::write(descriptor, rest.data(), rest.size());
+    while (!rest.empty() && takesMore(descriptor)) {
+        const ssize_t written =
+            ::write(descriptor, rest.data(), std::min(rest.size(), std::size_t{PIPE_BUF}));
         if (written > 0) {
             rest.remove_prefix(static_cast<std::size_t>(written));
         } else if (written == 0 || errno != EINTR) {

@@ -41,8 +41,10 @@ class PrintItem {
     std::string text_;
 };
 
-/// Writes `text` and a newline to `descriptor` as one write, retried where the system takes only a part of
-/// it. A descriptor that cannot be written is ignored: diagnostics never stop the program.
+/// Writes `text` and a newline to `descriptor` as one write; as several where the system takes only a part of
+/// it, or where it is longer than a pipe takes at once. A descriptor that cannot be written is ignored, and
+/// of what nobody reads for a second the rest is dropped, as is whatever comes until there is room again:
+/// diagnostics never stop the program.
 void writeLine(int descriptor, std::string_view text);
 
 /// Writes the items, joined by one space, and a newline to standard output as one write. Safe from any

@@ -1,8 +1,12 @@
 #include "diagnostics/Print.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <chrono>
 #include <clocale>
 #include <cstdint>
 #include <limits>
@@ -88,6 +92,34 @@ TEST(Print, LeavesTheLastWordToTheThreadThatHasIt) {
     }
     other.join();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "the\nlast\ntoo late\n");
+}
+
+TEST(Print, DropsWhatNobodyReadsInsteadOfWaitingForEver) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const auto start = std::chrono::steady_clock::now();
+    const std::string line(1000, 'x');
+    // Far more than a pipe holds.
+    for (int lines = 0; lines < 1000; ++lines) {
+        writeLine(ends[1], line);
+    }
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds{1});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{20});
+
+    std::string received(1'000'000, '\0');
+    ASSERT_EQ(::fcntl(ends[0], F_SETFL, O_NONBLOCK), 0);
+    while (::read(ends[0], received.data(), received.size()) > 0) {
+    }
+    writeLine(ends[1], "room again");
+    const auto count = ::read(ends[0], received.data(), received.size());
+    EXPECT_EQ(received.substr(0, static_cast<std::size_t>(count)), "room again\n");
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(Print, WritesALineThatIsLongerThanAPipeTakesAtOnce) {
+    const std::string line(20'000, 'x');
+    EXPECT_EQ(printed(line), line + "\n");
 }
 
 TEST(Print, KeepsTheLinesOfTwoThreadsWhole) {
