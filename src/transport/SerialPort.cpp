@@ -1,10 +1,12 @@
 #include "transport/SerialPort.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <utility>
 
@@ -26,6 +28,29 @@ int accessMode(bool toReceive, bool andTransmit) {
 bool nodeIsPresent(int descriptor) {
     struct stat status {};
     return ::fstat(descriptor, &status) == 0 && status.st_nlink == 1;
+}
+
+/// While one exists, reads and writes of a descriptor take what there is and return; afterwards they wait
+/// again, whatever another thread did with the descriptor meanwhile.
+class WithoutWaiting {
+  public:
+    explicit WithoutWaiting(int descriptor)
+        : descriptor_{descriptor}, flags_{::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK} {
+        ::fcntl(descriptor_, F_SETFL, flags_ | O_NONBLOCK);
+    }
+    WithoutWaiting(const WithoutWaiting&) = delete;
+    WithoutWaiting& operator=(const WithoutWaiting&) = delete;
+    ~WithoutWaiting() { ::fcntl(descriptor_, F_SETFL, flags_); }
+
+  private:
+    const int descriptor_;
+    const int flags_;
+};
+
+/// @returns false when no byte can be written within `seconds`; 0 is without end.
+bool waitForRoom(int descriptor, int seconds) {
+    pollfd line{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    return ::poll(&line, 1, seconds == 0 ? -1 : seconds * 1000) > 0;
 }
 
 }  // namespace
@@ -138,7 +163,15 @@ ByteBuffer SerialPort::readData(std::size_t length) {
 }
 
 std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
-    return ::write(openDescriptor()->number, bytes.data(), bytes.size());
+    const std::shared_ptr<Descriptor> descriptor = openDescriptor();
+    // A device that takes nothing more would hold a waiting write, and with it the program, until it is
+    // pulled out.
+    const WithoutWaiting withoutWaiting{descriptor->number};
+    const std::ptrdiff_t written = ::write(descriptor->number, bytes.data(), bytes.size());
+    if (written == -1 && errno == EAGAIN && waitForRoom(descriptor->number, timeout_)) {
+        return ::write(descriptor->number, bytes.data(), bytes.size());
+    }
+    return written;
 }
 
 std::ptrdiff_t SerialPort::writeData(std::span<const std::uint8_t> bytes) {

@@ -71,9 +71,11 @@ class SerialPort {
     /// @throws PortException as readBytes does.
     ByteBuffer readData(std::size_t length);
 
-    /// One write of all of `bytes`; a short write is not retried and a vanished node is not looked for.
+    /// One write of all of `bytes`; a short write is not retried and a vanished node is not looked for. A
+    /// device that takes nothing is waited for until timeout() seconds have passed.
     ///
-    /// @returns what the system's write returned, -1 included.
+    /// @returns what the system's write returned, -1 included: fewer than all of `bytes` when the device took
+    ///          no more of them.
     /// @throws PortException mustBeOpen when closed.
     std::ptrdiff_t writeBytes(std::span<const std::uint8_t> bytes);
 

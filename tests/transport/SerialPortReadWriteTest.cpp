@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "transport/PseudoTerminal.h"
 #include "transport/SerialPort.h"
@@ -63,6 +64,47 @@ TEST_F(SerialPortOnALine, CarriesEveryByteBothWaysUnchanged) {
 
     EXPECT_EQ(port.writeData(everyByte()), 256);
     EXPECT_EQ(device.receive(256), everyByte());
+}
+
+TEST_F(SerialPortOnALine, DoesNotWaitForEverForADeviceThatTakesNothingMore) {
+    port.setSettings(dongleSettings(1));
+    const ByteBuffer frame(12, 0x63);
+    const auto start = steady_clock::now();
+    std::ptrdiff_t taken = 12;
+    std::size_t frames = 0;
+    for (; taken == 12; ++frames) {
+        taken = port.writeData(frame);
+    }
+    EXPECT_GT(frames, 100U);
+    EXPECT_LT(taken, 12);
+    // What is left of the room takes a part of a frame at once; after that there is none.
+    EXPECT_EQ(port.writeData(frame), -1);
+    EXPECT_GE(steady_clock::now() - start, std::chrono::seconds{1});
+    EXPECT_LT(steady_clock::now() - start, std::chrono::seconds{20});
+
+    device.receive(12 * (frames - 1));
+    EXPECT_EQ(port.writeData(frame), 12) << "room again";
+}
+
+TEST_F(SerialPortOnALine, WaitsForRoomThatComesInTime) {
+    const ByteBuffer frame(12, 0x63);
+    std::size_t frames = 0;
+    port.setSettings(dongleSettings(1));
+    while (port.writeData(frame) == 12) {
+        ++frames;
+    }
+    port.setSettings(dongleSettings(30));
+    std::thread reader{[this, frames] { device.receive(12 * frames); }};
+    EXPECT_EQ(port.writeData(frame), 12);
+    reader.join();
+}
+
+TEST_F(SerialPortOnALine, ReadsWaitAsBeforeAfterAWrite) {
+    EXPECT_EQ(port.writeData(ByteBuffer{0x63}), 1);
+    ByteBuffer buffer(1);
+    const auto start = steady_clock::now();
+    EXPECT_EQ(port.readBytes(buffer), 0);
+    EXPECT_GE(steady_clock::now() - start, std::chrono::milliseconds{190});
 }
 
 TEST_F(SerialPortOnALine, ReadsOnceForAtMostTheBytesThatFit) {
