@@ -38,14 +38,14 @@ bool VelmorindalCommandProtocol::verifyHeader(std::span<const std::uint8_t> buff
         print("Expected binary message (", binaryMarker, "). Got ", buffer[1]);
         return false;
     }
-    if (buffer[2] != messageType) {
+    if (buffer[TypeOffset] != messageType) {
         // The stray parenthesis is part of the line.
-        print("Expected message type ", messageType, "). Got ", buffer[2]);
+        print("Expected message type ", messageType, "). Got ", buffer[TypeOffset]);
         return false;
     }
     const std::size_t payloadLength = buffer.size() - HeaderSize;
-    if (payloadLength != buffer[3]) {
-        print("Expected total payload length of ", buffer[3], " but got ", payloadLength);
+    if (payloadLength != buffer[LengthOffset]) {
+        print("Expected total payload length of ", buffer[LengthOffset], " but got ", payloadLength);
         return false;
     }
     return true;

@@ -25,6 +25,8 @@ using ByteBuffer = std::vector<std::uint8_t>;
 class VelmorindalCommandProtocol {
   public:
     static constexpr std::size_t HeaderSize = 4;
+    static constexpr std::size_t TypeOffset = 2;
+    static constexpr std::size_t LengthOffset = 3;
     static constexpr std::uint8_t CommandByte = 0x63;   // 'c'
     static constexpr std::uint8_t ResponseByte = 0x72;  // 'r'
     static constexpr std::uint8_t ErrorByte = 0x65;     // 'e', never built and never accepted

@@ -45,7 +45,8 @@ std::unique_ptr<VelmorindalCommand> VelmorindalMessageFactory::createFromWire(
     if (buffer.size() < VelmorindalCommandProtocol::HeaderSize) {
         return nullptr;
     }
-    const auto* const entry = std::ranges::find(entries, buffer[2], &Entry::code);
+    const auto* const entry =
+        std::ranges::find(entries, buffer[VelmorindalCommandProtocol::TypeOffset], &Entry::code);
     if (entry == entries.end()) {
         return nullptr;
     }

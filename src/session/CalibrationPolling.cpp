@@ -13,6 +13,7 @@ namespace velmorindal {
 namespace {
 
 constexpr auto lastHumCode = static_cast<std::uint8_t>(VelmorindalMessageType::lastHumDuration);
+constexpr auto reportCode = static_cast<std::uint8_t>(VelmorindalMessageType::autoTune);
 constexpr std::uint8_t reportingChannel = 2;
 constexpr std::uint8_t silentChannel = 0;
 constexpr double tickSeconds = 0.04;
@@ -85,6 +86,10 @@ void VelmorindalSwitch::pollClarity() {
     const auto frame = readMessage();
     if (!frame) {
         std::this_thread::sleep_for(restAfterNothing);
+        return;
+    }
+    // Whatever else the device says is none of this page's business, however mangled it is.
+    if ((*frame)[VelmorindalCommand::TypeOffset] != reportCode) {
         return;
     }
     const auto message = VelmorindalMessageFactory::createFromWire(*frame);

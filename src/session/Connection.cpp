@@ -87,7 +87,7 @@ std::optional<std::string> probe(const std::string& path) {
         if (header.size() < VelmorindalCommand::HeaderSize) {
             return std::nullopt;
         }
-        text = readVersionText(port, header[3]);
+        text = readVersionText(port, header[VelmorindalCommand::LengthOffset]);
     } catch (const PortException&) {
         return std::nullopt;
     }
@@ -114,20 +114,25 @@ std::vector<std::string> VelmorindalSwitch::listDevices() {
 }
 
 bool VelmorindalSwitch::failConnection(std::string text) {
-    lastError = text;
+    tellConnectionError(text);
     dispatch_.postToMain([this] { connectionState = ConnectionStatus::error; });
-    // A settings file that fails to load once the state shows leaves a text of its own.
+    // A settings file that is loaded once the state shows leaves a text of its own.
     lastError = std::move(text);
     return false;
 }
 
+void VelmorindalSwitch::tellConnectionError(std::optional<std::string> text) {
+    connectionError = text;
+    lastError = std::move(text);
+}
+
 bool VelmorindalSwitch::connect() {
-    lastError = std::nullopt;
+    tellConnectionError(std::nullopt);
     const std::vector<std::string> dongles = listDevices();
     dispatch_.postToMain([this] { readWriteProgress = 0.0; });
     if (serialPort.get()) {
         print("Attempting re-connection");
-        lastError = "Already connected to the Velmorindal Device.";
+        tellConnectionError("Already connected to the Velmorindal Device.");
         return false;
     }
     if (dongles.empty()) {
@@ -143,16 +148,15 @@ bool VelmorindalSwitch::connect() {
             "Multiple dongles found. To ensure that you program the correct device, please remove any extra "
             "USB "
             "dongles.";
-        lastError = warning;
+        tellConnectionError(warning);
     }
     print("Have device(s) : ", dongles);
     dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::connecting; });
     if (!openDongle(dongles.front()) || !checkVersion() || !checkLink() || !readSettingsAndFinish()) {
         return false;
     }
-    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it. A
-    // settings file that failed to load meanwhile has had its dialog and is no warning about the connection.
-    lastError = warning;
+    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it.
+    tellConnectionError(std::move(warning));
     return true;
 }
 
@@ -203,7 +207,7 @@ bool VelmorindalSwitch::checkLink() {
     print("Have a status: ", linkState);
     if (linkState == 0) {
         dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::disconnected; });
-        lastError = "Please ensure that your Velmorindal is turned on and in configuration mode.";
+        tellConnectionError("Please ensure that your Velmorindal is turned on and in configuration mode.");
         return false;
     }
     return true;
@@ -214,10 +218,9 @@ bool VelmorindalSwitch::readSettingsAndFinish() {
     print("Connected. Going to read settings");
     if (!readSettingsFromDevice()) {
         print("Failed to read settings.");
-        // A settings file may be loaded on the main thread during the wait, which leaves a text of its own.
-        auto reason = lastError.get();
         dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
-        lastError = std::move(reason);
+        // A settings file that was loaded on the main thread meanwhile has left a text of its own.
+        lastError = connectionError.get();
         return false;
     }
     print("Settings read successfully.");

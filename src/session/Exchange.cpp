@@ -8,9 +8,6 @@
 namespace velmorindal {
 namespace {
 
-constexpr std::size_t typeOffset = 2;
-constexpr std::size_t lengthOffset = 3;
-
 /// Exactly `length` bytes, or nothing when the port's deadline passed first or the port is gone.
 std::optional<ByteBuffer> readExactly(SerialPort& port, std::size_t length) {
     try {
@@ -35,7 +32,7 @@ std::optional<ByteBuffer> VelmorindalSwitch::readMessage() const {
     if (!frame) {
         return std::nullopt;
     }
-    const auto payload = readExactly(*port, (*frame)[lengthOffset]);
+    const auto payload = readExactly(*port, (*frame)[VelmorindalCommand::LengthOffset]);
     if (!payload) {
         return std::nullopt;
     }
@@ -49,7 +46,7 @@ ByteBuffer VelmorindalSwitch::readAnswer(std::uint8_t messageType) const {
         if (!frame) {
             throw VelmorindalException{VelmorindalError::NoConnectionError};
         }
-        if ((*frame)[typeOffset] == messageType) {
+        if ((*frame)[VelmorindalCommand::TypeOffset] == messageType) {
             return *std::move(frame);
         }
     }
@@ -88,7 +85,7 @@ bool VelmorindalSwitch::sendCommand(const VelmorindalCommand& command) {
         print("Could not write my whole sequence.");
         return false;
     }
-    const std::uint8_t messageType = frame[typeOffset];
+    const std::uint8_t messageType = frame[VelmorindalCommand::TypeOffset];
     return VelmorindalCommand::verifyHeader(readAnswer(messageType), messageType);
 }
 

@@ -18,9 +18,9 @@ namespace {
 constexpr float tickMilliseconds = 40.0F;
 constexpr float cutoffInDirectMode = 1.0F;
 
-/// Asks for one setting. On failure leaves the reason in `lastError`, naming the step by its two letters, and
-/// returns nothing. A query that throws, which is what a silent device leads to, is also the one that moves
-/// the state.
+/// Asks for one setting. On failure leaves the reason in `connectionError`, naming the step by its two
+/// letters, and returns nothing. A query that throws, which is what a silent device leads to, is also the one
+/// that moves the state.
 template <typename Message>
 std::unique_ptr<VelmorindalCommand> readSetting(VelmorindalSwitch& velmorindal, std::string_view step) {
     std::unique_ptr<VelmorindalCommand> answer;
@@ -28,14 +28,14 @@ std::unique_ptr<VelmorindalCommand> readSetting(VelmorindalSwitch& velmorindal, 
         answer = velmorindal.queryDevice(static_cast<std::uint8_t>(Message::messageType));
     } catch (const std::exception&) {
         velmorindal.connectionState = ConnectionStatus::error;
-        velmorindal.lastError = "Invalid message received from server.\n\n(Error code: VC/TC)";
+        velmorindal.connectionError = "Invalid message received from server.\n\n(Error code: VC/TC)";
         return nullptr;
     }
     const std::string code = "(Error code: VC" + std::string{step};
     if (!answer) {
-        velmorindal.lastError = "Response timeout " + code + "/TO)";
+        velmorindal.connectionError = "Response timeout " + code + "/TO)";
     } else if (!answer->_valid) {
-        velmorindal.lastError = "Invalid response from dongle " + code + "/IV)";
+        velmorindal.connectionError = "Invalid response from dongle " + code + "/IV)";
         answer.reset();
     }
     return answer;
@@ -50,13 +50,14 @@ OutputPath modelPath(VCOutputPath::OutputPath devicePath) {
 }  // namespace
 
 bool VelmorindalSwitch::readSettingsFromDevice() {
-    lastError = std::nullopt;
+    tellConnectionError(std::nullopt);
     if (connectionState.get() != ConnectionStatus::connecting) {
-        lastError = std::string{notConnectedText};
+        tellConnectionError(std::string{notConnectedText});
         return false;
     }
     dispatch_.postToMain([this] { readWriteProgress = 3.0; });
     if (!readOutputPath() || !readHumDuration() || !readThresholds() || !readKeys()) {
+        lastError = connectionError.get();
         return false;
     }
     isValid = true;

@@ -42,8 +42,12 @@ class VelmorindalSwitch {
     Guarded<std::shared_ptr<SerialPort>> serialPort;
     /// True once the device's settings have been read completely.
     std::atomic<bool> isValid{false};
-    /// The text of the latest failure or warning, for the wizard's dialogs.
+    /// The text of the latest failure or warning.
     Guarded<std::optional<std::string>> lastError;
+    /// The same, of connecting alone and of loading alone: a settings file can be loaded while the device is
+    /// read, and each must find its own text whatever the other leaves in `lastError`.
+    Guarded<std::optional<std::string>> connectionError;
+    Guarded<std::optional<std::string>> loadError;
     Published<OutputPath> outputPath{objectWillChange, OutputPath::Switch};
     Published<OutputMode> outputMode{objectWillChange, OutputMode::Direct};
     /// One value: changing one key republishes all three.
@@ -165,6 +169,8 @@ class VelmorindalSwitch {
     bool checkLink();
     bool readSettingsAndFinish();
     bool failConnection(std::string text);
+    /// In both places.
+    void tellConnectionError(std::optional<std::string> text);
     static void flushPort(SerialPort* port);
 
     // The steps of readSettingsFromDevice(), each false after it has left the reason.

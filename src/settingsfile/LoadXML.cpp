@@ -29,20 +29,24 @@ void copySettings(const VelmorindalXML& xml, VelmorindalSwitch& model) {
 }  // namespace
 
 bool VelmorindalSwitch::loadXML(const std::string& filename) {
-    lastError = std::nullopt;
+    const auto tell = [this](std::optional<std::string> text) {
+        loadError = text;
+        lastError = std::move(text);
+    };
+    tell(std::nullopt);
     VelmorindalXML xml;
     switch (parseXMLFile(filename, xml)) {
         case ParseOutcome::unreadable:
-            lastError = "Could not load contents of XML file";
+            tell("Could not load contents of XML file");
             return false;
         case ParseOutcome::malformed:
-            lastError = "Could not parse XML file. Possibly invalid syntax.";
+            tell("Could not parse XML file. Possibly invalid syntax.");
             return false;
         case ParseOutcome::parsed:
             break;
     }
     if (!xml.valid()) {
-        lastError = xml._lastError;
+        tell(xml._lastError);
         return false;
     }
     copySettings(xml, *this);

@@ -177,6 +177,9 @@ TEST_F(CalibrationPollingTest, FramesOfOtherTypesAndUnknownOnesAreIgnoredWithout
     dongle.onReport(1, Fault::anotherFrameFirst());
     dongle.onReport(2, Fault::answerWith({0x72, 0x62, 0x77, 0x00}));
     dongle.onReport(3, Fault::answerWith({0x72, 0x62, 0x41, 0x01, 0x00}));
+    // A kind and a marker that are none, and a version text that is not UTF-8.
+    dongle.onReport(4, Fault::answerWith({0x71, 0x61, 0x70, 0x01, 0x00}));
+    dongle.onReport(5, Fault::answerWith({0x72, 0x62, 0x76, 0x02, 0xC3, 0x28}));
     PrintedLines lines;
     velmorindal.beginClarityPolling();
     EXPECT_TRUE(runUntil(PollingState::clarity));

@@ -49,7 +49,7 @@ void ConnectPanelView::loadButtonPressed() {
         if (velmorindal.loadXML(*filename)) {
             loadedSettings_ = ChosenSettings::of(velmorindal);
         } else {
-            loadFailed(velmorindal.lastError.get());
+            loadFailed(velmorindal.loadError.get());
         }
     });
 }

@@ -13,7 +13,7 @@ void ContainerView::startConnectionAttempt() {
     connectPanel.forgetLoadedSettings();
     dispatch_.runInBackground([this] {
         const bool connected = velmorindal.connect();
-        dispatch_.postToMain([this, connected, lastError = velmorindal.lastError.get()] {
+        dispatch_.postToMain([this, connected, lastError = velmorindal.connectionError.get()] {
             connectionAttemptUnderWay_ = false;
             connectionAttemptEnded(connected, lastError);
         });

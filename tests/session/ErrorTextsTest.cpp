@@ -1,0 +1,61 @@
+// Connecting and loading a settings file can go on together, and both leave a text in `lastError`.
+
+#include <fstream>
+
+#include "session/SessionTest.h"
+
+namespace velmorindal {
+namespace {
+
+using Type = VelmorindalMessageType;
+using testing::Optional;
+
+class ErrorTextsTest : public SessionTest {
+  protected:
+    bool loadATornFile() {
+        const auto path = directory.path() / "torn.xml";
+        std::ofstream{path} << "<VibrationSwitch";
+        return velmorindal.loadXML(path.string());
+    }
+
+    static constexpr const char* tornText = "Could not parse XML file. Possibly invalid syntax.";
+    static constexpr const char* readingText = "Invalid response from dongle (Error code: VCHD/IV)";
+};
+
+TEST_F(ErrorTextsTest, AFailedLoadLeavesTheReasonOfAFailedConnectionAlone) {
+    dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter());
+    ASSERT_FALSE(connect());
+    EXPECT_THAT(velmorindal.connectionError.get(), Optional(std::string{readingText}));
+    EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{readingText}));
+
+    EXPECT_FALSE(loadATornFile());
+
+    EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{tornText}));
+    EXPECT_THAT(velmorindal.connectionError.get(), Optional(std::string{readingText}));
+}
+
+TEST_F(ErrorTextsTest, ALoadThatFailsWhileTheSettingsAreReadDoesNotReplaceTheReasonOfTheFailure) {
+    dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter());
+    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+    ASSERT_TRUE(dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::humDuration) == 1; }));
+    EXPECT_FALSE(loadATornFile());
+    ASSERT_TRUE(dispatch.runMainWorkUntil(
+        [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }));
+
+    EXPECT_FALSE(result.get());
+    EXPECT_THAT(velmorindal.connectionError.get(), Optional(std::string{readingText}));
+    EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{readingText}));
+}
+
+TEST_F(ErrorTextsTest, ConnectingLeavesTheReasonOfAFailedLoadAlone) {
+    EXPECT_FALSE(loadATornFile());
+
+    EXPECT_TRUE(connect());
+
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    EXPECT_EQ(velmorindal.connectionError.get(), std::nullopt);
+    EXPECT_THAT(velmorindal.loadError.get(), Optional(std::string{tornText}));
+}
+
+}  // namespace
+}  // namespace velmorindal
