@@ -21,7 +21,9 @@ Color CalibrationPanelView::Indicator::color() const {
 
 CalibrationPanelView::CalibrationPanelView(VelmorindalSwitch& model)
     : velmorindal{model}, changes_{model.objectWillChange.subscribe([this] {
-          if (const double duration = velmorindal.detectedDuration.get(); duration > 0.0) {
+          // What an ended run still announces is no hum of the next one.
+          const double duration = velmorindal.detectedDuration.get();
+          if (duration > 0.0 && velmorindal.pollingState.get() == PollingState::duration) {
               lastHum_ = duration;
           }
       })} {}

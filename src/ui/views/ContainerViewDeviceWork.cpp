@@ -42,7 +42,7 @@ void ContainerView::saveButtonPressed() {
         alertTitle = "Save Failed";
         alertMessage =
             "The cutoff between short and long hums is out of the device's range.\n\n"
-            "Please set it again on the Calibration page. Nothing has been written to the device.";
+            "Please move its slider on the Calibration page. Nothing has been written to the device.";
         showingGenericAlert = true;
         return;
     }

@@ -16,6 +16,7 @@
 #include "ui/widgets/PageScroller.h"
 #include "ui/widgets/StepColumn.h"
 #include "ui/widgets/SummaryPanelWidget.h"
+#include "ui/widgets/ToQt.h"
 #include "ui/widgets/WelcomePanelWidget.h"
 
 namespace velmorindal {
@@ -48,7 +49,8 @@ ContainerWidget::ContainerWidget(ContainerView& view)
 }
 
 void ContainerWidget::addPage(PageWidget* page) {
-    pages_->addWidget(new PageScroller{page});
+    const auto index = static_cast<std::size_t>(pages_->count());
+    pages_->addWidget(new PageScroller{page, toQString(stepLabels.at(index))});
 }
 
 void ContainerWidget::refresh() {

@@ -1,5 +1,6 @@
 #include "ui/widgets/PageScroller.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollBar>
 
@@ -27,7 +28,8 @@ class Surroundings final : public QWidget {
 
 }  // namespace
 
-PageScroller::PageScroller(PageWidget* page) : page_{page} {
+PageScroller::PageScroller(PageWidget* page, const QString& accessibleName) : page_{page} {
+    setAccessibleName(accessibleName);
     auto* surroundings = new Surroundings{page};
     page->setMaximumWidth(look::comfortableLineWidth());
 
@@ -39,6 +41,13 @@ PageScroller::PageScroller(PageWidget* page) : page_{page} {
     surroundings->setAutoFillBackground(false);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int minimum, int maximum) {
         setFocusPolicy(maximum > minimum ? Qt::StrongFocus : Qt::NoFocus);
+    });
+    // The Tab key scrolls to what it reaches; the arrows within a group, letters and the wizard itself do
+    // not.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
+        if (now != nullptr && page_->isAncestorOf(now)) {
+            ensureWidgetVisible(now);
+        }
     });
 }
 

@@ -13,7 +13,7 @@ class PageScroller final : public QScrollArea {
 
   public:
     /// Owns `page`.
-    explicit PageScroller(PageWidget* page);
+    PageScroller(PageWidget* page, const QString& accessibleName);
 
     PageWidget& page() const { return *page_; }
 

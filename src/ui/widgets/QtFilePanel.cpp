@@ -19,33 +19,26 @@ bool hasAllowedType(const QString& filename, const std::vector<std::string>& all
     });
 }
 
-/// `chosen` with an allowed extension; as it is where that would replace a file that the user was not asked
-/// about.
 QString withAllowedType(const QString& chosen, const std::vector<std::string>& allowedFileTypes) {
     if (allowedFileTypes.empty() || hasAllowedType(chosen, allowedFileTypes)) {
         return chosen;
     }
-    const QString extended = chosen + u'.' + toQString(allowedFileTypes.front());
-    return QFileInfo::exists(extended) ? chosen : extended;
+    return chosen + u'.' + toQString(allowedFileTypes.front());
 }
 
-std::string toUtf8(const QString& text) {
-    return text.toStdString();
-}
-
-/// Calls `completion` once, when `dialog` is done.
-void answerWith(QFileDialog& dialog, FilePanel::Completion completion,
-                std::function<QString(const QString&)> nameFor) {
+/// Opens `dialog` and calls `answered` once, when it is done: with the file chosen, or with none.
+void openFor(QFileDialog& dialog, std::function<void(const std::optional<QString>&)> answered) {
     QObject::connect(&dialog, &QFileDialog::finished, &dialog,
-                     [&dialog, completion = std::move(completion), nameFor = std::move(nameFor)](int result) {
+                     [&dialog, answered = std::move(answered)](int result) {
                          const QStringList chosen = dialog.selectedFiles();
-                         if (result == QDialog::Accepted && !chosen.isEmpty()) {
-                             completion(toUtf8(nameFor(chosen.front())));
-                         } else {
-                             completion(std::nullopt);
-                         }
+                         const bool accepted = result == QDialog::Accepted && !chosen.isEmpty();
+                         answered(accepted ? std::optional{chosen.front()} : std::nullopt);
                      });
     dialog.open();
+}
+
+std::optional<std::string> toUtf8(const std::optional<QString>& text) {
+    return text ? std::optional{text->toStdString()} : std::nullopt;
 }
 
 }  // namespace
@@ -58,10 +51,15 @@ void QtFilePanel::chooseFileToOpen(const std::vector<std::string>& allowedFileTy
     QFileDialog& dialog = makeDialog(QStringLiteral("Load Configuration File"), allowedFileTypes);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
-    answerWith(dialog, std::move(completion), [](const QString& chosen) { return chosen; });
+    openFor(dialog, [completion = std::move(completion)](const auto& chosen) { completion(toUtf8(chosen)); });
 }
 
 void QtFilePanel::chooseFileToSave(const std::vector<std::string>& allowedFileTypes, Completion completion) {
+    askWhereToSave(allowedFileTypes, std::move(completion), {});
+}
+
+void QtFilePanel::askWhereToSave(const std::vector<std::string>& allowedFileTypes, Completion completion,
+                                 const QString& suggestion) {
     QFileDialog& dialog = makeDialog(QStringLiteral("Save Configuration File"), allowedFileTypes);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
@@ -69,8 +67,16 @@ void QtFilePanel::chooseFileToSave(const std::vector<std::string>& allowedFileTy
     if (kind_ == Kind::toolkit && !allowedFileTypes.empty()) {
         dialog.setDefaultSuffix(toQString(allowedFileTypes.front()));
     }
-    answerWith(dialog, std::move(completion), [allowedFileTypes](const QString& chosen) {
-        return withAllowedType(chosen, allowedFileTypes);
+    if (!suggestion.isEmpty()) {
+        dialog.selectFile(suggestion);
+    }
+    openFor(dialog, [this, allowedFileTypes, completion = std::move(completion)](const auto& chosen) {
+        const auto name = chosen ? std::optional{withAllowedType(*chosen, allowedFileTypes)} : std::nullopt;
+        if (name != chosen && QFileInfo::exists(*name)) {
+            askWhereToSave(allowedFileTypes, completion, *name);
+        } else {
+            completion(toUtf8(name));
+        }
     });
 }
 

@@ -22,10 +22,13 @@ class QtFilePanel final : public FilePanel {
     void setWindow(QWidget& window);
 
     void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes, Completion completion) override;
-    /// A name without one of the allowed extensions is given the first of them.
+    /// A name without one of the allowed extensions is given the first of them. Where there is a file of that
+    /// name already, which the user was not asked about, the panel opens once more with the whole name.
     void chooseFileToSave(const std::vector<std::string>& allowedFileTypes, Completion completion) override;
 
   private:
+    void askWhereToSave(const std::vector<std::string>& allowedFileTypes, Completion completion,
+                        const QString& suggestion);
     QFileDialog& makeDialog(const QString& title, const std::vector<std::string>& allowedFileTypes);
 
     Kind kind_;

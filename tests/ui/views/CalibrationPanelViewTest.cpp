@@ -169,6 +169,15 @@ TEST_F(CalibrationPanelViewTest, TheLastHumStaysShownUntilTheNextOneOrTheEndOfTh
     EXPECT_FALSE(page.durationIndicators()[1].lit);
 }
 
+TEST_F(CalibrationPanelViewTest, AHumOfAnEndedDisplayIsNotShownByTheNextOne) {
+    velmorindal.pollingState = PollingState::none;
+    velmorindal.detectedDuration = 0.6;
+    velmorindal.detectedDuration = 0.0;
+    velmorindal.pollingState = PollingState::duration;
+    EXPECT_EQ(page.durationBar().value, 0.0);
+    EXPECT_FALSE(page.durationIndicators()[0].lit);
+}
+
 TEST_F(CalibrationPanelViewTest, TheDurationIndicatorsTellWhatTheLastHumCountedAs) {
     struct Case {
         double duration;

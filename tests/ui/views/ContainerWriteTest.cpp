@@ -95,9 +95,8 @@ TEST_F(ContainerWriteTest, ACutoffThatTheDeviceCannotHoldIsRefusedBeforeAnything
         finishBackground();
         EXPECT_THAT(raisedTitles(), ElementsAre("Save Failed"));
         EXPECT_EQ(container.alertMessage.get(),
-                  "The cutoff between short and long hums is out of the device's range.\n\nPlease set it "
-                  "again on the "
-                  "Calibration page. Nothing has been written to the device.");
+                  "The cutoff between short and long hums is out of the device's range.\n\nPlease move its "
+                  "slider on the Calibration page. Nothing has been written to the device.");
         container.dismiss(DialogId::generic);
     }
     EXPECT_EQ(dongle.receivedFrames().size(), sent);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QPointer>
 #include <QTest>
 #include <QWidget>
 #include <fstream>
@@ -41,6 +42,15 @@ class QtFilePanelTest : public testing::Test {
         dialog()->selectFile(QString::fromStdString(name));
         QMetaObject::invokeMethod(dialog(), "accept");
         ASSERT_TRUE(QTest::qWaitFor([this] { return completions > 0; }, 30'000));
+    }
+
+    void acceptAndAwaitTheSecondQuestion(const char* name) {
+        const QPointer<QFileDialog> first = dialog();
+        first->selectFile(QLatin1String{name});
+        QMetaObject::invokeMethod(first, "accept");
+        ASSERT_TRUE(QTest::qWaitFor([&first] { return first.isNull(); }, 30'000));
+        EXPECT_EQ(completions, 0);
+        ASSERT_NE(dialog(), nullptr);
     }
 
     std::string path(const std::string& name) { return (directory.path() / name).string(); }
@@ -92,11 +102,29 @@ TEST_F(QtFilePanelTest, ANameWithAnotherExtensionIsGivenTheRightOneBesides) {
     EXPECT_EQ(chosen, path("settings.v2.xml"));
 }
 
-TEST_F(QtFilePanelTest, NoFileIsReplacedThatTheUserWasNotAskedAbout) {
+TEST_F(QtFilePanelTest, AFileThatTheUserWasNotAskedAboutIsAskedAboutByItsWholeName) {
     std::ofstream{path("settings.v2.xml")} << "<a/>";
     ask(true);
-    accept("settings.v2");
-    EXPECT_EQ(chosen, path("settings.v2"));
+    acceptAndAwaitTheSecondQuestion("settings.v2");
+
+    EXPECT_EQ(dialog()->selectedFiles(), QStringList{QString::fromStdString(path("settings.v2.xml"))});
+    EXPECT_EQ(dialog()->acceptMode(), QFileDialog::AcceptSave);
+
+    dialog()->reject();
+    EXPECT_EQ(completions, 1);
+    EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(QtFilePanelTest, AShortNameOfAnExistingFileIsNeverWrittenBesideIt) {
+    QtFilePanel native{QtFilePanel::Kind::native};
+    native.setWindow(window);
+    std::ofstream{path("anna.xml")} << "<a/>";
+    native.chooseFileToSave({"xml"}, [this](const std::optional<std::string>&) { ++completions; });
+    dialog()->setDirectory(QString::fromStdString(directory.path().string()));
+    acceptAndAwaitTheSecondQuestion("anna");
+
+    EXPECT_EQ(dialog()->selectedFiles(), QStringList{QString::fromStdString(path("anna.xml"))});
+    dialog()->reject();
 }
 
 TEST_F(QtFilePanelTest, SpacesApostrophesAndOtherScriptsAreKept) {
