@@ -111,9 +111,10 @@ class ContainerView {
     /// The end of a connection attempt: raises the general message where there is something to say.
     /// `lastError` is the model's text as connect() left it.
     void connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError);
-    /// The end of a write: sets the texts and raises the general message where there is something to say. The
-    /// offer to save a file follows as main-queue work of its own.
+    /// The end of a write: sets the texts and raises the general message where there is something to say.
     void writeEnded(bool written, const std::optional<std::string>& lastError);
+    /// Follows when the background has said its last word about the write: raises the offer to save a file.
+    void offerSettingsFile();
 
     /// Whether a connection attempt or a write has been started whose result is not handed over yet: until
     /// then the container must not be destroyed.

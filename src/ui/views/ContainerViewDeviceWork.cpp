@@ -59,6 +59,7 @@ void ContainerView::saveButtonPressed() {
         if (written) {
             print("All done!");
         }
+        dispatch_.postToMain([this] { offerSettingsFile(); });
     });
     print("background save dispatched");
 }
@@ -88,8 +89,11 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         showingGenericAlert = true;
         print("Could not save.");
     }
+}
+
+void ContainerView::offerSettingsFile() {
     writeUnderWay_ = false;
-    dispatch_.postToMain([this] { showingXMLSaveAlert = true; });
+    showingXMLSaveAlert = true;
 }
 
 }  // namespace velmorindal

@@ -41,6 +41,8 @@ void QtDispatch::runOnMainAndWait(Work work) {
 }
 
 void QtDispatch::runInBackground(Work work) {
+    // At the priority of everything else: work put behind it could miss the device's deadlines on a busy
+    // machine.
     std::thread{std::move(work)}.detach();
 }
 

@@ -197,7 +197,8 @@ TEST_F(ContainerWriteTest, TheTextsOfAFailureAreInPlaceBeforeItsDialogIsRaised) 
     });
 
     container.writeEnded(false, "The reason.");
-    dispatch.runPendingMainWork();
+    EXPECT_FALSE(container.showingXMLSaveAlert.get());
+    container.offerSettingsFile();
 
     EXPECT_THAT(setBeforeEachChange,
                 ElementsAre("", "body ", "body title ", "body title message ", "body title message alert"));
@@ -207,7 +208,7 @@ TEST_F(ContainerWriteTest, TheTextsOfAFailureAreInPlaceBeforeItsDialogIsRaised) 
 TEST_F(ContainerWriteTest, ASuccessWithATextIsAWarning) {
     EXPECT_THAT(linesPrintedBy([&] { container.writeEnded(true, "Be careful."); }),
                 ElementsAre("Saved, with warnings."));
-    dispatch.runPendingMainWork();
+    container.offerSettingsFile();
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
     EXPECT_EQ(container.alertMessage.get(), "Be careful.");
@@ -217,14 +218,35 @@ TEST_F(ContainerWriteTest, ASuccessWithATextIsAWarning) {
 }
 
 TEST_F(ContainerWriteTest, TheOfferOfAFileFollowsEveryWrite) {
-    for (const bool written : {true, false, true}) {
-        container.writeEnded(written, std::nullopt);
-        dispatch.runPendingMainWork();
+    VirtualDongle dongle{directory.path()};
+    ASSERT_TRUE(connect());
+    for (const bool written : {true, false}) {
+        if (!written) {
+            dongle.unplug();
+        }
+        container.saveButtonPressed();
+        finishBackground();
 
         EXPECT_TRUE(container.showingXMLSaveAlert.get());
         EXPECT_EQ(container.xmlSaveBody.get(), written ? successBody : failureBody);
+        EXPECT_FALSE(container.hasBackgroundWork());
         container.dismiss(DialogId::xmlSave);
     }
+}
+
+TEST_F(ContainerWriteTest, AllIsDoneIsSaidBeforeAFileIsOffered) {
+    const VirtualDongle dongle{directory.path()};
+    ASSERT_TRUE(connect());
+    const auto lines = linesPrintedBy([&] {
+        container.saveButtonPressed();
+        ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return velmorindal.justSaved.get(); }));
+        EXPECT_FALSE(container.showingXMLSaveAlert.get());
+        ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    });
+    EXPECT_FALSE(container.showingXMLSaveAlert.get());
+    EXPECT_EQ(lines.back(), "All done!");
+    finishBackground();
+    EXPECT_TRUE(container.showingXMLSaveAlert.get());
 }
 
 TEST_F(ContainerWriteTest, ASecondSaveWhileAWriteIsUnderWayDoesNothing) {
