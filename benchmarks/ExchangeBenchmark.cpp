@@ -21,8 +21,8 @@
 
 #include "ExchangePeer.h"
 #include "protocol/VCVersion.h"
-#include "session/Dispatch.h"
 #include "session/VelmorindalSwitch.h"
+#include "support/ImmediateDispatch.h"
 
 namespace velmorindal {
 namespace {
@@ -30,15 +30,6 @@ namespace {
 constexpr int rounds = 60;
 constexpr int exchangesInARound = 500;
 constexpr std::array<std::uint8_t, ExchangePeer::queryLength> query{'c', 'b', 'v', 0};
-
-/// An exchange needs no queues.
-class NoDispatch final : public Dispatch {
-  public:
-    void postToMain(Work work) override { work(); }
-    void runOnMainAndWait(Work work) override { work(); }
-    void runInBackground(Work work) override { work(); }
-    void runPendingMainWork() override {}
-};
 
 void require(bool holds, const char* what) {
     if (!holds) {
@@ -98,7 +89,7 @@ void run() {
     const int bare = ::open(barePeer.path().c_str(), O_RDWR | O_NOCTTY);
     require(bare != -1, "open");
 
-    NoDispatch dispatch;
+    ImmediateDispatch dispatch;
     VelmorindalSwitch velmorindal{dispatch};
     auto ourPort = std::make_shared<SerialPort>(ourPeer.path());
     ourPort->openPort();

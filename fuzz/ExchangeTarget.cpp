@@ -9,12 +9,12 @@
 #include "CapturedOutput.h"
 #include "FatalStop.h"
 #include "FrameOracle.h"
-#include "ImmediateDispatch.h"
 #include "Requirement.h"
 #include "ScriptedLine.h"
 #include "protocol/MessageClass.h"
 #include "protocol/RawValue.h"
 #include "session/VelmorindalSwitch.h"
+#include "support/ImmediateDispatch.h"
 
 namespace velmorindal {
 namespace {

@@ -11,10 +11,10 @@
 
 #include "CapturedOutput.h"
 #include "ConversionOracle.h"
-#include "ImmediateDispatch.h"
 #include "Requirement.h"
 #include "diagnostics/Print.h"
 #include "session/VelmorindalSwitch.h"
+#include "support/ImmediateDispatch.h"
 #include "support/TemporaryDirectory.h"
 
 namespace velmorindal {

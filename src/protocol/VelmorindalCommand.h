@@ -3,14 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
+#include "ByteBuffer.h"
 #include "protocol/VelmorindalError.h"
 #include "protocol/VelmorindalMessageType.h"
 
 namespace velmorindal {
-
-using ByteBuffer = std::vector<std::uint8_t>;
 
 /// What all messages share: the four-byte header.
 ///

@@ -9,14 +9,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "ByteBuffer.h"
 #include "transport/PortError.h"
 #include "transport/SerialSettings.h"
 
 namespace velmorindal {
-
-using ByteBuffer = std::vector<std::uint8_t>;
 
 /// A serial device node: opened exclusively, configured through termios, read and written as raw bytes.
 ///

@@ -15,7 +15,7 @@ class ProtocolDocument {
     /// One frame of a message's section.
     struct Example {
         std::string messageClass;
-        std::string kind;  ///< query, command, acknowledgement, answer or refused
+        std::string kind;  ///< query, command, acknowledgement, answer, refused or denied
         ByteBuffer frame;
         /// As MessageClass writes them.
         std::map<std::string, std::string> fields;

@@ -90,7 +90,7 @@ TEST(ProtocolDocument, HasAnExampleOfEveryMessageInEveryDirectionThatItTravels) 
 TEST(ProtocolDocument, HasNoExampleOfAKindThatNoTestLooksAt) {
     EXPECT_EQ(examplesOf("query").size() + examplesOf("command").size() +
                   examplesOf("acknowledgement").size() + examplesOf("answer").size() +
-                  examplesOf("refused").size(),
+                  examplesOf("refused").size() + examplesOf("denied").size(),
               document().examples().size());
 }
 
@@ -135,6 +135,15 @@ TEST(ProtocolDocument, ItsAcknowledgementsPassTheCheckOfTheHost) {
         const auto message = classOf(example).make();
         const std::uint8_t type = message->serialize().at(typeOffset);
         EXPECT_TRUE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
+    }
+}
+
+TEST(ProtocolDocument, WhatItCallsDeniedAcknowledgesNoCommand) {
+    ASSERT_THAT(examplesOf("denied"), Not(IsEmpty()));
+    for (const Example& example : examplesOf("denied")) {
+        const std::uint8_t type = classOf(example).make()->serialize().at(typeOffset);
+        EXPECT_EQ(example.frame.at(typeOffset), type) << hexadecimal(example.frame);
+        EXPECT_FALSE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
     }
 }
 

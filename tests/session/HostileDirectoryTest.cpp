@@ -2,7 +2,7 @@
 #include <fstream>
 
 #include "session/SessionTest.h"
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "transport/ChildProcess.h"
 
 namespace velmorindal {

@@ -14,7 +14,7 @@
 #include <string>
 #include <thread>
 
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {

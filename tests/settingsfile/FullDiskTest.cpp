@@ -12,7 +12,7 @@
 #include <iterator>
 #include <string>
 
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {

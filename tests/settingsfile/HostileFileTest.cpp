@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <string>
 
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {

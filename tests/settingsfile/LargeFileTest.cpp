@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {

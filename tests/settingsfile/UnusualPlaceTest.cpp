@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {

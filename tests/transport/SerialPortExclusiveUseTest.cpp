@@ -7,7 +7,7 @@
 #include <ostream>
 
 #include "transport/ChildProcess.h"
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
@@ -58,7 +58,7 @@ void PrintTo(const Holder& holder, std::ostream* out) {
 class APortThatAnotherProcessHolds : public testing::TestWithParam<Holder> {};
 
 TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     ChildProcess other{python(GetParam().program, {terminal.path()})};
     ASSERT_TRUE(other.says("held")) << other.output();
     SerialPort port{terminal.path()};
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(SerialPort, APortThatAnotherProcessHolds,
                          [](const auto& parameters) { return std::string{parameters.param.name}; });
 
 TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
 
@@ -94,7 +94,7 @@ TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
 }
 
 TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort first{terminal.path()};
     SerialPort second{terminal.path()};
     first.openPort();
@@ -108,7 +108,7 @@ TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
 }
 
 TEST(SerialPortExclusiveUse, IsTheTerminalsExclusiveModeToo) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
@@ -24,7 +24,7 @@ class SerialPortOnALine : public testing::Test {
 
     void TearDown() override { port.closePort(); }
 
-    PseudoTerminal device;
+    FreshTerminal device;
     SerialPort port{device.path()};
 };
 
@@ -171,7 +171,7 @@ TEST_F(SerialPortOnALine, ClosesAfterTheDeviceHasVanished) {
 }
 
 TEST(SerialPortForOneDirection, PassesOnWhatTheSystemSaysToTheOther) {
-    const PseudoTerminal device;
+    const FreshTerminal device;
     SerialPort port{device.path()};
     ByteBuffer buffer(4);
 

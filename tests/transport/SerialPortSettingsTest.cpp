@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "transport/ChildProcess.h"
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
@@ -32,7 +32,7 @@ class EveryBaudRate : public testing::TestWithParam<NamedRate> {};
 
 TEST_P(EveryBaudRate, IsReadBackFromTheLine) {
     const auto& [rate, speed, ordinal, name] = GetParam();
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
 
@@ -92,7 +92,7 @@ TEST(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange)
 }
 
 TEST(SerialPortSettingsDeathTest, OutOfRangeStopTheProcessOnAnOpenPort) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
     SerialSettings tooManyBytes = dongleSettings(2);
@@ -108,7 +108,7 @@ TEST(SerialPortSettingsDeathTest, OutOfRangeStopTheProcessOnAnOpenPort) {
 }
 
 TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
     SerialSettings settings = dongleSettings(3);
@@ -137,7 +137,7 @@ TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
 }
 
 TEST(SerialPortSettings, OfTheDongleAreWhatAnotherProgramFindsOnTheLine) {
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
     port.setSettings(dongleSettings(2));
@@ -182,7 +182,7 @@ print(attributes[4] == attributes[5] == termios.B57600)
 print({index: value for index, value in enumerate(attributes[6]) if value != b"\0"}
       == {termios.VTIME: 30, termios.VMIN: 200})
 )";
-    const PseudoTerminal terminal;
+    const FreshTerminal terminal;
     SerialPort port{terminal.path()};
     port.openPort();
     port.setSettings({.receiveRate = BaudRate::baud57600,

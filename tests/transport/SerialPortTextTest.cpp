@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
@@ -16,7 +16,7 @@ class SerialPortText : public testing::Test {
 
     void TearDown() override { port.closePort(); }
 
-    PseudoTerminal device;
+    FreshTerminal device;
     SerialPort port{device.path()};
 };
 

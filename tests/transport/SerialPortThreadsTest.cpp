@@ -13,7 +13,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
@@ -96,7 +96,7 @@ class SerialPortUnderAReader : public testing::Test {
 
     void TearDown() override { port.closePort(); }
 
-    PseudoTerminal device;
+    FreshTerminal device;
     SerialPort port{device.path()};
 };
 
@@ -175,7 +175,7 @@ TEST_F(SerialPortUnderAReader, ReadsOnAfterASignalHasInterruptedTheRead) {
 }
 
 TEST(SerialPortThreads, CloseAPortUnderItsReaderTimeAndAgainWithoutLosingADescriptor) {
-    const PseudoTerminal device;
+    const FreshTerminal device;
     SerialPort port{device.path()};
     const auto openDescriptors = [] {
         return std::distance(std::filesystem::directory_iterator{"/proc/self/fd"},

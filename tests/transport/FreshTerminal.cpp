@@ -1,4 +1,4 @@
-#include "transport/PseudoTerminal.h"
+#include "transport/FreshTerminal.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -20,7 +20,7 @@ void require(bool succeeded, const char* what) {
 
 }  // namespace
 
-PseudoTerminal::PseudoTerminal() : master_{::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)} {
+FreshTerminal::FreshTerminal() : master_{::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)} {
     require(master_ != -1, "posix_openpt");
     require(::grantpt(master_) == 0, "grantpt");
     require(::unlockpt(master_) == 0, "unlockpt");
@@ -29,15 +29,15 @@ PseudoTerminal::PseudoTerminal() : master_{::posix_openpt(O_RDWR | O_NOCTTY | O_
     path_ = name.data();
 }
 
-PseudoTerminal::~PseudoTerminal() {
+FreshTerminal::~FreshTerminal() {
     unplug();
 }
 
-void PseudoTerminal::send(std::span<const std::uint8_t> bytes) const {
+void FreshTerminal::send(std::span<const std::uint8_t> bytes) const {
     require(::write(master_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "write");
 }
 
-std::vector<std::uint8_t> PseudoTerminal::receive(std::size_t count, std::chrono::milliseconds bound) const {
+std::vector<std::uint8_t> FreshTerminal::receive(std::size_t count, std::chrono::milliseconds bound) const {
     using std::chrono::steady_clock;
     const auto deadline = steady_clock::now() + bound;
     std::vector<std::uint8_t> bytes(count);
@@ -57,7 +57,7 @@ std::vector<std::uint8_t> PseudoTerminal::receive(std::size_t count, std::chrono
     return bytes;
 }
 
-void PseudoTerminal::unplug() {
+void FreshTerminal::unplug() {
     if (master_ != -1) {
         ::close(master_);
         master_ = -1;

@@ -10,13 +10,13 @@
 namespace velmorindal {
 
 /// A pseudo-terminal: the test holds the master and plays the device, the code under test opens path().
-class PseudoTerminal {
+class FreshTerminal {
   public:
     /// A pseudo-terminal with the attributes that the system gives to a new one: echo and line editing on.
-    PseudoTerminal();
-    PseudoTerminal(const PseudoTerminal&) = delete;
-    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
-    ~PseudoTerminal();
+    FreshTerminal();
+    FreshTerminal(const FreshTerminal&) = delete;
+    FreshTerminal& operator=(const FreshTerminal&) = delete;
+    ~FreshTerminal();
 
     const std::string& path() const { return path_; }
 

@@ -1,4 +1,4 @@
-#include "settingsfile/ChildProcess.h"
+#include "settingsfile/ForkedChild.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,0 +1,14 @@
+# The settings file and the printed lines convert floats without regard to the locale, which some standard libraries learned
+# late. One message says so here in place of many from the compiler.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("
+    #include <charconv>
+    int main(int, char** arguments) {
+        float value = 0.0F;
+        std::from_chars(arguments[0], arguments[0] + 1, value);
+        std::to_chars(arguments[0], arguments[0] + 1, value, std::chars_format::fixed, 2);
+    }" VELMORINDAL_CONVERTS_FLOATS)
+if(NOT VELMORINDAL_CONVERTS_FLOATS)
+    message(FATAL_ERROR "The C++ standard library has no std::from_chars and std::to_chars for float. "
+        "The least versions that have them are 11 of libstdc++ and 20 of libc++.")
+endif()
