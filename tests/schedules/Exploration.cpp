@@ -43,6 +43,7 @@ Exploration explore(Scheduler::Limits limits, const Program& program) {
     do {
         Outcome outcome = runOnce(choices, limits, program);
         ++exploration.schedules;
+        exploration.points += outcome.points;
         exploration.longest = std::max(exploration.longest, outcome.points);
         exploration.finding = std::move(outcome.finding);
     } while (!exploration.finding && choices.advance());

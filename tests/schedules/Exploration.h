@@ -22,6 +22,8 @@ struct Exploration {
     std::size_t schedules = 0;
     /// Scheduling points of the longest one.
     std::size_t longest = 0;
+    /// Scheduling points of them all.
+    std::size_t points = 0;
     /// The first that went wrong; the exploration ends with it.
     std::optional<Finding> finding;
 

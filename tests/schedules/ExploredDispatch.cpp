@@ -6,7 +6,9 @@
 namespace velmorindal {
 
 void ExploredDispatch::postToMain(Work work) {
-    queue_.push_back(std::move(work));
+    if (!losesPostedWork_) {
+        queue_.push_back(std::move(work));
+    }
     scheduler_.point("postToMain");
 }
 

@@ -18,11 +18,15 @@ class ExploredDispatch final : public Dispatch {
     void runInBackground(Work work) override;
     void runPendingMainWork() override;
 
+    /// From now on nothing that is posted ever runs: the mistake of a broken wizard.
+    void losePostedWork() { losesPostedWork_ = true; }
+
     bool hasPendingMainWork() const { return !queue_.empty(); }
 
   private:
     Scheduler& scheduler_;
     std::deque<Work> queue_;
+    bool losesPostedWork_ = false;
 };
 
 }  // namespace velmorindal

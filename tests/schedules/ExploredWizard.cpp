@@ -28,7 +28,8 @@ constexpr std::array<std::pair<ConnectionStatus, ConnectionStatus>, 8> steps{{
 
 }  // namespace
 
-ExploredWizard::ExploredWizard(Scheduler& scheduler, const std::filesystem::path& directory, Start start)
+ExploredWizard::ExploredWizard(Scheduler& scheduler, const std::filesystem::path& directory,
+                               const Start& start)
     : scheduler_{scheduler},
       start_{start},
       port_{scheduler, directory, start.troubles},
@@ -63,6 +64,10 @@ void ExploredWizard::connect() {
 }
 
 void ExploredWizard::use() {
+    if (start_.mistake) {
+        start_.mistake(velmorindal_, container_, dispatch_);
+        checkState();
+    }
     for (std::size_t taken = 0; taken < start_.actions && !quit_; ++taken) {
         letMomentCome();
         const auto actions = allowedActions();
@@ -144,7 +149,11 @@ void ExploredWizard::loadMissingFile() {
 
 void ExploredWizard::quit() {
     const ConnectionStatus before = velmorindal_.connectionState.get();
-    delegate_.applicationShouldTerminate();
+    if (start_.end) {
+        start_.end(delegate_);
+    } else {
+        delegate_.applicationShouldTerminate();
+    }
     quit_ = true;
     checkAtEnd();
     // An attempt that had no port yet may open it in the instant before the process ends.
@@ -214,11 +223,12 @@ void ExploredWizard::checkState() {
     const bool processes = velmorindal_.bgIsProcessing;
     const bool shows = velmorindal_.pollingState.get() != PollingState::none;
     const bool writes = velmorindal_.connectionState.get() == writing;
+    // Before the pages: of the two that belong to these, one would be wrong too.
+    require(!writes || !processes, "a write and a run went on together");
     require(calibrates || !processes, "a run went on after its page was left");
     require(processes || !shows, "a run that is over showed readings");
     require(!writes || container_.currentState.get() == wizardState::Summary,
             "the page was left during a write");
-    require(!writes || !processes, "a write and a run went on together");
 }
 
 void ExploredWizard::checkAtRest() {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -27,9 +28,13 @@ class ExploredWizard {
         /// one turn of the event loop, after two, and so on.
         std::size_t moments = 2;
         std::size_t troubles = 0;
+        /// What a broken wizard does before the first action; the one that is explored makes no mistake.
+        std::function<void(VelmorindalSwitch&, ContainerView&, ExploredDispatch&)> mistake = {};
+        /// What a broken wizard does instead of coming to its end as it should.
+        std::function<void(AppDelegate&)> end = {};
     };
 
-    ExploredWizard(Scheduler& scheduler, const std::filesystem::path& directory, Start start);
+    ExploredWizard(Scheduler& scheduler, const std::filesystem::path& directory, const Start& start);
     ExploredWizard(const ExploredWizard&) = delete;
     ExploredWizard& operator=(const ExploredWizard&) = delete;
     ~ExploredWizard();

@@ -47,16 +47,14 @@ Scheduler* Scheduler::current() {
 }
 
 void Scheduler::start(std::function<void()> work) {
-    const std::size_t index = threads_.size();
-    threads_.push_back(std::make_unique<Thread>());
-    threads_.back()->thread = std::thread{[this, index, work = std::move(work)] { body(index, work); }};
+    Thread& self = *threads_.emplace_back(std::make_unique<Thread>());
+    self.thread = std::thread{[this, &self, work = std::move(work)] { body(self, work); }};
     noteProgress();
     point("start");
 }
 
-void Scheduler::body(std::size_t index, const std::function<void()>& work) {
+void Scheduler::body(Thread& self, const std::function<void()>& work) {
     schedulerHere = this;
-    Thread& self = *threads_[index];
     self.turn.await();
     try {
         if (!ending_) {

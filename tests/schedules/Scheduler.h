@@ -95,7 +95,8 @@ class Scheduler {
     std::vector<std::size_t> candidates(bool resting) const;
     void noticeLoneRest();
     void handTo(std::size_t next);
-    void body(std::size_t index, const std::function<void()>& work);
+    /// `self` is given rather than looked up: before its first turn another thread may be starting one.
+    void body(Thread& self, const std::function<void()>& work);
     void endThread(Thread& thread);
 
     Choices& choices_;

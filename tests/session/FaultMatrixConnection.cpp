@@ -40,9 +40,25 @@ Step reading(std::uint8_t code, std::vector<std::string> lines, std::vector<doub
             .invalid = {failed, "Invalid response from dongle (Error code: " + step + "/IV)"}};
 }
 
-std::vector<Step> stepsWith(const std::string& versionText) {
+/// A Bluetooth keyboard is not asked for its output path.
+std::vector<Step> readings(bool bluetooth) {
+    std::vector<Step> steps;
+    if (bluetooth) {
+        steps = {reading(0x78, {}, {4}, "VCPS")};
+    } else {
+        steps = {reading(0x78, {}, {}, "VCPS"), reading(0x70, {}, {4}, "VCOP")};
+    }
+    steps.push_back(reading(0x64, {"Test: cutoff is  1.0"}, {5}, "VCHD"));
+    steps.push_back(reading(0x68, {}, {6}, "VCHT"));
+    steps.push_back(reading(
+        0x6B, {"Settings read successfully.", "Successful connection!", "Status updated now:  connected"}, {},
+        "VCKC"));
+    return steps;
+}
+
+std::vector<Step> stepsWith(const std::string& versionText, bool bluetooth) {
     const std::string unrecognized = "The device sent an unrecognized response.\n\n(Error code: ";
-    return {
+    std::vector<Step> steps{
         {.query = versionQuery,
          .linesWhenGood = {"We made it this far... version code is  " + versionText},
          .progressWhenGood = {},
@@ -56,14 +72,11 @@ std::vector<Step> stepsWith(const std::string& versionText) {
          .nothing = {{"Invalid status."}, unrecognized + "VS/IC)"},
          // Not refused either, but it reads as a link that is down.
          .invalid = {{"Have a status:  0"}, linkDownText, "disconnected"}},
-        reading(0x78, {}, {}, "VCPS"),
-        reading(0x70, {}, {4}, "VCOP"),
-        reading(0x64, {"Test: cutoff is  1.0"}, {5}, "VCHD"),
-        reading(0x68, {}, {6}, "VCHT"),
-        reading(0x6B,
-                {"Settings read successfully.", "Successful connection!", "Status updated now:  connected"},
-                {}, "VCKC"),
     };
+    for (Step& step : readings(bluetooth)) {
+        steps.push_back(std::move(step));
+    }
+    return steps;
 }
 
 void end(Story& story, const Failure& failure) {
@@ -162,7 +175,8 @@ Story expectedConnection(const Cell& cell) {
     }
     story.advanceTo({1});
     std::size_t frame = 1;
-    for (const Step& step : stepsWith(versionTextSeenBy(Exchange::version, cell))) {
+    const bool bluetooth = cell.exchange.exchange >= Exchange::bluetoothReadProtocol;
+    for (const Step& step : stepsWith(versionTextSeenBy(Exchange::version, cell), bluetooth)) {
         if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
             return story;
         }

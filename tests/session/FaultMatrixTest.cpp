@@ -45,7 +45,23 @@ std::vector<std::string> linesOf(const std::string& printed, const std::string& 
     return lines;
 }
 
+bool isSame(const AnswerPlan& plan, const AnswerPlan& other) {
+    return plan.bytesBefore == other.bytesBefore && plan.answer == other.answer &&
+           plan.delivery == other.delivery && plan.delay == other.delay &&
+           plan.unplugging == other.unplugging && plan.applies == other.applies;
+}
+
 }  // namespace
+
+/// The mishap's fault, counted where it makes a difference.
+Fault FaultMatrixTest::countedMishap() const {
+    const Fault& fault = cell().mishap.fault;
+    return {fault.name(), [fault, bent = answersBent_](AnswerPlan& plan) {
+                const AnswerPlan sound = plan;
+                fault.bend(plan);
+                *bent += isSame(plan, sound) ? 0 : 1;
+            }};
+}
 
 void FaultMatrixTest::SetUp() {
     const ExchangeRow& exchange = cell().exchange;
@@ -56,14 +72,21 @@ void FaultMatrixTest::SetUp() {
             exchange.column == Column::report ? std::numeric_limits<std::size_t>::max() : exchange.occurrence;
         cut_ = std::make_unique<ShortWrite>(exchange.type, occurrence, 1);
     } else if (exchange.column == Column::report) {
-        dongle.onReport(exchange.occurrence, cell().mishap.fault);
+        dongle.onReport(exchange.occurrence, countedMishap());
     } else {
-        dongle.onOccurrence(exchange.occurrence, exchange.type, cell().mishap.fault);
+        dongle.onOccurrence(exchange.occurrence, exchange.type, countedMishap());
     }
     velmorindal.readWriteProgress = earlierProgress;
     velmorindal.detectedClarity = earlierReading;
     velmorindal.detectedDuration = earlierReading;
-    if (exchange.exchange >= Exchange::writeProtocol) {
+    if (connects()) {
+        const bool bluetooth = exchange.exchange >= Exchange::bluetoothReadProtocol;
+        dongle.prepare([bluetooth](DeviceState& device) {
+            device.settings.protocol = bluetooth ? 1 : 0;
+            device.settings.outputPath = 0;
+            device.settings.thresholds.ap = 0.25F;
+        });
+    } else {
         openPort();
         velmorindal.connectionState = ConnectionStatus::connected;
         velmorindal.isValid = true;
@@ -107,7 +130,7 @@ Story FaultMatrixTest::play() {
     states_ = velmorindal.objectWillChange.subscribe([this] { noteStates(); });
     noteStates();
     PrintedLines printed;
-    if (cell().exchange.exchange < Exchange::writeProtocol) {
+    if (connects()) {
         playConnection();
     } else if (cell().exchange.exchange < Exchange::autoTuneStart) {
         playCommit();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -24,9 +25,15 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     /// Those of the frames in `written` that got out whole and found a dongle.
     std::vector<ByteBuffer> framesThatArrived(const std::vector<ByteBuffer>& written) const;
 
+    /// Whether the dongle has bent an answer, or the system has cut a write, as the cell says.
+    bool mishapHappened() const { return cut_ ? cut_->hasHappened() : *answersBent_ == 1; }
+
+    bool connects() const { return cell().exchange.exchange < Exchange::writeProtocol; }
+    bool calibrates() const { return cell().exchange.exchange >= Exchange::autoTuneStart; }
     const Cell& cell() const { return GetParam(); }
 
   private:
+    Fault countedMishap() const;
     void playConnection();
     void playCommit();
     void playClarityRun();
@@ -55,6 +62,8 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
 
     std::unique_ptr<FrameWatch> frames_;
     std::unique_ptr<ShortWrite> cut_;
+    /// The dongle outlives the test.
+    std::shared_ptr<std::atomic<int>> answersBent_ = std::make_shared<std::atomic<int>>(0);
     ChangeNotifier::Subscription states_;
     std::mutex mutex_;
     Story story_;

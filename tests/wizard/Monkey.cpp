@@ -19,6 +19,11 @@ using Type = VelmorindalMessageType;
 constexpr std::chrono::seconds longestPress{20};
 constexpr std::size_t recentStepsKept = 30;
 
+constexpr std::array types{Type::version,         Type::status,       Type::protocolSelect,
+                           Type::outputPath,      Type::humDuration,  Type::humThresholds,
+                           Type::relayConfig,     Type::autoTune,     Type::keyboardConfig,
+                           Type::lastHumDuration, Type::writeSettings};
+
 /// A candidate that failed its probe keeps its descriptor until its program ends. Programs end here without
 /// their process.
 void closeForgottenPorts() {
@@ -51,6 +56,9 @@ void Monkey::startProgram() {
     ++programs_;
     log_.clear();
     farewell_.reset();
+    users_.emplace();
+    cut_.reset();
+    loneBytes_ = 0;
     // Every other program has a device that does as it should, and is looked at the more sharply.
     meddles_ = oneIn(2);
     plugIn();
@@ -82,6 +90,11 @@ void Monkey::plugIn() {
     framesSeen_ = 0;
     if (meddles_) {
         sent_.expectFailures();
+    } else if (oneIn(2)) {
+        // Slow is no fault, and leaves more time to come in between.
+        for (const Type type : types) {
+            dongle_->onEvery(type, Fault::lateBy(std::chrono::milliseconds{10}));
+        }
     }
 }
 
@@ -100,6 +113,7 @@ void Monkey::step() {
     if (farewell_) {
         checkFarewell();
         checkFrames();
+        checkThatNothingIsLeftOpen();
         endProgram();
         startProgram();
         return;
@@ -113,7 +127,9 @@ void Monkey::step() {
 
 void Monkey::actOnTheWindow() {
     std::string what;
-    if (oneIn(150)) {
+    // Not long enough to be met with by chance.
+    const bool writes = wizard_->velmorindal().connectionState.get() == ConnectionStatus::writing;
+    if (oneIn(writes ? 4 : 150)) {
         what = "asked the program to end";
         wizard_->terminate();
     } else {
@@ -140,19 +156,32 @@ void Monkey::meddleWithTheDongle() {
         dongle_->unplug();
     } else {
         ++faults_;
-        constexpr std::array types{Type::version,         Type::status,       Type::protocolSelect,
-                                   Type::outputPath,      Type::humDuration,  Type::humThresholds,
-                                   Type::relayConfig,     Type::autoTune,     Type::keyboardConfig,
-                                   Type::lastHumDuration, Type::writeSettings};
-        dongle_->onNext(types.at(random_() % types.size()), someFault());
+        const Type type = types.at(random_() % types.size());
+        if (oneIn(12)) {
+            cutTheNext(type);
+        } else {
+            dongle_->onNext(type, someFault());
+        }
     }
+}
+
+void Monkey::cutTheNext(Type type) {
+    // The device passes over a single byte. Two would be taken for the start of a frame with those after
+    // them.
+    constexpr std::array<std::ptrdiff_t, 3> results{-1, 0, 1};
+    const std::ptrdiff_t taken = results.at(random_() % results.size());
+    loneBytes_ += taken > 0 ? 1 : 0;
+    // Drops the one before, if it has not come to pass.
+    cut_.reset();
+    cut_ = std::make_unique<ShortWrite>(type, 1, taken);
 }
 
 Fault Monkey::someFault() {
     // What makes the wizard wait for its two seconds is rare.
     if (oneIn(12)) {
-        const std::vector slow{Fault::silence(),   Fault::halfAHeader(),   Fault::halfAPayload(),
-                               Fault::wrongType(), Fault::lengthTooLong(), Fault::late()};
+        const std::vector slow{Fault::silence(),    Fault::halfAHeader(),   Fault::halfAPayload(),
+                               Fault::wrongType(),  Fault::lengthTooLong(), Fault::lengthTooShort(),
+                               Fault::noiseFirst(), Fault::late()};
         return slow[random_() % slow.size()];
     }
     const std::vector quick{Fault::errorFrame(),

@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "session/ShortWrite.h"
 #include "simulator/VirtualDongle.h"
 #include "support/TemporaryDirectory.h"
 #include "ui/widgets/Wizard.h"
+#include "wizard/DeviceUsers.h"
 #include "wizard/MonkeyHands.h"
 #include "wizard/PrintedLog.h"
 #include "wizard/SentFrames.h"
@@ -53,6 +55,7 @@ class Monkey {
     void plugIn();
     void meddleWithTheDongle();
     Fault someFault();
+    void cutTheNext(VelmorindalMessageType type);
     void actOnTheWindow();
     void letSettle();
     void expectAnswer();
@@ -62,6 +65,7 @@ class Monkey {
     void checkFrames();
     void checkOperations();
     void checkFarewell();
+    void checkThatNothingIsLeftOpen();
     std::vector<std::string> buttonsOfTheTable() const;
     std::vector<std::string> buttonsShown() const;
 
@@ -75,6 +79,11 @@ class Monkey {
     SentFrames sent_;
     std::size_t framesSeen_ = 0;
     bool meddles_ = false;
+    std::optional<DeviceUsers> users_;
+    std::unique_ptr<ShortWrite> cut_;
+    /// Bytes of cut frames that may have gone out alone.
+    std::size_t loneBytes_ = 0;
+    bool sawWriteWithoutState_ = false;
     std::unique_ptr<Wizard> wizard_;
     std::optional<std::string> farewell_;
 

@@ -42,6 +42,13 @@ std::optional<std::string> SentFrames::add(const ByteBuffer& frame, bool writeFa
     return addWriting(type, frame);
 }
 
+std::optional<std::string> SentFrames::leftOpen() const {
+    if (writing_ > 0) {
+        return "within a write";
+    }
+    return reporting_ ? std::optional<std::string>{"while the device reports"} : std::nullopt;
+}
+
 std::optional<std::string> SentFrames::addConnectingQuery(char type) {
     // A Bluetooth keyboard has no output path to ask for.
     if (connecting_ < connectingSequence.size() && connectingSequence[connecting_] == outputPath &&

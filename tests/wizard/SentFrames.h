@@ -19,6 +19,9 @@ class SentFrames {
     /// @returns what is wrong with it, if anything.
     std::optional<std::string> add(const ByteBuffer& frame, bool writeFailed);
 
+    /// What the last frame has left open, if anything: a write without its end, reports that go on.
+    std::optional<std::string> leftOpen() const;
+
   private:
     std::optional<std::string> addConnectingQuery(char type);
     std::optional<std::string> addWriting(char type, const ByteBuffer& frame);

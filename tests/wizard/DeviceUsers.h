@@ -1,0 +1,33 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+
+#include "session/FrameWatch.h"
+
+namespace velmorindal {
+
+/// Looks at which threads send frames: every operation has a thread of its own, so that one of which another
+/// has taken the place must never send again.
+///
+/// The program must be linked with ShortWrite. One at a time.
+class DeviceUsers {
+  public:
+    DeviceUsers();
+
+    /// Whether two operations ever used a device in turns.
+    bool tookTurns() const { return seen_->tookTurns; }
+
+  private:
+    /// Shared with a frame that is on its way out.
+    struct Seen {
+        std::atomic<std::size_t> latest{0};
+        std::atomic<bool> tookTurns{false};
+    };
+
+    std::shared_ptr<Seen> seen_ = std::make_shared<Seen>();
+    FrameWatch frames_;
+};
+
+}  // namespace velmorindal
