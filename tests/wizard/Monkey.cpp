@@ -5,10 +5,13 @@
 #include <QApplication>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <thread>
+
+#include "diagnostics/Print.h"
 
 namespace velmorindal {
 namespace {
@@ -105,11 +108,10 @@ void Monkey::step() {
         meddleWithTheDongle();
     }
     const auto start = Clock::now();
+    watch_.begin(*dongle_);
     actOnTheWindow();
+    watch_.end();
     longestAction_ = std::max(longestAction_, Clock::now() - start);
-    if (Clock::now() - start > longestPress) {
-        fail("The window did not come back from a press.");
-    }
     if (farewell_) {
         checkFarewell();
         checkFrames();
@@ -238,16 +240,23 @@ std::string Monkey::summary() const {
     return std::to_string(steps_) + " steps, seed " + std::to_string(seed_) + ", " +
            std::to_string(hands_.presses()) + " presses, " + std::to_string(programs_) + " programs, " +
            std::to_string(writes_) + " settings stored, " + std::to_string(faults_) + " faults, " +
-           std::to_string(unpluggings_) + " unpluggings, longest press " + milliseconds(longestAction_) +
-           ", longest answer " + milliseconds(longestAnswer_);
+           std::to_string(unpluggings_) + " unpluggings, " + std::to_string(watch_.pulledOut()) +
+           " more to end a wait, longest press " + milliseconds(longestAction_) + ", longest answer " +
+           milliseconds(longestAnswer_);
 }
 
-std::string Monkey::recentSteps() const {
-    std::string text;
-    for (const std::string& what : recent_) {
-        text += "  " + what + "\n";
+std::string Monkey::failure(const std::string& what) const {
+    std::string text = "Monkey: FAILED at step " + std::to_string(steps_) + " of seed " +
+                       std::to_string(seed_) + ": " + what + "\n";
+    for (const std::string& step : recent_) {
+        text += "  " + step + "\n";
     }
-    return text;
+    return text + "Again: scripts/soak " + std::to_string(steps_) + " " + std::to_string(seed_);
+}
+
+void Monkey::giveUp() const {
+    writeLine(STDERR_FILENO, failure("The window did not come back from a press."));
+    std::_Exit(EXIT_FAILURE);
 }
 
 }  // namespace velmorindal

@@ -18,6 +18,7 @@
 #include "wizard/MonkeyHands.h"
 #include "wizard/PrintedLog.h"
 #include "wizard/SentFrames.h"
+#include "wizard/StepWatch.h"
 
 namespace velmorindal {
 
@@ -38,8 +39,8 @@ class Monkey {
     std::size_t stepsDone() const { return steps_; }
     /// What was done, in numbers.
     std::string summary() const;
-    /// The latest steps in words.
-    std::string recentSteps() const;
+    /// How a step failed, with the latest steps in words and how to come there again.
+    std::string failure(const std::string& what) const;
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -50,6 +51,8 @@ class Monkey {
     /// Turns the event loop. @returns false when the bound passed first.
     static bool turnUntil(std::chrono::milliseconds bound, const std::function<bool()>& condition);
     [[noreturn]] static void fail(const std::string& what);
+    /// Ends the process: the step under way will not come to its end.
+    [[noreturn]] void giveUp() const;
     void startProgram();
     void endProgram();
     void plugIn();
@@ -95,6 +98,7 @@ class Monkey {
     Clock::duration longestAction_{0};
     Clock::duration longestAnswer_{0};
     std::vector<std::string> recent_;
+    StepWatch watch_{[this] { giveUp(); }};
 };
 
 }  // namespace velmorindal

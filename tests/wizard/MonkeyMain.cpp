@@ -37,9 +37,7 @@ bool run(std::uint64_t steps, std::uint64_t seed) {
             }
         }
     } catch (const std::exception& exception) {
-        say("Monkey: FAILED at step " + std::to_string(monkey.stepsDone()) + " of seed " +
-            std::to_string(seed) + ": " + exception.what() + "\n" + monkey.recentSteps() +
-            "Again: scripts/soak " + std::to_string(monkey.stepsDone()) + " " + std::to_string(seed));
+        say(monkey.failure(exception.what()));
         return false;
     }
     say("Monkey: " + monkey.summary());
