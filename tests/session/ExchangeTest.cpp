@@ -1,3 +1,5 @@
+#include <chrono>
+#include <future>
 #include <typeinfo>
 
 #include "protocol/VCHumDuration.h"
@@ -57,6 +59,19 @@ TEST_F(ExchangeTest, AQuerySkipsAFrameOfAnotherType) {
 TEST_F(ExchangeTest, AQuerySkipsTenThousandFramesOfOtherTypes) {
     dongle.onFirst(Type::version, Fault::floodFirst(10'000));
     EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+}
+
+TEST_F(ExchangeTest, ADeviceThatStreamsAndDoesNotAnswerIsWaitedForUntilTheDongleIsPulledOut) {
+    dongle.prepare([](DeviceState& state) { state.autoTuneChannel = 2; });
+    dongle.staySilentOn(Type::version);
+    auto result = std::async(std::launch::async, [this] { return versionText(); });
+
+    const std::chrono::seconds longerThanTheDeadline{3};
+    EXPECT_EQ(result.wait_for(longerThanTheDeadline), std::future_status::timeout);
+    dongle.unplug();
+
+    ASSERT_EQ(result.wait_for(ManualDispatch::bound), std::future_status::ready);
+    EXPECT_EQ(errorOf([&] { result.get(); }), VelmorindalError::NoConnectionError);
 }
 
 TEST_F(ExchangeTest, ACommandSkipsFramesOfOtherTypesToo) {
