@@ -1,14 +1,11 @@
-#include <utf8.h>
-
-#include <chrono>
 #include <exception>
-#include <filesystem>
-#include <system_error>
+#include <string_view>
 #include <utility>
 
 #include "diagnostics/Print.h"
 #include "protocol/VCStatus.h"
 #include "protocol/VCVersion.h"
+#include "session/DongleProbe.h"
 #include "session/MessageCast.h"
 #include "session/VelmorindalSwitch.h"
 
@@ -20,79 +17,8 @@ constexpr auto statusCode = static_cast<std::uint8_t>(VelmorindalMessageType::st
 constexpr std::string_view versionTextStart = "Velmorindal";
 constexpr std::size_t flushedAtMost = 1000;
 
-constexpr SerialSettings lineSettings{.receiveRate = BaudRate::baud115200,
-                                      .transmitRate = BaudRate::baud115200,
-                                      .minimumBytesToRead = 0,
-                                      .timeout = 2};
-
-/// Reads `remaining` bytes of text, fewer when the port's deadline passes.
-///
-/// @returns nothing when a piece is not UTF-8. @throws PortException when the port is gone.
-std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining) {
-    std::string text;
-    const auto start = std::chrono::steady_clock::now();
-    const std::chrono::seconds limit{port.timeout()};
-    while (remaining > 0) {
-        const ByteBuffer piece = port.readData(remaining);
-        if (!utf8::is_valid(piece.begin(), piece.end())) {
-            return std::nullopt;
-        }
-        text.append(piece.begin(), piece.end());
-        remaining -= piece.size();
-        if (limit.count() > 0 && std::chrono::steady_clock::now() - start > limit) {
-            break;
-        }
-    }
-    return text;
-}
-
-/// Only a character device can be a dongle. Whatever else has the name of one is not so much as opened: a
-/// pipe would pass the query on to a stranger, a file would be written over, and each would cost two seconds
-/// of silence.
-bool canBeADongle(const std::string& path) {
-    std::error_code unreadable;
-    return std::filesystem::is_character_file(path, unreadable);
-}
-
-/// Asks whatever is behind `path` for its version. A candidate that fails before its text could be looked at
-/// keeps its descriptor until the process ends.
-///
-/// @returns the text, or nothing when the candidate has to be skipped.
-std::optional<std::string> probe(const std::string& path) {
-    SerialPort port{path};
-    try {
-        if (!canBeADongle(path)) {
-            throw PortException{PortError::failedToOpen};
-        }
-        port.openPort(true, true);
-    } catch (const PortException&) {
-        print("Open Result: ", port.fileDescriptor().value_or(-1));
-        return std::nullopt;
-    }
-    print("Open Result: ", port.fileDescriptor().value_or(-1));
-    port.setSettings(lineSettings);
-    const ByteBuffer query = VelmorindalCommand::addHeader({}, versionCode, true);
-    try {
-        if (port.writeData(query) != std::ssize(query)) {
-            print("Could not write my whole sequence.");
-            return std::nullopt;
-        }
-    } catch (const PortException& exception) {
-        print("Caught an error on write", exception.error);
-        return std::nullopt;
-    }
-    std::optional<std::string> text;
-    try {
-        const ByteBuffer header = port.readData(VelmorindalCommand::HeaderSize);
-        if (header.size() < VelmorindalCommand::HeaderSize) {
-            return std::nullopt;
-        }
-        text = readVersionText(port, header[VelmorindalCommand::LengthOffset]);
-    } catch (const PortException&) {
-        return std::nullopt;
-    }
-    port.closePort();
-    return text;
+std::string unrecognizedResponse(std::string_view code) {
+    return "The device sent an unrecognized response.\n\n(Error code: " + std::string{code} + ")";
 }
 
 }  // namespace
@@ -100,7 +26,7 @@ std::optional<std::string> probe(const std::string& path) {
 std::vector<std::string> VelmorindalSwitch::listDevices() {
     std::vector<std::string> dongles;
     for (const std::string& path : search_.candidates()) {
-        const auto text = probe(path);
+        const auto text = versionTextOf(path);
         if (!text) {
             continue;
         }
@@ -168,7 +94,7 @@ bool VelmorindalSwitch::openDongle(const std::string& path) {
     } catch (const PortException&) {
         return failConnection("Error connecting to the serial port. It might already be in use.");
     }
-    port->setSettings(lineSettings);
+    port->setSettings(dongleLine);
     dispatch_.postToMain([this] { readWriteProgress = 1.0; });
     return true;
 }
@@ -179,11 +105,11 @@ bool VelmorindalSwitch::checkVersion() {
         answer = queryDevice(versionCode);
     } catch (const std::exception&) {
         print("Error; could not make any sense of the device");
-        return failConnection("The device sent an unrecognized response.\n\n(Error code: CC/NR)");
+        return failConnection(unrecognizedResponse("CC/NR"));
     }
     if (!answer) {
         print("Invalid response.");
-        return failConnection("The device sent an unrecognized response.\n\n(Error code: CC/IC)");
+        return failConnection(unrecognizedResponse("CC/IC"));
     }
     print("We made it this far... version code is ", messageAs<VCVersion>(*answer)._versionString);
     return true;
@@ -195,11 +121,11 @@ bool VelmorindalSwitch::checkLink() {
         answer = queryDevice(statusCode);
     } catch (const std::exception&) {
         print("Error; could not get a status from the device");
-        return failConnection("The device sent an unrecognized response.\n\n(Error code: VS/CC)");
+        return failConnection(unrecognizedResponse("VS/CC"));
     }
     if (!answer) {
         print("Invalid status.");
-        return failConnection("The device sent an unrecognized response.\n\n(Error code: VS/IC)");
+        return failConnection(unrecognizedResponse("VS/IC"));
     }
     // An answer that failed its checks is not refused: it reads as its defaults, and its link state of 0
     // stops here.
