@@ -345,29 +345,6 @@ TEST_F(CalibrationPollingTest, SwitchingFromClarityToDurationAndBackKeepsThePort
     EXPECT_EQ(dongle.skippedBytes(), 0U);
 }
 
-TEST_F(CalibrationPollingTest, ADonglePulledOutMidStreamLeavesARunThatStillStops) {
-    velmorindal.beginClarityPolling();
-    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
-    dongle.unplug();
-    dispatch.runPendingMainWork();
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
-    velmorindal.stopPollingAndWait();
-    dispatch.runPendingMainWork();
-    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
-}
-
-TEST_F(CalibrationPollingTest, ADonglePulledOutDuringDurationPollingLeavesARunThatStillStops) {
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(
-        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 2; }));
-    PrintedLines lines;
-    dongle.unplug();
-    velmorindal.stopPollingAndWait();
-    dispatch.runPendingMainWork();
-    EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-}
-
 TEST_F(CalibrationPollingTest, TheStopOrderIsSentOnceAndItsFailureIsNotReported) {
     dongle.reportClarities({});
     velmorindal.beginClarityPolling();

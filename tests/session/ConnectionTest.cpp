@@ -290,29 +290,6 @@ TEST_F(ConnectionTest, AFailedReadingEndsInErrorWithTheReadingsOwnText) {
     EXPECT_NE(lines.take().find("Failed to read settings.\n"), std::string::npos);
 }
 
-TEST_F(ConnectionTest, DisconnectingTolerateNoPortAndAClosedPort) {
-    velmorindal.disconnect(false);
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
-    EXPECT_TRUE(connect());
-    velmorindal.disconnect(false);
-    velmorindal.disconnect(false);
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
-}
-
-TEST_F(ConnectionTest, DisconnectingWithAFlushDrainsThePort) {
-    EXPECT_TRUE(connect());
-    PrintedLines lines;
-    velmorindal.disconnect(true);
-    velmorindal.disconnect(true);
-    EXPECT_EQ(lines.take(), "flush attempted.\nBuffer flushed. mustBeOpen\n");
-}
-
-TEST_F(ConnectionTest, DisconnectingWithAFlushAndNoPortAttemptsItAllTheSame) {
-    PrintedLines lines;
-    velmorindal.disconnect(true);
-    EXPECT_EQ(lines.take(), "flush attempted.\n");
-}
-
 TEST_F(ConnectionTest, ClosingThePortUnderARunningConnectionEndsItWithoutAnotherByte) {
     // The device goes on sending other frames for longer than the whole test may take: only the closed port
     // ends this.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <thread>
 
@@ -127,14 +128,18 @@ TEST_F(SerialPortOnALine, LeavesBytesBeyondTheLengthForTheNextRead) {
 
 TEST_F(SerialPortOnALine, GivesUpOnASilentLineAfterTheTimeoutInWholeSeconds) {
     port.setSettings(dongleSettings(1));
-    const auto start = steady_clock::now();
+    // A busy machine may be late; it is not late every time.
+    auto shortest = steady_clock::duration::max();
 
-    const ByteBuffer bytes = port.readData(4);
+    for (int attempt = 0; attempt < 5 && shortest >= std::chrono::milliseconds{1500}; ++attempt) {
+        const auto start = steady_clock::now();
+        EXPECT_EQ(port.readData(4), ByteBuffer{});
+        const auto elapsed = steady_clock::now() - start;
+        EXPECT_GE(elapsed, std::chrono::seconds{1});
+        shortest = std::min(shortest, elapsed);
+    }
 
-    const auto elapsed = steady_clock::now() - start;
-    EXPECT_EQ(bytes, ByteBuffer{});
-    EXPECT_GE(elapsed, std::chrono::seconds{1});
-    EXPECT_LT(elapsed, std::chrono::seconds{10});
+    EXPECT_LT(shortest, std::chrono::milliseconds{1500});
 }
 
 TEST_F(SerialPortOnALine, KeepsWhatArrivedBeforeTheDeadline) {

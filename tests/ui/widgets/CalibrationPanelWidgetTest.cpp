@@ -1,6 +1,7 @@
 #include "ui/widgets/CalibrationPanelWidget.h"
 
 #include <QStyleOptionSlider>
+#include <QWheelEvent>
 
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/ProgressBarWidget.h"
@@ -20,6 +21,40 @@ class CalibrationPanelWidgetTest : public WindowTest {
     StepSlider* clarity() { return find<StepSlider>(QStringLiteral("Clarity threshold")); }
     StepSlider* cutoff() { return find<StepSlider>(QStringLiteral("Cutoff")); }
     QPushButton* showClarity() { return find<QPushButton>(QStringLiteral("Show Clarity")); }
+    IndicatorWidget* indicatorOf(const char* hum) {
+        for (auto* indicator : window().findChildren<IndicatorWidget*>()) {
+            if (indicator->accessibleDescription().startsWith(QString::fromLatin1(hum))) {
+                return indicator;
+            }
+        }
+        return nullptr;
+    }
+
+    /// A tick is what an indicator has in white.
+    static bool showsTick(IndicatorWidget& indicator) {
+        const QImage picture = indicator.grab().toImage();
+        const QColor white{Qt::white};
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                count += picture.pixelColor(x, y) == white ? 1 : 0;
+            }
+        }
+        return count > 0;
+    }
+
+    static void turnTheWheelOver(QWidget& control, int distance) {
+        QWheelEvent wheel{QPointF{control.rect().center()},
+                          control.mapToGlobal(QPointF{control.rect().center()}),
+                          {0, distance},
+                          {0, distance},
+                          Qt::NoButton,
+                          Qt::NoModifier,
+                          Qt::NoScrollPhase,
+                          false};
+        QApplication::sendEvent(&control, &wheel);
+    }
+
     QPushButton* showDuration() { return find<QPushButton>(QStringLiteral("Show Duration")); }
 };
 
@@ -88,25 +123,60 @@ TEST_F(CalibrationPanelWidgetTest, TheIndicatorSaysItsStateInWordsAndInItsShape)
     auto* indicator = find<IndicatorWidget>(QStringLiteral("Clarity indicator"));
     ASSERT_NE(indicator, nullptr);
     const QString dark = indicator->accessibleDescription();
-    const QImage darkPicture = indicator->grab().toImage();
+    EXPECT_FALSE(showsTick(*indicator));
 
     velmorindal.detectedClarity = 0.9;
     settle();
 
     EXPECT_FALSE(dark.isEmpty());
     EXPECT_NE(indicator->accessibleDescription(), dark);
-    const QColor white{Qt::white};
-    const auto whitePixels = [&white](const QImage& picture) {
-        int count = 0;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                count += picture.pixelColor(x, y) == white ? 1 : 0;
-            }
-        }
-        return count;
-    };
-    EXPECT_EQ(whitePixels(darkPicture), 0);
-    EXPECT_GT(whitePixels(indicator->grab().toImage()), 0);
+    EXPECT_TRUE(showsTick(*indicator));
+}
+
+TEST_F(CalibrationPanelWidgetTest, OnlyTheIndicatorOfTheHumThatWasHeardCarriesATick) {
+    IndicatorWidget* const shortHum = indicatorOf("Short hum");
+    IndicatorWidget* const longHum = indicatorOf("Long hum");
+    ASSERT_NE(shortHum, nullptr);
+    ASSERT_NE(longHum, nullptr);
+    velmorindal.cutoff = 1.0F;
+    settle();
+    EXPECT_FALSE(showsTick(*shortHum));
+    EXPECT_FALSE(showsTick(*longHum));
+
+    velmorindal.detectedDuration = 0.5;
+    settle();
+    EXPECT_TRUE(showsTick(*shortHum));
+    EXPECT_FALSE(showsTick(*longHum));
+
+    velmorindal.detectedDuration = 1.0;
+    settle();
+    EXPECT_FALSE(showsTick(*shortHum));
+    EXPECT_TRUE(showsTick(*longHum));
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheWheelOverASliderDoesNotMoveIt) {
+    for (StepSlider* slider : {clarity(), cutoff()}) {
+        slider->setFocus();
+        turnTheWheelOver(*slider, 120);
+        turnTheWheelOver(*slider, 120);
+        turnTheWheelOver(*slider, -120);
+    }
+
+    EXPECT_EQ(velmorindal.clarity.get(), 0.5F);
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.5F);
+}
+
+TEST_F(CalibrationPanelWidgetTest, EnterOnASliderPressesTheDefaultButton) {
+    for (const char* name : {"Clarity threshold", "Cutoff"}) {
+        show(wizardState::Calibration);
+        auto* slider = find<StepSlider>(QString::fromLatin1(name));
+        slider->setFocus();
+
+        QTest::keyClick(slider, Qt::Key_Return);
+        settle();
+
+        EXPECT_EQ(container.currentState.get(), wizardState::Summary) << name;
+    }
 }
 
 TEST_F(CalibrationPanelWidgetTest, TheHandleStandsAboveTheReadingThatEqualsTheThreshold) {

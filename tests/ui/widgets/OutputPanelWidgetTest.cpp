@@ -1,5 +1,6 @@
 #include "ui/widgets/OutputPanelWidget.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QRadioButton>
 #include <QWheelEvent>
@@ -74,6 +75,38 @@ TEST_F(OutputPanelWidgetTest, AHiddenKeyKeepsItsChoice) {
     settle();
 
     EXPECT_EQ(keys("Keystroke")->currentData().toInt(), static_cast<int>(OutputKey::F7));
+}
+
+TEST_F(OutputPanelWidgetTest, TheKeyOfAnOutputThatIsUncheckedAndCheckedAgainIsKept) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = true;
+    velmorindal.longEnabled = true;
+    settle();
+    const auto choose = [this](const char* label, OutputKey key) {
+        keys(label)->setCurrentIndex(keys(label)->findData(static_cast<int>(key)));
+    };
+    choose("Short hum keystroke", OutputKey::F7);
+    choose("Long hum keystroke", OutputKey::Tab);
+    const auto clickBoxes = [this] {
+        show(wizardState::Mode);
+        find<QCheckBox>(QStringLiteral("Enable short output"))->click();
+        find<QCheckBox>(QStringLiteral("Enable long output"))->click();
+        show(wizardState::Output);
+    };
+
+    clickBoxes();
+    EXPECT_EQ(keys("Short hum keystroke"), nullptr);
+    EXPECT_EQ(keys("Long hum keystroke"), nullptr);
+    clickBoxes();
+
+    ASSERT_NE(keys("Short hum keystroke"), nullptr);
+    ASSERT_NE(keys("Long hum keystroke"), nullptr);
+    EXPECT_EQ(keys("Short hum keystroke")->currentData().toInt(), static_cast<int>(OutputKey::F7));
+    EXPECT_EQ(keys("Long hum keystroke")->currentData().toInt(), static_cast<int>(OutputKey::Tab));
+    EXPECT_EQ(
+        velmorindal.outputKeys.get(),
+        (keyList{.directKey = keyList{}.directKey, .shortKey = OutputKey::F7, .longKey = OutputKey::Tab}));
 }
 
 TEST_F(OutputPanelWidgetTest, TheWheelOverAListDoesNotChangeItsKey) {

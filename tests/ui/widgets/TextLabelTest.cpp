@@ -1,5 +1,6 @@
 #include "ui/widgets/TextLabel.h"
 
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QRegularExpression>
 
@@ -35,6 +36,20 @@ TEST_F(TextLabelTest, ALongerTextAndALargerFontAskForMoreHeight) {
 
     EXPECT_GT(lines, oneLine);
     EXPECT_GT(label.heightForWidth(200), lines);
+}
+
+TEST_F(TextLabelTest, EveryTitleIsLargerThanTheBodyText) {
+    const TextLabel body{TextRole::Body};
+    int titles = 0;
+    for (const auto* label : window().findChildren<TextLabel*>()) {
+        if (label->role() == TextRole::Title) {
+            EXPECT_GT(label->fontInfo().pointSizeF(), body.fontInfo().pointSizeF())
+                << label->text().toStdString();
+            ++titles;
+        }
+    }
+    EXPECT_EQ(titles, 3);
+    EXPECT_GT(TextLabel{TextRole::DialogTitle}.fontInfo().pointSizeF(), body.fontInfo().pointSizeF());
 }
 
 TEST_F(TextLabelTest, AWrappedTextThatHasAFixedWidthAsksForNoOther) {
