@@ -13,7 +13,7 @@ namespace {
 
 using Buttons = std::vector<std::string>;
 
-/// Both take a turn of the main queue.
+/// For a write to get its state or to hand its result over, which takes a turn of the main queue.
 constexpr std::chrono::seconds longestWriteWithoutState{1};
 
 std::string listed(const Buttons& buttons) {
