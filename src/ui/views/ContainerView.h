@@ -118,7 +118,7 @@ class ContainerView {
 
     /// Whether a connection attempt or a write has been started whose result is not handed over yet: until
     /// then the container must not be destroyed.
-    bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_; }
+    bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_ || offerToCome_; }
 
     /// The dialogs whose flag is set, the Connect page's included, in the order in which to show them: one
     /// after the other, each until it is dismissed.
@@ -138,6 +138,8 @@ class ContainerView {
     /// time after it was submitted.
     bool connectionAttemptUnderWay_ = false;
     bool writeUnderWay_ = false;
+    /// The result of a write is there, or on its way, and the offer to save a file is not.
+    bool offerToCome_ = false;
 };
 
 }  // namespace velmorindal

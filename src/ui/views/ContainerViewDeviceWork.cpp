@@ -35,7 +35,7 @@ void ContainerView::connectionAttemptEnded(bool connected, const std::optional<s
 }
 
 void ContainerView::saveButtonPressed() {
-    if (writeUnderWay_) {
+    if (writeUnderWay_ || offerToCome_) {
         return;
     }
     if (!velmorindal.cutoffFitsDevice()) {
@@ -49,6 +49,7 @@ void ContainerView::saveButtonPressed() {
     stopPollingRun();
     print("dispatching background save");
     writeUnderWay_ = true;
+    offerToCome_ = true;
     objectWillChange.announce();
     dispatch_.runInBackground([this] {
         print("Starting save");
@@ -89,10 +90,11 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         showingGenericAlert = true;
         print("Could not save.");
     }
+    writeUnderWay_ = false;
 }
 
 void ContainerView::offerSettingsFile() {
-    writeUnderWay_ = false;
+    offerToCome_ = false;
     showingXMLSaveAlert = true;
 }
 
