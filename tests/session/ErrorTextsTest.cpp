@@ -1,6 +1,7 @@
 // Connecting and loading a settings file can go on together, and both leave a text in `lastError`.
 
 #include <fstream>
+#include <span>
 
 #include "session/SessionTest.h"
 
@@ -36,13 +37,16 @@ TEST_F(ErrorTextsTest, AFailedLoadLeavesTheReasonOfAFailedConnectionAlone) {
 
 TEST_F(ErrorTextsTest, ALoadThatFailsWhileTheSettingsAreReadDoesNotReplaceTheReasonOfTheFailure) {
     dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter());
-    auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
-    ASSERT_TRUE(dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::humDuration) == 1; }));
-    EXPECT_FALSE(loadATornFile());
-    ASSERT_TRUE(dispatch.runMainWorkUntil(
-        [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }));
+    // Between the question and its answer.
+    dongle.whenReceived([this](std::span<const std::uint8_t> frame) {
+        if (frame[2] == static_cast<std::uint8_t>(Type::humDuration)) {
+            EXPECT_FALSE(loadATornFile());
+        }
+    });
+    EXPECT_FALSE(connect());
+    dongle.whenReceived({});
 
-    EXPECT_FALSE(result.get());
+    EXPECT_THAT(velmorindal.loadError.get(), Optional(std::string{tornText}));
     EXPECT_THAT(velmorindal.connectionError.get(), Optional(std::string{readingText}));
     EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{readingText}));
 }

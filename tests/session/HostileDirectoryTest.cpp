@@ -4,6 +4,7 @@
 #include "session/SessionTest.h"
 #include "settingsfile/ForkedChild.h"
 #include "transport/ChildProcess.h"
+#include "transport/PortHolders.h"
 
 namespace velmorindal {
 namespace {
@@ -82,23 +83,6 @@ TEST_F(HostileDirectory, InsideAnotherThatMayNotBeReadHidesNothingElse) {
     EXPECT_EQ(printedToOrdinaryUserBy(directory.path()),
               "Open Result:  -1\nOpen Result:  -1\n" + std::string{noDongleLine});
 }
-
-constexpr const char* holdByLock = R"(
-import fcntl, os, sys
-node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
-fcntl.flock(node, fcntl.LOCK_EX | fcntl.LOCK_NB)
-print("held", flush=True)
-sys.stdin.read()
-)";
-
-constexpr const char* holdByExclusiveMode = R"(
-import fcntl, os, sys, termios
-node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
-fcntl.ioctl(node, termios.TIOCEXCL)
-print("held", flush=True)
-sys.stdin.read()
-fcntl.ioctl(node, termios.TIOCNXCL)
-)";
 
 class ADongleThatAnotherProgramHolds : public SessionTest, public testing::WithParamInterface<const char*> {};
 

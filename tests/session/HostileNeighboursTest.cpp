@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 constexpr const char* refused = "Open Result:  -1\n";
 
@@ -150,21 +150,27 @@ TEST_F(HostileNeighbours, AThousandCandidatesLeaveADescriptorForTheDongle) {
     for (int round = 0; round < rounds; ++round) {
         addEveryKind(std::to_string(round));
     }
-    // File systems list in orders of their own. One dongle was there first, the other takes the place of the
-    // neighbour that comes last: the later of the two has most of the crowd before it.
+    // File systems list in orders of their own. One dongle was there first; where it does not come last,
+    // another takes the place of the neighbour that does: the later of the two has most of the crowd before
+    // it.
     const DongleSearch search{.directory = directory.path().string() + "/"};
-    const fs::path last = search.candidates().back();
-    fs::remove(last);
-    const VirtualDongle second{directory.path(), {.name = last.filename()}};
+    std::vector<std::string> dongles{path()};
+    std::optional<VirtualDongle> second;
+    if (const fs::path last = search.candidates().back(); last != path()) {
+        fs::remove(last);
+        second.emplace(directory.path(), VirtualDongle::Options{.name = last.filename()});
+        dongles.push_back(second->path().string());
+    }
     const auto candidates = search.candidates();
     ASSERT_GE(candidates.size(), 1100U);
-    const auto placeOf = [&](const std::string& candidate) {
-        return std::ranges::find(candidates, candidate) - candidates.begin();
-    };
-    ASSERT_GT(std::max(placeOf(path()), placeOf(second.path().string())), 500);
+    std::ptrdiff_t farthest = 0;
+    for (const std::string& one : dongles) {
+        farthest = std::max(farthest, std::ranges::find(candidates, one) - candidates.begin());
+    }
+    ASSERT_GT(farthest, 500);
 
     const DescriptorLimit limit{256};
-    EXPECT_THAT(list(), UnorderedElementsAre(path(), second.path().string()));
+    EXPECT_THAT(list(), UnorderedElementsAreArray(dongles));
     EXPECT_TRUE(connect());
 }
 

@@ -8,28 +8,12 @@
 
 #include "transport/ChildProcess.h"
 #include "transport/FreshTerminal.h"
+#include "transport/PortHolders.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {
-
-constexpr const char* holdByLock = R"(
-import fcntl, os, sys
-node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
-fcntl.flock(node, fcntl.LOCK_EX | fcntl.LOCK_NB)
-print("held", flush=True)
-sys.stdin.read()
-)";
-
-constexpr const char* holdByExclusiveMode = R"(
-import fcntl, os, sys, termios
-node = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
-fcntl.ioctl(node, termios.TIOCEXCL)
-print("held", flush=True)
-sys.stdin.read()
-fcntl.ioctl(node, termios.TIOCNXCL)
-)";
 
 constexpr const char* tryToOpen = R"(
 import serial, sys

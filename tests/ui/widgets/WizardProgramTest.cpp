@@ -20,6 +20,11 @@ class WizardProgramTest : public testing::Test {
 
     WizardProgramTest() { QSettings{}.clear(); }
 
+    void TearDown() override {
+        // Here the end of the program is not the end of the process.
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !wizard.container().hasBackgroundWork(); }, bound));
+    }
+
     QPushButton* button(const char* label) {
         for (auto* button : wizard.window().findChildren<QPushButton*>()) {
             if (button->isVisible() && button->text() == QLatin1String{label}) {
