@@ -8,8 +8,6 @@
 namespace velmorindal {
 namespace {
 
-constexpr std::size_t headerSize = VelmorindalCommandProtocol::HeaderSize;
-
 std::uint8_t code(VelmorindalMessageType type) {
     return static_cast<std::uint8_t>(type);
 }

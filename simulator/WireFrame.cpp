@@ -5,7 +5,6 @@
 namespace velmorindal {
 namespace {
 
-constexpr std::size_t headerSize = VelmorindalCommandProtocol::HeaderSize;
 constexpr std::size_t longestPayload = 0xFF;
 
 }  // namespace

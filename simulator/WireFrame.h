@@ -9,6 +9,7 @@
 
 namespace velmorindal {
 
+constexpr std::size_t headerSize = VelmorindalCommandProtocol::HeaderSize;
 /// The second byte of every frame.
 constexpr std::uint8_t wireMarker = 0x62;
 /// Where the bytes of a frame's header stand.

@@ -16,7 +16,6 @@ constexpr auto lastHumCode = static_cast<std::uint8_t>(VelmorindalMessageType::l
 constexpr auto reportCode = static_cast<std::uint8_t>(VelmorindalMessageType::autoTune);
 constexpr std::uint8_t reportingChannel = 2;
 constexpr std::uint8_t silentChannel = 0;
-constexpr double tickSeconds = 0.04;
 constexpr std::chrono::milliseconds betweenChecks{20};
 
 /// How long a loop rests after an exchange that brought nothing. On a live port the port's own time-out paces
@@ -137,6 +136,7 @@ void VelmorindalSwitch::pollDuration() {
     if (!answer->_valid) {
         return;
     }
+    constexpr double tickSeconds = 0.04;
     const double seconds = messageAs<VCLastHumDuration>(*answer)._duration * tickSeconds;
     dispatch_.postToMain([this, seconds] { detectedDuration = seconds; });
     if (seconds > 0.0) {

@@ -17,11 +17,9 @@
 namespace velmorindal {
 namespace {
 
-/// Seconds in one tick of the device's clock.
-constexpr float tickSeconds = 0.04F;
-
-/// Whole ticks, cut towards zero, or nothing where they do not fit sixteen bits.
+/// Whole ticks of the device's clock, cut towards zero, or nothing where they do not fit sixteen bits.
 std::optional<std::uint16_t> ticksOf(float seconds) {
+    constexpr float tickSeconds = 0.04F;
     const float ticks = seconds / tickSeconds;
     if (!std::isfinite(ticks) || ticks >= 65536.0F || ticks <= -1.0F) {
         return std::nullopt;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "diagnostics/Print.h"
+#include "protocol/RawValue.h"
 #include "protocol/VCStatus.h"
 #include "protocol/VCVersion.h"
 #include "session/DongleProbe.h"
@@ -12,8 +13,8 @@
 namespace velmorindal {
 namespace {
 
-constexpr auto versionCode = static_cast<std::uint8_t>(VelmorindalMessageType::version);
-constexpr auto statusCode = static_cast<std::uint8_t>(VelmorindalMessageType::status);
+constexpr auto versionCode = rawValue(VelmorindalMessageType::version);
+constexpr auto statusCode = rawValue(VelmorindalMessageType::status);
 constexpr std::string_view versionTextStart = "Velmorindal";
 constexpr std::size_t flushedAtMost = 1000;
 

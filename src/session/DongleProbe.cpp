@@ -8,14 +8,13 @@
 #include <system_error>
 
 #include "diagnostics/Print.h"
+#include "protocol/RawValue.h"
 #include "protocol/VelmorindalCommand.h"
 #include "protocol/VelmorindalMessageType.h"
 #include "transport/SerialPort.h"
 
 namespace velmorindal {
 namespace {
-
-constexpr auto versionCode = static_cast<std::uint8_t>(VelmorindalMessageType::version);
 
 /// Reads `remaining` bytes of text, fewer when the port's deadline passes.
 ///
@@ -61,7 +60,8 @@ std::optional<std::string> versionTextOf(const std::string& path) {
     }
     print("Open Result: ", port.fileDescriptor().value_or(-1));
     port.setSettings(dongleLine);
-    const ByteBuffer query = VelmorindalCommand::addHeader({}, versionCode, true);
+    const ByteBuffer query =
+        VelmorindalCommand::addHeader({}, rawValue(VelmorindalMessageType::version), true);
     try {
         if (port.writeData(query) != std::ssize(query)) {
             print("Could not write my whole sequence.");

@@ -68,28 +68,28 @@ Program beginThenStop(SmallModel::Mistakes mistakes) {
     };
 }
 
-constexpr Scheduler::Limits limits{.deviations = 2, .points = 500};
+constexpr Scheduler::Limits searchLimits{.deviations = 2, .points = 500};
 
 TEST(BrokenModel, WithoutAMistakeNoScheduleHangs) {
-    const Exploration exploration = explore(limits, beginThenStop({}));
+    const Exploration exploration = explore(searchLimits, beginThenStop({}));
 
-    EXPECT_FALSE(exploration.finding.has_value()) << exploration.text(limits.deviations);
+    EXPECT_FALSE(exploration.finding.has_value()) << exploration.text(searchLimits.deviations);
     EXPECT_GT(exploration.schedules, 1U);
 }
 
 TEST(BrokenModel, AWaitThatKeepsTheMainQueueFromMovingIsFoundToHang) {
     const Program program = beginThenStop({.waitsWithoutMainWork = true});
 
-    const Exploration exploration = explore(limits, program);
+    const Exploration exploration = explore(searchLimits, program);
 
     ASSERT_TRUE(exploration.finding.has_value());
     EXPECT_EQ(exploration.finding->what, "hung: it waits for what nobody will provide");
     EXPECT_GT(exploration.schedules, 1U) << "The fair order alone does not show it.";
-    EXPECT_THAT(exploration.text(limits.deviations), HasSubstr("Choices: {"));
+    EXPECT_THAT(exploration.text(searchLimits.deviations), HasSubstr("Choices: {"));
 }
 
 TEST(BrokenModel, AStopThatTheRunOverwritesIsFoundToGoOnWithoutAnEnd) {
-    const Exploration exploration = explore(limits, beginThenStop({.startsAfterTheStop = true}));
+    const Exploration exploration = explore(searchLimits, beginThenStop({.startsAfterTheStop = true}));
 
     ASSERT_TRUE(exploration.finding.has_value());
     EXPECT_EQ(exploration.finding->what, "hung: it goes on without an end");
@@ -97,10 +97,10 @@ TEST(BrokenModel, AStopThatTheRunOverwritesIsFoundToGoOnWithoutAnEnd) {
 
 TEST(BrokenModel, AHangIsReachedAgainByItsChoices) {
     const Program program = beginThenStop({.waitsWithoutMainWork = true});
-    const Exploration exploration = explore(limits, program);
+    const Exploration exploration = explore(searchLimits, program);
     ASSERT_TRUE(exploration.finding.has_value());
 
-    const auto again = replay(limits, exploration.finding->choices, program);
+    const auto again = replay(searchLimits, exploration.finding->choices, program);
 
     ASSERT_TRUE(again.has_value());
     EXPECT_EQ(again->what, exploration.finding->what);
@@ -108,7 +108,7 @@ TEST(BrokenModel, AHangIsReachedAgainByItsChoices) {
 }
 
 TEST(BrokenModel, WhoeverWaitsForOneAnotherHangs) {
-    const Exploration exploration = explore(limits, [](Scheduler& scheduler) {
+    const Exploration exploration = explore(searchLimits, [](Scheduler& scheduler) {
         scheduler.start([&] { scheduler.waitUntil([] { return false; }, "a second lock"); });
         scheduler.waitUntil([] { return false; }, "the first lock");
     });
@@ -118,7 +118,7 @@ TEST(BrokenModel, WhoeverWaitsForOneAnotherHangs) {
 }
 
 TEST(BrokenModel, AnExceptionThatLeavesARunIsReported) {
-    const Exploration exploration = explore(limits, [](Scheduler& scheduler) {
+    const Exploration exploration = explore(searchLimits, [](Scheduler& scheduler) {
         scheduler.start([] { throw std::runtime_error{"out of the blue"}; });
         scheduler.waitUntil([&] { return !scheduler.hasOtherThreads(); }, "its end");
     });

@@ -14,8 +14,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Type = VelmorindalMessageType;
 
-constexpr const char* noDongleText =
-    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
 constexpr const char* severalDonglesText =
     "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
     "dongles.";

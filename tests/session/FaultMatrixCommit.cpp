@@ -3,7 +3,7 @@
 namespace velmorindal {
 namespace {
 
-struct Step {
+struct Write {
     ByteBuffer command;
     std::string refusedCode;
     std::string lostCode;
@@ -19,7 +19,7 @@ const ByteBuffer thresholds{0x63, 0x62, 0x68, 0x08, 0x00, 0x00, 0x00, 0x3F, 0x00
 const ByteBuffer keyboard{0x63, 0x62, 0x6B, 0x08, 0x00, 0x2C, 0x00, 0x00, 0x00, 0x28, 0x00, 0x00};
 const ByteBuffer store{0x63, 0x62, 0x77, 0x00};
 
-const std::vector<Step> usbSteps{
+const std::vector<Write> usbSteps{
     {{0x63, 0x62, 0x78, 0x01, 0x00}, "PS/SC2", "PS/TC2", {}},  //
     {{0x63, 0x62, 0x70, 0x01, 0x00}, "OP/SC", "OP/TC", {1}},
     {humDuration, "HD/SC", "HD/TC", {2}},
@@ -29,7 +29,7 @@ const std::vector<Step> usbSteps{
     {store, "WS/SC", "WS/TC", {5}},
 };
 
-const std::vector<Step> bluetoothSteps{
+const std::vector<Write> bluetoothSteps{
     {{0x63, 0x62, 0x78, 0x01, 0x01}, "PS/SC", "PS/TC", {1}},
     {humDuration, "HD/SC", "HD/TC", {2}},
     {relays, "RC/SC", "RC/TC", {3}},
@@ -38,19 +38,20 @@ const std::vector<Step> bluetoothSteps{
     {store, "WS/SC", "WS/TC", {5}},
 };
 
-void end(Story& story, const std::string& text) {
+void endCommit(Story& story, const std::string& text) {
     story.results.push_back("false: " + text);
     story.connectionStates.emplace_back("error");
 }
 
 /// @returns whether the write goes on.
-bool tellOf(Story& story, const Step& step, Outcome outcome, const std::string& diagnostic) {
+bool tellOf(Story& story, const Write& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.command);
     switch (outcome) {
         case Outcome::thrown:
         case Outcome::late:
-            end(story, "Disconnection during writing process. Your changes were not saved.\n\nError code: " +
-                           step.lostCode);
+            endCommit(story,
+                      "Disconnection during writing process. Your changes were not saved.\n\nError code: " +
+                          step.lostCode);
             return false;
         case Outcome::nothing:
             story.print({cutLine});
@@ -62,7 +63,7 @@ bool tellOf(Story& story, const Step& step, Outcome outcome, const std::string& 
             story.advanceTo(step.progressWhenGood);
             return true;
     }
-    end(story, "Failed to write instruction to device.\n\nError code: " + step.refusedCode);
+    endCommit(story, "Failed to write instruction to device.\n\nError code: " + step.refusedCode);
     return false;
 }
 
@@ -74,10 +75,10 @@ void tellOfSuccess(Story& story) {
 
 /// Everything is written anew. The late answer comes with the first frame and is passed over, or acknowledges
 /// it.
-void tellOfASecondAttempt(Story& story, const std::vector<Step>& steps) {
+void tellOfASecondAttempt(Story& story, const std::vector<Write>& steps) {
     story.connectionStates.insert(story.connectionStates.end(), {"connected", "writing"});
     story.advanceTo({0});
-    for (const Step& step : steps) {
+    for (const Write& step : steps) {
         tellOf(story, step, Outcome::good, "");
     }
     tellOfSuccess(story);
@@ -91,7 +92,7 @@ Story expectedCommit(const Cell& cell) {
     story.connectionStates.emplace_back("writing");
     story.advanceTo({0});
     std::size_t frame = 0;
-    for (const Step& step : steps) {
+    for (const Write& step : steps) {
         if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
             if (cell.outcome == Outcome::late) {
                 tellOfASecondAttempt(story, steps);

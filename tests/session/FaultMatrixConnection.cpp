@@ -20,7 +20,7 @@ struct Failure {
 };
 
 /// One question of a connection, after the probe.
-struct Step {
+struct Question {
     ByteBuffer query;
     std::vector<std::string> linesWhenGood;
     std::vector<double> progressWhenGood;
@@ -29,8 +29,8 @@ struct Step {
     Failure invalid;
 };
 
-Step reading(std::uint8_t code, std::vector<std::string> lines, std::vector<double> progress,
-             const std::string& step) {
+Question reading(std::uint8_t code, std::vector<std::string> lines, std::vector<double> progress,
+                 const std::string& step) {
     const std::vector<std::string> failed{"Failed to read settings."};
     return {.query = {0x63, 0x62, code, 0x00},
             .linesWhenGood = std::move(lines),
@@ -41,8 +41,8 @@ Step reading(std::uint8_t code, std::vector<std::string> lines, std::vector<doub
 }
 
 /// A Bluetooth keyboard is not asked for its output path.
-std::vector<Step> readings(bool bluetooth) {
-    std::vector<Step> steps;
+std::vector<Question> readings(bool bluetooth) {
+    std::vector<Question> steps;
     if (bluetooth) {
         steps = {reading(0x78, {}, {4}, "VCPS")};
     } else {
@@ -56,9 +56,9 @@ std::vector<Step> readings(bool bluetooth) {
     return steps;
 }
 
-std::vector<Step> stepsWith(const std::string& versionText, bool bluetooth) {
+std::vector<Question> stepsWith(const std::string& versionText, bool bluetooth) {
     const std::string unrecognized = "The device sent an unrecognized response.\n\n(Error code: ";
-    std::vector<Step> steps{
+    std::vector<Question> steps{
         {.query = versionQuery,
          .linesWhenGood = {"We made it this far... version code is  " + versionText},
          .progressWhenGood = {},
@@ -73,13 +73,13 @@ std::vector<Step> stepsWith(const std::string& versionText, bool bluetooth) {
          // Not refused either, but it reads as a link that is down.
          .invalid = {{"Have a status:  0"}, linkDownText, "disconnected"}},
     };
-    for (Step& step : readings(bluetooth)) {
+    for (Question& step : readings(bluetooth)) {
         steps.push_back(std::move(step));
     }
     return steps;
 }
 
-void end(Story& story, const Failure& failure) {
+void endConnection(Story& story, const Failure& failure) {
     story.print(failure.lines);
     story.results.push_back("false: " + failure.text);
     if (story.connectionStates.empty() || story.connectionStates.back() != failure.state) {
@@ -102,7 +102,7 @@ bool tellOfTheProbe(Story& story, Outcome outcome, const std::string& versionTex
     }
     if (outcome == Outcome::nothing || outcome == Outcome::refused || outcome == Outcome::skipped ||
         outcome == Outcome::late) {
-        end(story, noDongle);
+        endConnection(story, noDongle);
         return false;
     }
     story.print(
@@ -115,7 +115,7 @@ bool tellOfTheProbe(Story& story, Outcome outcome, const std::string& versionTex
 void tellOfASecondAttempt(Story& story) {
     // Nobody closed it, so that it cannot be opened again and nothing is asked.
     story.print({"Open Result:  -1"});
-    end(story, noDongle);
+    endConnection(story, noDongle);
 }
 
 /// The same question again, which the late answer answers, and another one, which passes over the answer to
@@ -128,25 +128,25 @@ void tellOfTwoMoreQuestions(Story& story, const ByteBuffer& query) {
 }
 
 /// @returns whether the connection goes on.
-bool tellOf(Story& story, const Step& step, Outcome outcome, const std::string& diagnostic) {
+bool tellOf(Story& story, const Question& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.query);
     switch (outcome) {
         case Outcome::thrown:
-            end(story, step.thrown);
+            endConnection(story, step.thrown);
             return false;
         case Outcome::late:
-            end(story, step.thrown);
+            endConnection(story, step.thrown);
             tellOfTwoMoreQuestions(story, step.query);
             return false;
         case Outcome::nothing:
             story.print({cutLine});
-            end(story, step.nothing);
+            endConnection(story, step.nothing);
             return false;
         case Outcome::invalid:
             if (!diagnostic.empty()) {
                 story.print({diagnostic});
             }
-            end(story, step.invalid);
+            endConnection(story, step.invalid);
             return false;
         case Outcome::unchecked:
             story.print({diagnostic});
@@ -170,13 +170,13 @@ Story expectedConnection(const Cell& cell) {
         return story;
     }
     if (cell.outcome == Outcome::unopened) {
-        end(story, {{}, openFailedText});
+        endConnection(story, {{}, openFailedText});
         return story;
     }
     story.advanceTo({1});
     std::size_t frame = 1;
     const bool bluetooth = cell.exchange.exchange >= Exchange::bluetoothReadProtocol;
-    for (const Step& step : stepsWith(versionTextSeenBy(Exchange::version, cell), bluetooth)) {
+    for (const Question& step : stepsWith(versionTextSeenBy(Exchange::version, cell), bluetooth)) {
         if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
             return story;
         }

@@ -6,25 +6,25 @@
 namespace velmorindal {
 namespace {
 
-std::mutex mutex;
+std::mutex watchMutex;
 std::function<void(std::size_t)> hook;
 std::vector<ByteBuffer> written;
 
 }  // namespace
 
 FrameWatch::FrameWatch(std::function<void(std::size_t)> beforeFrame) {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{watchMutex};
     hook = std::move(beforeFrame);
     written.clear();
 }
 
 FrameWatch::~FrameWatch() {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{watchMutex};
     hook = nullptr;
 }
 
 std::vector<ByteBuffer> FrameWatch::frames() const {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{watchMutex};
     return written;
 }
 
@@ -35,7 +35,7 @@ void FrameWatch::noteWrite(std::span<const std::uint8_t> bytes) {
     std::function<void(std::size_t)> beforeFrame;
     std::size_t number = 0;
     {
-        const std::lock_guard lock{mutex};
+        const std::lock_guard lock{watchMutex};
         if (!hook) {
             return;
         }

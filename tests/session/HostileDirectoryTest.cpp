@@ -12,8 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-constexpr const char* noDongleText =
-    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
 constexpr const char* noDongleLine = "No dongles found. Quitting.\n";
 
 /// Places that hold no dongle.

@@ -16,6 +16,9 @@
 
 namespace velmorindal {
 
+inline constexpr const char* noDongleText =
+    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
+
 /// A model beside one simulated dongle, its main queue in the hands of the test.
 class SessionTest : public testing::Test {
   protected:

@@ -20,12 +20,12 @@ struct Plan {
     std::ptrdiff_t taken;
 };
 
-std::mutex mutex;
+std::mutex planMutex;
 std::optional<Plan> plan;
 
 /// What the write of these bytes is to return, or nothing when it is to go its way.
 std::optional<std::ptrdiff_t> plannedResult(const std::uint8_t* bytes, std::size_t size) {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{planMutex};
     if (!plan || size < 4 || bytes[0] != 'c' || bytes[1] != 'b' || bytes[2] != plan->type ||
         --plan->untilThen > 0) {
         return std::nullopt;
@@ -38,17 +38,17 @@ std::optional<std::ptrdiff_t> plannedResult(const std::uint8_t* bytes, std::size
 }  // namespace
 
 ShortWrite::ShortWrite(VelmorindalMessageType type, std::size_t occurrence, std::ptrdiff_t taken) {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{planMutex};
     plan = Plan{static_cast<std::uint8_t>(type), occurrence, taken};
 }
 
 ShortWrite::~ShortWrite() {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{planMutex};
     plan.reset();
 }
 
 bool ShortWrite::hasHappened() const {
-    const std::lock_guard lock{mutex};
+    const std::lock_guard lock{planMutex};
     return !plan;
 }
 

@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <thread>
@@ -21,10 +20,6 @@ namespace velmorindal {
 namespace {
 
 using AtomicSave = SettingsFileTest;
-
-std::ptrdiff_t entriesOf(const std::filesystem::path& directory) {
-    return std::distance(std::filesystem::directory_iterator{directory}, {});
-}
 
 TEST_F(AtomicSave, AFullDiskLeavesTheOldFileAndNothingElse) {
     writeFile(path("settings.xml"), "old");

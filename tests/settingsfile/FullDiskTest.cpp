@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <string>
 
 #include "settingsfile/ForkedChild.h"
@@ -59,10 +58,6 @@ bool fill(const fs::path& file) {
     }
     ::close(descriptor);
     return written < 0;
-}
-
-std::ptrdiff_t entriesOf(const fs::path& directory) {
-    return std::distance(fs::directory_iterator{directory}, {});
 }
 
 struct Room {

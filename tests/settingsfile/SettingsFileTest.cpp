@@ -77,6 +77,10 @@ void writeFile(const std::filesystem::path& file, std::string_view contents) {
     ASSERT_TRUE(stream) << file;
 }
 
+std::ptrdiff_t entriesOf(const std::filesystem::path& directory) {
+    return std::distance(std::filesystem::directory_iterator{directory}, {});
+}
+
 SettingsFileTest::SettingsFileTest() {
     std::filesystem::permissions(directory.path(), std::filesystem::perms{0755});
     choose(model, before);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -70,6 +71,8 @@ std::string completeDocument(std::string_view replaced = {}, std::string_view re
 std::string dataFile(std::string_view name);
 std::string contentsOf(const std::filesystem::path& file);
 void writeFile(const std::filesystem::path& file, std::string_view contents);
+/// How many files and directories there are in `directory`.
+std::ptrdiff_t entriesOf(const std::filesystem::path& directory);
 
 /// A model with settings of its own, and a directory that any user may read.
 class SettingsFileTest : public testing::Test {

@@ -39,8 +39,8 @@ TEST_P(FaultyAnswer, ArrivesBentAndTheNextAnswerIsSound) {
     EXPECT_EQ(dongle_.state().settings.humDuration.detectMode, 1);
 }
 
-const ByteBuffer payload{1, 0, 0, 9, 0, 9, 0, 0xFF, 0xFF, 2, 0};
-const ByteBuffer soundAnswer = ByteBuffer{'r', 'b', 'd', 11} + payload;
+const ByteBuffer soundPayload{1, 0, 0, 9, 0, 9, 0, 0xFF, 0xFF, 2, 0};
+const ByteBuffer soundAnswer = ByteBuffer{'r', 'b', 'd', 11} + soundPayload;
 
 INSTANTIATE_TEST_SUITE_P(
     Each, FaultyAnswer,
@@ -50,13 +50,14 @@ INSTANTIATE_TEST_SUITE_P(
         Bent{Fault::halfAPayload(), {'r', 'b', 'd', 11, 1, 0, 0, 9, 0}, false},
         Bent{Fault::anotherFrameFirst(), ByteBuffer{'r', 'b', 's', 1, 1} + soundAnswer, true},
         Bent{Fault::anotherFrameFirst({'r', 'b', 'A', 0}), ByteBuffer{'r', 'b', 'A', 0} + soundAnswer, true},
-        Bent{Fault::errorFrame(), ByteBuffer{'e', 'b', 'd', 11} + payload, false},
-        Bent{Fault::wrongKind(), ByteBuffer{'x', 'b', 'd', 11} + payload, true},
-        Bent{Fault::wrongMarker(), ByteBuffer{'r', 'a', 'd', 11} + payload, true},
-        Bent{Fault::wrongType(), ByteBuffer{'r', 'b', 'A', 11} + payload, true},
-        Bent{Fault::lengthTooLong(), ByteBuffer{'r', 'b', 'd', 12} + payload, true},
-        Bent{Fault::lengthTooShort(), ByteBuffer{'r', 'b', 'd', 10} + payload, true},
-        Bent{Fault::payloadOneByteLonger(), ByteBuffer{'r', 'b', 'd', 12} + payload + ByteBuffer{0}, true},
+        Bent{Fault::errorFrame(), ByteBuffer{'e', 'b', 'd', 11} + soundPayload, false},
+        Bent{Fault::wrongKind(), ByteBuffer{'x', 'b', 'd', 11} + soundPayload, true},
+        Bent{Fault::wrongMarker(), ByteBuffer{'r', 'a', 'd', 11} + soundPayload, true},
+        Bent{Fault::wrongType(), ByteBuffer{'r', 'b', 'A', 11} + soundPayload, true},
+        Bent{Fault::lengthTooLong(), ByteBuffer{'r', 'b', 'd', 12} + soundPayload, true},
+        Bent{Fault::lengthTooShort(), ByteBuffer{'r', 'b', 'd', 10} + soundPayload, true},
+        Bent{Fault::payloadOneByteLonger(), ByteBuffer{'r', 'b', 'd', 12} + soundPayload + ByteBuffer{0},
+             true},
         Bent{Fault::payloadOneByteShorter(), {'r', 'b', 'd', 10, 1, 0, 0, 9, 0, 9, 0, 0xFF, 0xFF, 2}, true},
         Bent{Fault::late(), soundAnswer, true},
         Bent{Fault::noiseFirst(), ByteBuffer{0x00, 0xFF, 0x55} + soundAnswer, true},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fcntl.h>
+
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -17,6 +19,10 @@ inline SerialSettings dongleSettings(int timeout) {
             .transmitRate = BaudRate::baud115200,
             .minimumBytesToRead = 0,
             .timeout = timeout};
+}
+
+inline bool isOpen(int descriptor) {
+    return ::fcntl(descriptor, F_GETFD) != -1;
 }
 
 /// The case that `operation` throws, or nothing.

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
@@ -19,10 +18,6 @@
 
 namespace velmorindal {
 namespace {
-
-bool isOpen(int descriptor) {
-    return ::fcntl(descriptor, F_GETFD) != -1;
-}
 
 template <typename Integer>
 std::string hexadecimal(Integer value) {

@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <map>
 
+#include "ui/widgets/Contrast.h"
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/MessageDialog.h"
@@ -18,19 +19,6 @@
 namespace velmorindal {
 namespace {
 
-constexpr double textContrast = 4.5;
-constexpr double markContrast = 3.0;
-
-QPalette darkPalette() {
-    QPalette palette{QColor{49, 54, 59}, QColor{35, 38, 41}};
-    palette.setColor(QPalette::Base, QColor{27, 30, 32});
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, QColor{239, 240, 241});
-        palette.setColor(QPalette::Disabled, role, QColor{154, 158, 166});
-    }
-    return palette;
-}
-
 /// The most frequent colour: what everything else stands upon.
 QColor groundOf(const QImage& picture) {
     std::map<QRgb, int> counts;
@@ -41,17 +29,6 @@ QColor groundOf(const QImage& picture) {
     }
     return QColor{
         std::ranges::max_element(counts, {}, [](const auto& entry) { return entry.second; })->first};
-}
-
-/// The contrast between the ground of a picture and what stands out from it most.
-double strongestContrast(const QImage& picture, const QColor& ground) {
-    double strongest = 1.0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            strongest = std::max(strongest, look::contrast(picture.pixelColor(x, y), ground));
-        }
-    }
-    return strongest;
 }
 
 /// Each test runs in a light and in a dark palette.

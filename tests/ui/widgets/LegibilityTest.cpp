@@ -2,27 +2,12 @@
 #include <QSlider>
 #include <QStyle>
 
+#include "ui/widgets/Contrast.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/WindowTest.h"
 
 namespace velmorindal {
 namespace {
-
-constexpr double textContrast = 4.5;
-constexpr double markContrast = 3.0;
-
-QPalette darkPalette() {
-    QPalette palette;
-    const QColor ground{35, 38, 41};
-    const QColor text{239, 240, 241};
-    palette.setColor(QPalette::Window, ground);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, QColor{27, 30, 32});
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor{49, 54, 59});
-    palette.setColor(QPalette::ButtonText, text);
-    return palette;
-}
 
 /// Each test runs in a light and in a dark palette.
 class LegibilityTest : public testing::TestWithParam<bool> {
@@ -39,14 +24,7 @@ class LegibilityTest : public testing::TestWithParam<bool> {
     /// The strongest contrast with the ground that a picture of `widget` holds.
     static double strongestContrast(QWidget& widget) {
         widget.ensurePolished();
-        const QImage picture = widget.grab().toImage();
-        double strongest = 1.0;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                strongest = std::max(strongest, look::contrast(picture.pixelColor(x, y), ground()));
-            }
-        }
-        return strongest;
+        return velmorindal::strongestContrast(widget.grab().toImage(), ground());
     }
 
   private:
