@@ -1,56 +1,18 @@
-#include <sys/file.h>
-
 #include <filesystem>
-#include <regex>
 #include <thread>
 
-#include "session/SessionTest.h"
+#include "session/ConnectionTest.h"
 #include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Type = VelmorindalMessageType;
 
-constexpr const char* severalDonglesText =
-    "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
-    "dongles.";
 constexpr const char* openFailedText = "Error connecting to the serial port. It might already be in use.";
 constexpr const char* linkDownText =
     "Please ensure that your Velmorindal is turned on and in configuration mode.";
-
-/// Descriptors differ from run to run.
-std::string withoutDescriptors(const std::string& lines) {
-    return std::regex_replace(lines, std::regex{"Open Result:  \\d+"}, "Open Result:  N");
-}
-
-class ConnectionTest : public SessionTest {
-  protected:
-    std::string path() const { return dongle.path().string(); }
-
-    /// Swaps the dongle's node for another one at the moment between finding it and opening it.
-    bool connectWithNodeReplacedBy(const std::string& target) {
-        auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
-        EXPECT_TRUE(dispatch.waitForPendingMainWork(2));  // the progress of 0, then the state
-        std::filesystem::remove(dongle.path());
-        if (!target.empty()) {
-            std::filesystem::create_symlink(target, dongle.path());
-        }
-        dispatch.runMainWorkUntil(
-            [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; });
-        dispatch.runPendingMainWork();
-        return result.get();
-    }
-
-    void expectFailure(const std::string& text, ConnectionStatus state = ConnectionStatus::error) {
-        EXPECT_FALSE(connect());
-        EXPECT_EQ(velmorindal.lastError.get(), text);
-        EXPECT_EQ(velmorindal.connectionState.get(), state);
-        EXPECT_FALSE(velmorindal.isValid);
-    }
-};
 
 TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
     velmorindal.outputMode = OutputMode::LongShort;
@@ -126,81 +88,6 @@ TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
 }
 
-TEST_F(ConnectionTest, WithoutAnyEntryItFailsWithTheNoDongleText) {
-    dongle.unplug();
-    PrintedLines lines;
-    EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.connect()); }),
-                ElementsAre("connectionState error"));
-    EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
-    EXPECT_EQ(lines.take(), "No dongles found. Quitting.\n");
-}
-
-TEST_F(ConnectionTest, ALowerCaseVersionTextIsNotADongle) {
-    dongle.prepare([](DeviceState& device) { device.version = "velmorindal 1.1M"; });
-    PrintedLines lines;
-    expectFailure(noDongleText);
-    EXPECT_EQ(withoutDescriptors(lines.take()),
-              "Open Result:  N\nGot version string:  velmorindal 1.1M\nNo dongles found. Quitting.\n");
-}
-
-TEST_F(ConnectionTest, ARefusedCandidateIsClosedAgain) {
-    dongle.prepare([](DeviceState& device) { device.version = "Another modem"; });
-    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
-    SerialPort port{path()};
-    port.openPort();
-    port.closePort();
-}
-
-TEST_F(ConnectionTest, AVersionTextThatIsNotUtf8EndsTheCandidate) {
-    dongle.onFirst(Type::version, Fault::answerWith({0x72, 0x62, 0x76, 0x02, 0xC3, 0x28}));
-    PrintedLines lines;
-    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
-    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\n");
-}
-
-TEST_F(ConnectionTest, ASilentCandidateIsSkipped) {
-    dongle.onFirst(Type::version, Fault::silence());
-    expectFailure(noDongleText);
-}
-
-TEST_F(ConnectionTest, AVersionTextCutShortIsJudgedByWhatArrived) {
-    dongle.onFirst(Type::version, Fault::halfAPayload());
-    PrintedLines lines;
-    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
-    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\nGot version string:  Velmorin\n");
-}
-
-TEST_F(ConnectionTest, ACandidateThatTakesOnlyAPartOfTheQueryIsSkipped) {
-    const ShortWrite shortWrite{Type::version, 1, 3};
-    PrintedLines lines;
-    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
-    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\nCould not write my whole sequence.\n");
-}
-
-TEST_F(ConnectionTest, ACandidateThatAnotherProgramHoldsIsSkippedAndTheOthersAreTried) {
-    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
-    const int other = ::open(path().c_str(), O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
-    PrintedLines lines;
-    EXPECT_THAT(velmorindal.listDevices(), ElementsAre(second.path().string()));
-    EXPECT_NE(lines.take().find("Open Result:  -1\n"), std::string::npos);
-    ::close(other);
-}
-
-TEST_F(ConnectionTest, TwoDonglesLeaveAWarningThatOutlivesTheSuccess) {
-    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
-    PrintedLines lines;
-    EXPECT_TRUE(connect());
-    EXPECT_EQ(velmorindal.lastError.get(), severalDonglesText);
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-    const std::string printed = lines.take();
-    EXPECT_NE(printed.find("This program has detected 2 dongles.\n\nOne will be chosen arbitrarily.\n"),
-              std::string::npos);
-    // The first one in the order of the directory walk is the one that is talked to.
-    const auto first = DongleSearch{.directory = directory.path().string()}.candidates().front();
-    EXPECT_EQ(velmorindal.serialPort.get()->path, first);
-}
-
 TEST_F(ConnectionTest, ASecondAttemptAfterASuccessIsRefused) {
     EXPECT_TRUE(connect());
     PrintedLines lines;
@@ -220,7 +107,24 @@ TEST_F(ConnectionTest, ASecondAttemptIsRefusedAfterDisconnectingTooBecauseThePor
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
 }
 
-TEST_F(ConnectionTest, ADongleThatVanishesBeforeItIsOpenedSaysSoAndThePortObjectStays) {
+class ReplacedNodeTest : public ConnectionTest {
+  protected:
+    /// Swaps the dongle's node for another one at the moment between finding it and opening it.
+    bool connectWithNodeReplacedBy(const std::string& target) {
+        auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
+        EXPECT_TRUE(dispatch.waitForPendingMainWork(2));  // the progress of 0, then the state
+        std::filesystem::remove(dongle.path());
+        if (!target.empty()) {
+            std::filesystem::create_symlink(target, dongle.path());
+        }
+        dispatch.runMainWorkUntil(
+            [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; });
+        dispatch.runPendingMainWork();
+        return result.get();
+    }
+};
+
+TEST_F(ReplacedNodeTest, ADongleThatVanishesBeforeItIsOpenedSaysSoAndThePortObjectStays) {
     EXPECT_FALSE(connectWithNodeReplacedBy(""));
     EXPECT_EQ(velmorindal.lastError.get(), openFailedText);
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
@@ -235,7 +139,7 @@ TEST_F(ConnectionTest, ASilentVersionCheckIsCcNr) {
     EXPECT_NE(lines.take().find("Error; could not make any sense of the device\n"), std::string::npos);
 }
 
-TEST_F(ConnectionTest, AVersionCheckThatBringsNothingIsCcIc) {
+TEST_F(ReplacedNodeTest, AVersionCheckThatBringsNothingIsCcIc) {
     // Every write to this node fails for want of space.
     PrintedLines lines;
     EXPECT_FALSE(connectWithNodeReplacedBy("/dev/full"));
@@ -335,11 +239,6 @@ INSTANTIATE_TEST_SUITE_P(EveryStep, PulledOutTest,
                          testing::Values(Type::version, Type::status, Type::protocolSelect, Type::outputPath,
                                          Type::humDuration, Type::humThresholds, Type::keyboardConfig),
                          [](const auto& test) { return std::string{caseName(test.param)}; });
-
-TEST_F(ConnectionTest, ADonglePulledOutWhileItIsProbedIsNoDongle) {
-    dongle.onFirst(Type::version, Fault::unplugDuringAnswer());
-    expectFailure(noDongleText);
-}
 
 TEST_F(ConnectionTest, WritingLastErrorFromTheMainThreadWhileConnectingIsHarmless) {
     auto result = dispatch.inBackground([this] { return velmorindal.connect(); });

@@ -1,0 +1,173 @@
+#include <cctype>
+#include <regex>
+
+#include "session/CalibrationPollingTest.h"
+#include "session/ShortWrite.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::Ge;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Type = VelmorindalMessageType;
+
+class ClarityPollingTest : public CalibrationPollingTest {};
+
+TEST_F(ClarityPollingTest, AReportBecomesTheDetectedClarityWidenedAndNotCut) {
+    dongle.reportClarity(0.37F);
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.3700000047683716);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+    velmorindal.stopPollingAndWait();
+    EXPECT_THAT(lines.take(),
+                testing::StartsWith("Starting clarity polling\nDevice configured. Polling now.\n"
+                                    "Have a reading of  0.37\n"));
+}
+
+TEST_F(ClarityPollingTest, AStoppedClarityRunLeavesAutoTuneAndZeroesItsReading) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    velmorindal.stopPollingAndWait();
+    dispatch.runPendingMainWork();
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    expectOneRunOnTheWire();
+    EXPECT_TRUE(deviceHasStoppedReporting());
+}
+
+TEST_F(ClarityPollingTest, TheFinalZeroComesAfterTheLastReading) {
+    dongle.reportClarity(0.6F);
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    // Readings pile up unapplied, then the run winds down while the main thread stands still.
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(3));
+    velmorindal.pollingState = PollingState::none;
+    while (velmorindal.bgIsProcessing) {
+        std::this_thread::yield();
+    }
+    std::vector<std::string> values;
+    while (dispatch.pendingMainWork() > 0) {
+        dispatch.runOneMainWork();
+        values.push_back(velmorindal.detectedClarity.get() > 0.0 ? "reading" : "zero");
+    }
+    ASSERT_THAT(values, SizeIs(Ge(4U)));
+    EXPECT_EQ(values.back(), "zero");
+    values.pop_back();
+    EXPECT_THAT(values, Each("reading"));
+}
+
+TEST_F(ClarityPollingTest, TheClarityStateIsSetOnlyAfterTheDeviceHasAccepted) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame));
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_TRUE(velmorindal.bgIsProcessing);
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+}
+
+TEST_F(ClarityPollingTest, ClarityWithoutAPortSendsNothingAndLeavesTheState) {
+    velmorindal.serialPort.get()->closePort();
+    velmorindal.serialPort = nullptr;
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(lines.take(), "Starting clarity polling\n");
+}
+
+TEST_F(ClarityPollingTest, AShortWriteOfTheStartEndsTheRun) {
+    const ShortWrite shortWrite{Type::autoTune, 1, 2};
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(lines.take(), "Starting clarity polling\nCould not write my whole sequence.\n");
+}
+
+class RefusedStartTest : public ClarityPollingTest, public testing::WithParamInterface<Fault> {};
+
+TEST_P(RefusedStartTest, EndsTheClarityRunWithoutAnotherByte) {
+    dongle.onFirst(Type::autoTune, GetParam());
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryRefusal, RefusedStartTest,
+                         testing::Values(Fault::wrongMarker(), Fault::errorFrame(), Fault::silence(),
+                                         Fault::halfAHeader(), Fault::unplugBeforeAnswer()),
+                         [](const auto& test) {
+                             std::string name = test.param.name();
+                             std::erase_if(name, [](char character) { return std::isalnum(character) == 0; });
+                             return name;
+                         });
+
+TEST_F(ClarityPollingTest, FramesOfOtherTypesAndUnknownOnesAreIgnoredWithoutAMessage) {
+    dongle.reportClarity(0.8F);
+    dongle.onReport(1, Fault::anotherFrameFirst());
+    dongle.onReport(2, Fault::answerWith({0x72, 0x62, 0x77, 0x00}));
+    dongle.onReport(3, Fault::answerWith({0x72, 0x62, 0x41, 0x01, 0x00}));
+    // A kind and a marker that are none, and a version text that is not UTF-8.
+    dongle.onReport(4, Fault::answerWith({0x71, 0x61, 0x70, 0x01, 0x00}));
+    dongle.onReport(5, Fault::answerWith({0x72, 0x62, 0x76, 0x02, 0xC3, 0x28}));
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(3));
+    velmorindal.stopPollingAndWait();
+    const std::string printed = lines.take();
+    const std::regex nothingElse{
+        "Starting clarity polling\nDevice configured\\. Polling now\\.\n(Have a reading of  0\\.8\n)+"};
+    EXPECT_TRUE(std::regex_match(printed, nothingElse)) << printed;
+}
+
+TEST_F(ClarityPollingTest, AnInvalidReportIsNotAReading) {
+    dongle.reportClarity(0.8F);
+    dongle.onReport(1, Fault::payloadOneByteShorter());
+    dongle.onReport(2, Fault::wrongMarker());
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    velmorindal.stopPollingAndWait();
+    EXPECT_THAT(lines.take(),
+                testing::StartsWith("Starting clarity polling\nDevice configured. Polling now.\n"
+                                    "Expected binary message ( 98 ). Got  97\nHave a reading of  0.8\n"));
+}
+
+TEST_F(ClarityPollingTest, TheStopOrderIsSentOnceAndItsFailureIsNotReported) {
+    dongle.reportClarities({});
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    // From here on the device neither reports nor acknowledges.
+    dongle.prepare([](DeviceState& device) { device.autoTuneChannel = 0; });
+    dongle.onNext(Type::autoTune, Fault::silence());
+    EXPECT_TRUE(dispatch.runMainWorkUntil(
+        [this] { return !velmorindal.bgIsProcessing || dispatch.pendingMainWork() == 0; }));
+    velmorindal.stopPollingAndWait();
+    dispatch.runPendingMainWork();
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    expectOneRunOnTheWire();
+}
+
+TEST_F(ClarityPollingTest, ClarityThatCannotStartLeavesWhateverStateThereIs) {
+    velmorindal.serialPort.get()->closePort();
+    velmorindal.pollingState = PollingState::duration;
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntilIdle());
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+}
+
+}  // namespace
+}  // namespace velmorindal

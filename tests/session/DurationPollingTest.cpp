@@ -1,0 +1,130 @@
+#include "session/CalibrationPollingTest.h"
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Type = VelmorindalMessageType;
+
+const ByteBuffer lastHumQuery{0x63, 0x62, 0x6C, 0x00};
+
+class DurationPollingTest : public CalibrationPollingTest {
+  protected:
+    /// Runs main-queue work until a hum has been published. The device tells of it once, so that the next
+    /// answer sets it back to zero: it is caught as it is about to be replaced.
+    double nextHum() {
+        double heard = 0.0;
+        const auto subscription = velmorindal.objectWillChange.subscribe([&] {
+            if (const double duration = velmorindal.detectedDuration.get(); duration > 0.0) {
+                heard = duration;
+            }
+        });
+        EXPECT_TRUE(dispatch.runMainWorkUntil([&] { return heard > 0.0; }));
+        return heard;
+    }
+};
+
+TEST_F(DurationPollingTest, TheLastHumBecomesSecondsAndIsPrinted) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(3, ManualDispatch::bound));
+    PrintedLines lines;
+    dongle.humOnce(25);
+    EXPECT_EQ(nextHum(), 1.0);
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(lines.take(), "Last hum duration was  1.0 s\n");
+}
+
+TEST_F(DurationPollingTest, AHumOfNoTicksIsZeroAndPrintsNothing) {
+    PrintedLines lines;
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(5, ManualDispatch::bound));
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(lines.take(), "");
+    EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
+}
+
+TEST_F(DurationPollingTest, TheHumFromBeforeTheRunIsAskedAwayFirst) {
+    dongle.humOnce(50);
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(4, ManualDispatch::bound));
+    double highest = 0.0;
+    velmorindal.pollingState = PollingState::none;
+    dispatch.waitForBackground();
+    while (dispatch.pendingMainWork() > 0) {
+        dispatch.runOneMainWork();
+        highest = std::max(highest, velmorindal.detectedDuration.get());
+    }
+    EXPECT_EQ(highest, 0.0);
+}
+
+TEST_F(DurationPollingTest, TheDurationStateIsSetBeforeTheFirstQuery) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+    dispatch.runOneMainWork();
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+    EXPECT_TRUE(dongle.waitForFrames(1, ManualDispatch::bound));
+    EXPECT_EQ(dongle.receivedFrames().front(), lastHumQuery);
+}
+
+TEST_F(DurationPollingTest, ASilentDeviceIsNotAGoodStart) {
+    dongle.staySilentOn(Type::lastHumDuration);
+    PrintedLines lines;
+    EXPECT_THAT(changesWhile([this] {
+                    velmorindal.beginDurationPolling();
+                    while (velmorindal.bgIsProcessing) {
+                        std::this_thread::yield();
+                    }
+                }),
+                ElementsAre("pollingState duration", "pollingState none"));
+    EXPECT_EQ(lines.take(), "Not a good start to duration polling NoConnectionError\n");
+    EXPECT_THAT(dongle.receivedFrames(), SizeIs(1));
+}
+
+TEST_F(DurationPollingTest, AnUnansweredOrInvalidLaterQueryIsSkippedAndTheLoopGoesOn) {
+    dongle.onOccurrence(3, Type::lastHumDuration, Fault::payloadOneByteShorter());
+    dongle.onOccurrence(4, Type::lastHumDuration, Fault::silence());
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 6; }));
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+    dongle.humOnce(10);
+    EXPECT_EQ(nextHum(), 10 * 0.04);
+}
+
+TEST_F(DurationPollingTest, AnInvalidAnswerOfTheLastHumIsNoReading) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 2; }));
+    dongle.onEvery(Type::lastHumDuration, Fault::payloadOneByteShorter());
+    const std::size_t before = dongle.timesReceived(Type::lastHumDuration);
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([&] { return dongle.timesReceived(Type::lastHumDuration) >= before + 2; }));
+    dispatch.runPendingMainWork();
+    int announcements = 0;
+    const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([&] { return dongle.timesReceived(Type::lastHumDuration) >= before + 6; }));
+    EXPECT_EQ(announcements, 0);
+}
+
+TEST_F(DurationPollingTest, TheFirstAnswerIsDiscardedAndTheReadingSetToZero) {
+    velmorindal.detectedDuration = 2.0;
+    dongle.humOnce(50);
+    // The second query stays open, so that nothing but the reset follows the first one.
+    dongle.onOccurrence(2, Type::lastHumDuration, Fault::silence());
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(dongle.waitForFrames(2, ManualDispatch::bound));
+    EXPECT_THAT(changesMadeBy([this] { dispatch.runOneMainWork(); }), ElementsAre("detectedDuration 0.0"));
+    EXPECT_EQ(dispatch.pendingMainWork(), 0U);
+}
+
+}  // namespace
+}  // namespace velmorindal

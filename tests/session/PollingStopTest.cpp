@@ -1,0 +1,100 @@
+#include "session/CalibrationPollingTest.h"
+
+namespace velmorindal {
+namespace {
+
+using Type = VelmorindalMessageType;
+
+class PollingStopTest : public CalibrationPollingTest {
+  protected:
+    /// A moment of the start of a run at which the main thread asks it to stop: `reached` says that it has
+    /// come.
+    void stopWhileStarting(const std::function<bool()>& reached) {
+        const auto deadline = std::chrono::steady_clock::now() + ManualDispatch::bound;
+        while (!reached() && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+        ASSERT_TRUE(reached());
+        velmorindal.stopPollingAndWait();
+        EXPECT_FALSE(velmorindal.bgIsProcessing);
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        dispatch.waitForBackground();
+        dispatch.runPendingMainWork();
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+        EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
+    }
+};
+
+TEST_F(PollingStopTest, StoppingWaitsForARunThatItselfWaitsForTheMainThread) {
+    velmorindal.beginClarityPolling();
+    // The run has been accepted and now waits for the main thread to set the state.
+    EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
+    velmorindal.stopPollingAndWait();
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+    expectOneRunOnTheWire();
+}
+
+TEST_F(PollingStopTest, StoppingWinsOverAClarityRunAtEveryMomentOfItsStart) {
+    // Before it has its thread, before the device has answered, and before its state is set.
+    velmorindal.beginClarityPolling();
+    stopWhileStarting([] { return true; });
+    EXPECT_TRUE(deviceHasStoppedReporting());
+    dongle.onNext(Type::autoTune, Fault::lateBy(std::chrono::milliseconds{200}));
+    const std::size_t before = dongle.receivedFrames().size();
+    velmorindal.beginClarityPolling();
+    stopWhileStarting([&] { return dongle.receivedFrames().size() > before; });
+    EXPECT_TRUE(deviceHasStoppedReporting());
+    velmorindal.beginClarityPolling();
+    stopWhileStarting([this] { return dispatch.pendingMainWork() >= 1; });
+    EXPECT_TRUE(deviceHasStoppedReporting());
+}
+
+TEST_F(PollingStopTest, StoppingWinsOverADurationRunAtEveryMomentOfItsStart) {
+    velmorindal.beginDurationPolling();
+    stopWhileStarting([] { return true; });
+    velmorindal.beginDurationPolling();
+    stopWhileStarting([this] { return dispatch.pendingMainWork() >= 1; });
+    dongle.onNext(Type::lastHumDuration, Fault::silence());
+    const std::size_t before = dongle.receivedFrames().size();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    stopWhileStarting([&] { return dongle.receivedFrames().size() > before; });
+}
+
+TEST_F(PollingStopTest, TwoQuickStartsAreOneRun) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(velmorindal.bgIsProcessing);
+    velmorindal.beginClarityPolling();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    velmorindal.stopPollingAndWait();
+    expectOneRunOnTheWire();
+}
+
+TEST_F(PollingStopTest, StoppingWhenNothingRunsReturnsAtOnceAndAnnouncesNothing) {
+    int announcements = 0;
+    const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
+    velmorindal.stopPollingAndWait();
+    EXPECT_EQ(announcements, 0);
+}
+
+TEST_F(PollingStopTest, SwitchingFromClarityToDurationAndBackKeepsThePortToOneRun) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    velmorindal.stopPollingAndWait();
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    EXPECT_TRUE(
+        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 3; }));
+    velmorindal.stopPollingAndWait();
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+    velmorindal.stopPollingAndWait();
+    EXPECT_TRUE(deviceHasStoppedReporting());
+    EXPECT_EQ(dongle.skippedBytes(), 0U);
+}
+
+}  // namespace
+}  // namespace velmorindal
