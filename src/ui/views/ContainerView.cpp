@@ -122,6 +122,10 @@ void ContainerView::nextButtonPressed() {
         if (page == wizardState::Calibration) {
             stopPollingRun();
         }
+        // The device's settings are there; the end of the attempt may come after the first change on a page.
+        if (page == wizardState::Connect && connectionAttemptUnderWay_) {
+            applyLoadedSettings();
+        }
         currentState = following(page);
     }
     if (page == wizardState::Welcome && velmorindal.connectionState.get() == ConnectionStatus::idle) {

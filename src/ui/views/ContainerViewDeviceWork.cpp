@@ -21,9 +21,8 @@ void ContainerView::startConnectionAttempt() {
 }
 
 void ContainerView::connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError) {
-    // A file that was loaded while the device's settings were being read must not come out mixed with them.
-    if (connected && connectPanel.loadedSettings()) {
-        connectPanel.loadedSettings()->applyTo(velmorindal);
+    if (connected) {
+        applyLoadedSettings();
     }
     if (connected && !lastError) {
         return;
@@ -32,6 +31,13 @@ void ContainerView::connectionAttemptEnded(bool connected, const std::optional<s
     alertMessage = lastError.value_or("(Unknown Error)");
     showingGenericAlert = true;
     print(connected ? "Connected, with warnings." : "Could not connect.");
+}
+
+void ContainerView::applyLoadedSettings() {
+    if (const auto& loaded = connectPanel.loadedSettings()) {
+        loaded->applyTo(velmorindal);
+        connectPanel.forgetLoadedSettings();
+    }
 }
 
 void ContainerView::saveButtonPressed() {

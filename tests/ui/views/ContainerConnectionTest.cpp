@@ -128,26 +128,33 @@ TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
     EXPECT_FALSE(container.showingGenericAlert.get());
 }
 
-TEST_F(ContainerConnectionTest, AFileLoadedWhileTheSettingsAreReadWinsWhole) {
-    const VirtualDongle dongle{directory.path()};
-    const std::string file = (directory.path() / "settings.xml").string();
-    velmorindal.outputPath = OutputPath::BTKeyboard;
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
-    velmorindal.clarity = 0.25F;
-    velmorindal.cutoff = 2.0F;
-    velmorindal.writeXML(file);
-    const ChosenSettings saved = ChosenSettings::of(velmorindal);
-    container.nextButtonPressed();
-    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
-    dispatch.runPendingMainWork();
-    // Half of what the device holds has arrived.
-    for (int change = 0; change < 7; ++change) {
-        ASSERT_TRUE(dispatch.runOneMainWork());
+/// A file is loaded when half of what the device holds has arrived.
+class LoadedWhileReadingTest : public ContainerConnectionTest {
+  protected:
+    void SetUp() override {
+        const std::string file = (directory.path() / "settings.xml").string();
+        velmorindal.outputPath = OutputPath::BTKeyboard;
+        velmorindal.outputMode = OutputMode::LongShort;
+        velmorindal.outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7};
+        velmorindal.clarity = 0.25F;
+        velmorindal.cutoff = 2.0F;
+        velmorindal.writeXML(file);
+        saved = ChosenSettings::of(velmorindal);
+        container.nextButtonPressed();
+        ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
+        dispatch.runPendingMainWork();
+        for (int change = 0; change < 7; ++change) {
+            ASSERT_TRUE(dispatch.runOneMainWork());
+        }
+        container.connectPanel.loadButtonPressed();
+        filePanel.choose(file);
     }
 
-    container.connectPanel.loadButtonPressed();
-    filePanel.choose(file);
+    const VirtualDongle dongle{directory.path()};
+    ChosenSettings saved{};
+};
+
+TEST_F(LoadedWhileReadingTest, AFileWinsWhole) {
     finishBackground();
 
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
@@ -158,6 +165,23 @@ TEST_F(ContainerConnectionTest, AFileLoadedWhileTheSettingsAreReadWinsWhole) {
     EXPECT_EQ(velmorindal.outputKeys.get(), saved.outputKeys);
     EXPECT_EQ(velmorindal.clarity.get(), saved.clarity);
     EXPECT_EQ(velmorindal.cutoff.get(), saved.cutoff);
+}
+
+TEST_F(LoadedWhileReadingTest, WhatIsChangedAfterTheFileStaysWhenTheAttemptEndsOnlyThen) {
+    while (velmorindal.connectionState.get() != ConnectionStatus::connected) {
+        ASSERT_TRUE(dispatch.runOneMainWork());
+    }
+    ASSERT_TRUE(container.hasBackgroundWork());
+
+    container.nextButtonPressed();
+    EXPECT_EQ(velmorindal.outputKeys.get(), saved.outputKeys);
+    EXPECT_EQ(velmorindal.cutoff.get(), saved.cutoff);
+    velmorindal.outputMode = OutputMode::Direct;
+    finishBackground();
+
+    EXPECT_FALSE(container.hasBackgroundWork());
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::Direct);
+    EXPECT_EQ(velmorindal.outputKeys.get(), saved.outputKeys);
 }
 
 TEST_F(ContainerConnectionTest, AFileThatLoadsWhileAConnectionFailsLeavesTheConnectionsReason) {
