@@ -1,9 +1,11 @@
-// Times one query and its answer over a pseudo-terminal, four ways side by side: a bare write and read of the
-// same bytes, the session's own exchange, QSerialPort and Boost.Asio. The rounds take turns, so that whatever
-// else the machine does falls on all of them; the figures are medians of the rounds, and the ratios are to
-// the bare calls.
+// Times one query and its answer over a pseudo-terminal, several ways side by side: a bare write and read of
+// the same bytes, the session's own exchange, QSerialPort and Boost.Asio; and the bare calls as the exchange
+// needs them: the header by itself, since it tells how much follows, a look at the device's node before every
+// read, and a write that does not wait. The rounds take turns, so that whatever else the machine does falls
+// on all of them; the figures are medians of the rounds.
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QByteArray>
@@ -15,6 +17,7 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -27,9 +30,10 @@
 namespace velmorindal {
 namespace {
 
-constexpr int rounds = 60;
+constexpr int rounds = 120;
 constexpr int exchangesInARound = 500;
 constexpr std::array<std::uint8_t, ExchangePeer::queryLength> query{'c', 'b', 'v', 0};
+constexpr std::size_t headerLength = 4;
 
 void require(bool holds, const char* what) {
     if (!holds) {
@@ -48,15 +52,44 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void exchangeBare(int descriptor) {
+void writeBare(int descriptor) {
     require(::write(descriptor, query.data(), query.size()) == std::ssize(query), "short write");
-    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
-    std::size_t got = 0;
-    while (got < answer.size()) {
-        const auto count = ::read(descriptor, answer.data() + got, answer.size() - got);
+}
+
+template <typename BeforeARead>
+void readBare(int descriptor, std::span<std::uint8_t> bytes, BeforeARead beforeARead) {
+    while (!bytes.empty()) {
+        beforeARead();
+        const auto count = ::read(descriptor, bytes.data(), bytes.size());
         require(count > 0, "no answer");
-        got += static_cast<std::size_t>(count);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
+}
+
+void exchangeBare(int descriptor) {
+    writeBare(descriptor);
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    readBare(descriptor, answer, [] {});
+}
+
+void exchangeBareHeaderFirst(int descriptor) {
+    writeBare(descriptor);
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    readBare(descriptor, std::span{answer}.first(headerLength), [] {});
+    readBare(descriptor, std::span{answer}.subspan(headerLength), [] {});
+}
+
+void exchangeBareWithEveryCall(int descriptor) {
+    ::fcntl(descriptor, F_SETFL, O_NONBLOCK);
+    writeBare(descriptor);
+    ::fcntl(descriptor, F_SETFL, 0);
+    const auto lookAtTheNode = [descriptor] {
+        struct stat status {};
+        require(::fstat(descriptor, &status) == 0 && status.st_nlink == 1, "no node");
+    };
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    readBare(descriptor, std::span{answer}.first(headerLength), lookAtTheNode);
+    readBare(descriptor, std::span{answer}.subspan(headerLength), lookAtTheNode);
 }
 
 void exchangeOurs(VelmorindalSwitch& velmorindal) {
@@ -108,6 +141,8 @@ void run() {
     asioPort.set_option(boost::asio::serial_port_base::baud_rate{115200});
 
     std::array contenders{Contender{"bare write and read", [&] { exchangeBare(bare); }},
+                          Contender{"bare, the header first", [&] { exchangeBareHeaderFirst(bare); }},
+                          Contender{"bare, with every call", [&] { exchangeBareWithEveryCall(bare); }},
                           Contender{"session exchange", [&] { exchangeOurs(velmorindal); }},
                           Contender{"QSerialPort", [&] { exchangeQt(qtPort); }},
                           Contender{"Boost.Asio", [&] { exchangeAsio(asioPort); }}};
@@ -121,11 +156,12 @@ void run() {
             contender.microseconds.push_back(taken.count() / exchangesInARound);
         }
     }
-    const double reference = median(contenders.front().microseconds);
+    const double bareExchange = median(contenders[0].microseconds);
+    const double everyCall = median(contenders[2].microseconds);
     for (const Contender& contender : contenders) {
         const double microseconds = median(contender.microseconds);
-        std::printf("%-22s %8.2f us  %5.2f times bare\n", contender.name, microseconds,
-                    microseconds / reference);
+        std::printf("%-22s %8.2f us  %5.2f times bare  %5.2f times bare with every call\n", contender.name,
+                    microseconds, microseconds / bareExchange, microseconds / everyCall);
     }
     ourPort->closePort();
     ::close(bare);

@@ -31,20 +31,19 @@ bool nodeIsPresent(int descriptor) {
 }
 
 /// While one exists, reads and writes of a descriptor take what there is and return; afterwards they wait
-/// again, whatever another thread did with the descriptor meanwhile.
+/// again, whatever another thread did with the descriptor meanwhile. Of the flags that can be set, a port's
+/// descriptor has no other.
 class WithoutWaiting {
   public:
-    explicit WithoutWaiting(int descriptor)
-        : descriptor_{descriptor}, flags_{::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK} {
-        ::fcntl(descriptor_, F_SETFL, flags_ | O_NONBLOCK);
+    explicit WithoutWaiting(int descriptor) : descriptor_{descriptor} {
+        ::fcntl(descriptor_, F_SETFL, O_NONBLOCK);
     }
     WithoutWaiting(const WithoutWaiting&) = delete;
     WithoutWaiting& operator=(const WithoutWaiting&) = delete;
-    ~WithoutWaiting() { ::fcntl(descriptor_, F_SETFL, flags_); }
+    ~WithoutWaiting() { ::fcntl(descriptor_, F_SETFL, 0); }
 
   private:
     const int descriptor_;
-    const int flags_;
 };
 
 /// @returns false when no byte can be written within `seconds`; 0 is without end.
