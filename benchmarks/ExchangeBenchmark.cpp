@@ -33,7 +33,6 @@ namespace {
 constexpr int rounds = 120;
 constexpr int exchangesInARound = 500;
 constexpr std::array<std::uint8_t, ExchangePeer::queryLength> query{'c', 'b', 'v', 0};
-constexpr std::size_t headerLength = 4;
 
 void require(bool holds, const char* what) {
     if (!holds) {
@@ -75,8 +74,8 @@ void exchangeBare(int descriptor) {
 void exchangeBareHeaderFirst(int descriptor) {
     writeBare(descriptor);
     std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
-    readBare(descriptor, std::span{answer}.first(headerLength), [] {});
-    readBare(descriptor, std::span{answer}.subspan(headerLength), [] {});
+    readBare(descriptor, std::span{answer}.first(VelmorindalCommand::HeaderSize), [] {});
+    readBare(descriptor, std::span{answer}.subspan(VelmorindalCommand::HeaderSize), [] {});
 }
 
 void exchangeBareWithEveryCall(int descriptor) {
@@ -88,8 +87,8 @@ void exchangeBareWithEveryCall(int descriptor) {
         require(::fstat(descriptor, &status) == 0 && status.st_nlink == 1, "no node");
     };
     std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
-    readBare(descriptor, std::span{answer}.first(headerLength), lookAtTheNode);
-    readBare(descriptor, std::span{answer}.subspan(headerLength), lookAtTheNode);
+    readBare(descriptor, std::span{answer}.first(VelmorindalCommand::HeaderSize), lookAtTheNode);
+    readBare(descriptor, std::span{answer}.subspan(VelmorindalCommand::HeaderSize), lookAtTheNode);
 }
 
 void exchangeOurs(VelmorindalSwitch& velmorindal) {
@@ -140,28 +139,28 @@ void run() {
     boost::asio::serial_port asioPort{context, asioPeer.path()};
     asioPort.set_option(boost::asio::serial_port_base::baud_rate{115200});
 
-    std::array contenders{Contender{"bare write and read", [&] { exchangeBare(bare); }},
-                          Contender{"bare, the header first", [&] { exchangeBareHeaderFirst(bare); }},
-                          Contender{"bare, with every call", [&] { exchangeBareWithEveryCall(bare); }},
-                          Contender{"session exchange", [&] { exchangeOurs(velmorindal); }},
-                          Contender{"QSerialPort", [&] { exchangeQt(qtPort); }},
-                          Contender{"Boost.Asio", [&] { exchangeAsio(asioPort); }}};
+    Contender bareCalls{"bare write and read", [&] { exchangeBare(bare); }};
+    Contender headerFirst{"bare, the header first", [&] { exchangeBareHeaderFirst(bare); }};
+    Contender everyCall{"bare, with every call", [&] { exchangeBareWithEveryCall(bare); }};
+    Contender ours{"session exchange", [&] { exchangeOurs(velmorindal); }};
+    Contender qt{"QSerialPort", [&] { exchangeQt(qtPort); }};
+    Contender asio{"Boost.Asio", [&] { exchangeAsio(asioPort); }};
+    const std::array contenders{&bareCalls, &headerFirst, &everyCall, &ours, &qt, &asio};
     for (int round = 0; round < rounds; ++round) {
-        for (Contender& contender : contenders) {
+        for (Contender* const contender : contenders) {
             const auto start = std::chrono::steady_clock::now();
             for (int count = 0; count < exchangesInARound; ++count) {
-                contender.exchange();
+                contender->exchange();
             }
             const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - start;
-            contender.microseconds.push_back(taken.count() / exchangesInARound);
+            contender->microseconds.push_back(taken.count() / exchangesInARound);
         }
     }
-    const double bareExchange = median(contenders[0].microseconds);
-    const double everyCall = median(contenders[2].microseconds);
-    for (const Contender& contender : contenders) {
-        const double microseconds = median(contender.microseconds);
-        std::printf("%-22s %8.2f us  %5.2f times bare  %5.2f times bare with every call\n", contender.name,
-                    microseconds, microseconds / bareExchange, microseconds / everyCall);
+    for (const Contender* const contender : contenders) {
+        const double microseconds = median(contender->microseconds);
+        std::printf("%-22s %8.2f us  %5.2f times bare  %5.2f times bare with every call\n", contender->name,
+                    microseconds, microseconds / median(bareCalls.microseconds),
+                    microseconds / median(everyCall.microseconds));
     }
     ourPort->closePort();
     ::close(bare);

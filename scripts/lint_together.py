@@ -2,7 +2,8 @@
 """Runs the linter: `lint_together.py BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
 
 Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that a dozen files of
-one target are put together in one and share them. What is found is told with the file and the line it stands in.
+one target are put together in one and share them. What is found is told with the file and the line it stands in. Each
+file is also compiled alone, which shows whether it includes what it needs.
 """
 
 import concurrent.futures
@@ -10,6 +11,7 @@ import json
 import os
 import pathlib
 import re
+import shlex
 import subprocess
 import sys
 
@@ -17,19 +19,22 @@ TOGETHER = 12
 
 
 def batches(build, wanted):
-    """Yields lists of a dozen compile commands or fewer, each of one target."""
+    """Yields the options, as a list, and the dozen files or fewer of one target that are compiled with them."""
     targets = {}
     seen = set()
     for command in json.loads((build / "compile_commands.json").read_text()):
-        if command["file"] in wanted and command["file"] not in seen:
-            seen.add(command["file"])
-            target = re.search(r"-o (\S+)\.dir/", command["command"])[1]
-            targets.setdefault(target, []).append(command)
+        file = os.path.realpath(command["file"])
+        if file in wanted and file not in seen:
+            seen.add(file)
+            arguments = shlex.split(command["command"])[1:]
+            output = arguments.index("-o")
+            target = arguments[output + 1].split(".dir/")[0]
+            targets.setdefault((target, *arguments[:output]), []).append(file)
     if missing := wanted - seen:
         sys.exit(f"No command compiles {', '.join(sorted(missing))}")
-    for commands in targets.values():
-        for first in range(0, len(commands), TOGETHER):
-            yield commands[first : first + TOGETHER]
+    for (_, *options), files in targets.items():
+        for first in range(0, len(files), TOGETHER):
+            yield options, files[first : first + TOGETHER]
 
 
 def put_together(files, name):
@@ -48,13 +53,16 @@ def put_together(files, name):
     return origins
 
 
-def lint(commands, name):
-    origins = put_together([command["file"] for command in commands], name)
-    options = commands[0]["command"].split()[1:]
-    options = [option for option in options[: options.index("-o")] if option != "-c"]
-    result = subprocess.run(
-        ["clang-tidy", "--quiet", name, "--", *options], cwd=commands[0]["directory"], capture_output=True, text=True
-    )
+def compile_alone(options, file):
+    """Returns whether the file compiles, and what the compiler told."""
+    result = subprocess.run(["clang++", "-fsyntax-only", *options, file], capture_output=True, text=True)
+    return result.returncode == 0, result.stderr
+
+
+def lint(options, files, name):
+    """Returns whether the linter found nothing, and what it told."""
+    origins = put_together(files, name)
+    result = subprocess.run(["clang-tidy", "--quiet", name, "--", *options], capture_output=True, text=True)
     told = re.sub(r"(?m)^\d+ warnings? generated\.\n", "", result.stdout + result.stderr)
 
     def place(match):
@@ -66,15 +74,15 @@ def lint(commands, name):
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
-    wanted = {str(pathlib.Path(file).resolve()) for file in sys.argv[2:]}
+    wanted = {os.path.realpath(file) for file in sys.argv[2:]}
     place = build / "together"
     place.mkdir(exist_ok=True)
     clean = True
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
-        runs = [
-            workers.submit(lint, commands, place / f"{number}.cpp")
-            for number, commands in enumerate(batches(build, wanted))
-        ]
+        runs = []
+        for number, (options, files) in enumerate(batches(build, wanted)):
+            runs.append(workers.submit(lint, options, files, place / f"{number}.cpp"))
+            runs += [workers.submit(compile_alone, options, file) for file in files]
         for run in runs:
             fine, told = run.result()
             sys.stdout.write(told)

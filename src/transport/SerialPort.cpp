@@ -31,8 +31,8 @@ bool nodeIsPresent(int descriptor) {
 }
 
 /// While one exists, reads and writes of a descriptor take what there is and return; afterwards they wait
-/// again, whatever another thread did with the descriptor meanwhile. Of the flags that can be set, a port's
-/// descriptor has no other.
+/// again, whatever another thread did with the descriptor meanwhile. openExclusively leaves none of the flags
+/// that can be set, so that they need not be read first.
 class WithoutWaiting {
   public:
     explicit WithoutWaiting(int descriptor) : descriptor_{descriptor} {

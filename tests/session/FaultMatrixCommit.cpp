@@ -44,7 +44,7 @@ void endCommit(Story& story, const std::string& text) {
 }
 
 /// @returns whether the write goes on.
-bool tellOf(Story& story, const Write& step, Outcome outcome, const std::string& diagnostic) {
+bool tellOfTheWrite(Story& story, const Write& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.command);
     switch (outcome) {
         case Outcome::thrown:
@@ -75,11 +75,11 @@ void tellOfSuccess(Story& story) {
 
 /// Everything is written anew. The late answer comes with the first frame and is passed over, or acknowledges
 /// it.
-void tellOfASecondAttempt(Story& story, const std::vector<Write>& steps) {
+void tellOfASecondSave(Story& story, const std::vector<Write>& steps) {
     story.connectionStates.insert(story.connectionStates.end(), {"connected", "writing"});
     story.advanceTo({0});
     for (const Write& step : steps) {
-        tellOf(story, step, Outcome::good, "");
+        tellOfTheWrite(story, step, Outcome::good, "");
     }
     tellOfSuccess(story);
 }
@@ -93,9 +93,9 @@ Story expectedCommit(const Cell& cell) {
     story.advanceTo({0});
     std::size_t frame = 0;
     for (const Write& step : steps) {
-        if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
+        if (!tellOfTheWrite(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
             if (cell.outcome == Outcome::late) {
-                tellOfASecondAttempt(story, steps);
+                tellOfASecondSave(story, steps);
             }
             return story;
         }

@@ -128,7 +128,7 @@ void tellOfTwoMoreQuestions(Story& story, const ByteBuffer& query) {
 }
 
 /// @returns whether the connection goes on.
-bool tellOf(Story& story, const Question& step, Outcome outcome, const std::string& diagnostic) {
+bool tellOfTheQuestion(Story& story, const Question& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.query);
     switch (outcome) {
         case Outcome::thrown:
@@ -177,7 +177,7 @@ Story expectedConnection(const Cell& cell) {
     std::size_t frame = 1;
     const bool bluetooth = cell.exchange.exchange >= Exchange::bluetoothReadProtocol;
     for (const Question& step : stepsWith(versionTextSeenBy(Exchange::version, cell), bluetooth)) {
-        if (!tellOf(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
+        if (!tellOfTheQuestion(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
             return story;
         }
     }

@@ -10,6 +10,8 @@
 #include <locale>
 #include <string>
 
+#include "settingsfile/CommaNumbers.h"
+
 namespace velmorindal {
 namespace {
 
@@ -116,13 +118,6 @@ TEST(FloatValue, IsZeroForANumberTooSmallForAFloat) {
     EXPECT_EQ(floatValue("0e99999999999999999999"), 0.0F);
     EXPECT_EQ(floatValue("0.000e400"), 0.0F);
 }
-
-/// A decimal comma and a dot between thousands, as half of Europe writes numbers.
-class CommaNumbers : public std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
 
 TEST(FloatValue, IgnoresTheLocale) {
     const std::locale standardBefore =

@@ -4,6 +4,7 @@
 #include <locale>
 #include <string>
 
+#include "settingsfile/CommaNumbers.h"
 #include "settingsfile/SettingsFileTest.h"
 
 namespace velmorindal {
@@ -88,13 +89,6 @@ TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
         EXPECT_EQ(attribute(document, "Cutoff"), text);
     }
 }
-
-/// A decimal comma and a dot between thousands, as half of Europe writes numbers.
-class CommaNumbers : public std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
 
 TEST_F(WriteXML, TheLocaleChangesNothing) {
     model.cutoff = 1234.5F;

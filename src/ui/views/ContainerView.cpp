@@ -122,8 +122,10 @@ void ContainerView::nextButtonPressed() {
         if (page == wizardState::Calibration) {
             stopPollingRun();
         }
-        // The device's settings are there; the end of the attempt may come after the first change on a page.
-        if (page == wizardState::Connect && connectionAttemptUnderWay_) {
+        // The device's settings are all there; the end of the attempt may come after the first change on a
+        // page.
+        if (page == wizardState::Connect && connectionAttemptUnderWay_ &&
+            velmorindal.connectionState.get() == ConnectionStatus::connected) {
             applyLoadedSettings();
         }
         currentState = following(page);
