@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <QByteArray>
@@ -120,6 +121,12 @@ void run() {
 
     const int bare = ::open(barePeer.path().c_str(), O_RDWR | O_NOCTTY);
     require(bare != -1, "open");
+    // Reads that end after a while cost the system more than those that wait for ever.
+    termios attributes{};
+    require(::tcgetattr(bare, &attributes) == 0, "attributes");
+    attributes.c_cc[VMIN] = 0;
+    attributes.c_cc[VTIME] = 2;
+    require(::tcsetattr(bare, TCSANOW, &attributes) == 0, "attributes");
 
     ImmediateDispatch dispatch;
     VelmorindalSwitch velmorindal{dispatch};
