@@ -62,7 +62,10 @@ def compile_alone(options, file):
 def lint(options, files, name):
     """Returns whether the linter found nothing, and what it told."""
     origins = put_together(files, name)
-    result = subprocess.run(["clang-tidy", "--quiet", name, "--", *options], capture_output=True, text=True)
+    folders = sorted({f"-iquote{os.path.dirname(file)}" for file in files})
+    result = subprocess.run(
+        ["clang-tidy", "--quiet", name, "--", *options, *folders], capture_output=True, text=True
+    )
     told = re.sub(r"(?m)^\d+ warnings? generated\.\n", "", result.stdout + result.stderr)
 
     def place(match):

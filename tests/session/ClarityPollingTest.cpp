@@ -53,7 +53,7 @@ TEST_F(ClarityPollingTest, TheFinalZeroComesAfterTheLastReading) {
     std::vector<std::string> values;
     while (dispatch.pendingMainWork() > 0) {
         dispatch.runOneMainWork();
-        values.push_back(velmorindal.detectedClarity.get() > 0.0 ? "reading" : "zero");
+        values.emplace_back(velmorindal.detectedClarity.get() > 0.0 ? "reading" : "zero");
     }
     ASSERT_THAT(values, SizeIs(Ge(4U)));
     EXPECT_EQ(values.back(), "zero");
