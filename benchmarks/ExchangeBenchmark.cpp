@@ -33,7 +33,7 @@ namespace {
 
 constexpr int rounds = 120;
 constexpr int exchangesInARound = 500;
-constexpr std::array<std::uint8_t, ExchangePeer::queryLength> query{'c', 'b', 'v', 0};
+constexpr std::array<std::uint8_t, ExchangePeer::queryLength> versionQuery{'c', 'b', 'v', 0};
 
 void require(bool holds, const char* what) {
     if (!holds) {
@@ -53,7 +53,8 @@ double median(std::vector<double> values) {
 }
 
 void writeBare(int descriptor) {
-    require(::write(descriptor, query.data(), query.size()) == std::ssize(query), "short write");
+    require(::write(descriptor, versionQuery.data(), versionQuery.size()) == std::ssize(versionQuery),
+            "short write");
 }
 
 template <typename BeforeARead>
@@ -99,7 +100,7 @@ void exchangeOurs(VelmorindalSwitch& velmorindal) {
 }
 
 void exchangeQt(QSerialPort& port) {
-    port.write(reinterpret_cast<const char*>(query.data()), std::ssize(query));
+    port.write(reinterpret_cast<const char*>(versionQuery.data()), std::ssize(versionQuery));
     QByteArray answer;
     while (answer.size() < static_cast<qsizetype>(ExchangePeer::answerLength)) {
         require(port.waitForReadyRead(2000), "no answer");
@@ -108,7 +109,7 @@ void exchangeQt(QSerialPort& port) {
 }
 
 void exchangeAsio(boost::asio::serial_port& port) {
-    boost::asio::write(port, boost::asio::buffer(query));
+    boost::asio::write(port, boost::asio::buffer(versionQuery));
     std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
     boost::asio::read(port, boost::asio::buffer(answer));
 }

@@ -1,6 +1,6 @@
 #include "ConversionOracle.h"
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): of the system, which alone has newlocale
 
 #include <array>
 #include <cstdio>

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "schedules/Exploration.h"
 #include "schedules/ExploredWizard.h"
@@ -45,7 +46,7 @@ void exchangeTheRun(VelmorindalSwitch& model, ContainerView& container, Explored
     });
 }
 
-const BrokenWizard brokenWizards[]{
+const std::vector<BrokenWizard> brokenWizards{
     {"TheConnectionIsMadeAnew",
      "the connection made a step that it does not have",
      {.page = wizardState::Summary,

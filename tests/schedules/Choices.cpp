@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-Choices::Choices(std::vector<std::size_t> first) {
+Choices::Choices(const std::vector<std::size_t>& first) {
     for (const std::size_t answer : first) {
         choices_.push_back({.answer = answer, .count = answer + 1});
     }

@@ -11,7 +11,7 @@ namespace velmorindal {
 class Choices {
   public:
     /// Begins with the schedule that answers as `first` and then 0 to everything.
-    explicit Choices(std::vector<std::size_t> first = {});
+    explicit Choices(const std::vector<std::size_t>& first = {});
 
     /// An answer from 0 to `count` - 1. A question with one answer is none.
     std::size_t pick(std::size_t count);

@@ -14,7 +14,7 @@ void ExploredDispatch::postToMain(Work work) {
 
 void ExploredDispatch::runOnMainAndWait(Work work) {
     const auto done = std::make_shared<bool>(false);
-    queue_.push_back([done, work = std::move(work)] {
+    queue_.emplace_back([done, work = std::move(work)] {
         work();
         *done = true;
     });

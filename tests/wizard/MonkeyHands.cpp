@@ -15,7 +15,7 @@
 namespace velmorindal {
 namespace {
 
-constexpr std::array files{"saved.xml", "other.xml", "missing.xml", "torn.xml"};
+constexpr std::array fileNames{"saved.xml", "other.xml", "missing.xml", "torn.xml"};
 
 /// Going on is what leads everywhere; ending the program is what leads nowhere.
 std::size_t weightOf(const QAbstractButton& button) {
@@ -95,7 +95,7 @@ std::string MonkeyHands::answerFilePanel(QWidget& top) {
         QTest::keyClick(&top, Qt::Key_Escape);
         return "dismissed the file panel";
     }
-    const std::filesystem::path chosen = files_ / files.at(below(files.size()));
+    const std::filesystem::path chosen = files_ / fileNames.at(below(fileNames.size()));
     name->setText(QString::fromStdString(chosen.string()));
     // The toolkit may ask in a loop of its own whether to replace a file, or say that there is none.
     const Qt::Key answer = oneIn(2) ? Qt::Key_Escape : Qt::Key_Return;

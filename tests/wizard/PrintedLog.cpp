@@ -23,7 +23,7 @@ PrintedLog::~PrintedLog() {
     ::close(file_);
 }
 
-void PrintedLog::clear() {
+void PrintedLog::clear() const {
     if (::ftruncate(file_, 0) != 0) {
         throw std::runtime_error{"cannot empty the log"};
     }

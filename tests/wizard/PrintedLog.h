@@ -16,7 +16,7 @@ class PrintedLog {
     ~PrintedLog();
 
     /// Begins anew.
-    void clear();
+    void clear() const;
     /// Everything since then.
     std::string text() const;
 

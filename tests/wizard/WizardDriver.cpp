@@ -39,6 +39,7 @@ std::vector<std::string> shownTexts(const QList<Button*>& buttons) {
     }
     std::ranges::sort(shown, {}, [](const Button* button) { return button->mapToGlobal(QPoint{}).x(); });
     std::vector<std::string> texts;
+    texts.reserve(shown.size());
     for (const Button* button : shown) {
         texts.push_back(textOf(*button));
     }
@@ -131,14 +132,15 @@ void WizardDriver::check(const std::string& box, bool checked) {
     }
 }
 
-void WizardDriver::chooseKey(const std::string& label, const std::string& key) {
+void WizardDriver::chooseKey(const std::string& label, const std::string& key) const {
     for (QComboBox* list : top().findChildren<QComboBox*>()) {
         if (!list->isVisible() || list->accessibleName().toStdString() != label) {
             continue;
         }
         const int row = list->findText(QString::fromStdString(key));
         if (row < 0) {
-            fail("\"" + label + "\" does not offer \"" + key + "\".");
+            std::string what = "\"";
+            fail(what.append(label).append("\" does not offer \"").append(key).append("\"."));
         }
         list->setFocus();
         QTest::keyClick(list, Qt::Key_Home);
@@ -151,7 +153,7 @@ void WizardDriver::chooseKey(const std::string& label, const std::string& key) {
     fail("There is no list \"" + label + "\".");
 }
 
-void WizardDriver::moveSlider(const std::string& name, int steps) {
+void WizardDriver::moveSlider(const std::string& name, int steps) const {
     for (QSlider* slider : top().findChildren<QSlider*>()) {
         if (!slider->isVisible() || slider->accessibleName().toStdString() != name) {
             continue;

@@ -49,9 +49,9 @@ class WizardDriver {
     /// Sets or clears a check box.
     void check(const std::string& box, bool checked);
     /// Chooses a key from the list beside `label`.
-    void chooseKey(const std::string& label, const std::string& key);
+    void chooseKey(const std::string& label, const std::string& key) const;
     /// Moves the slider of that accessible name to the left end and then `steps` steps to the right, by keys.
-    void moveSlider(const std::string& name, int steps);
+    void moveSlider(const std::string& name, int steps) const;
     /// Waits for the file dialog and accepts it with `path`; without one, dismisses it.
     void answerFileDialog(const std::optional<std::filesystem::path>& path);
 

@@ -48,7 +48,7 @@ TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResu
     container.saveButtonPressed();
     EXPECT_EQ(container.currentButtons().rawValue, 1);
     ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return dongle.state().stored.has_value(); }));
-    while (container.showingXMLSaveAlert.get() == false && velmorindal.justSaved.get() == false) {
+    while (!container.showingXMLSaveAlert.get() && !velmorindal.justSaved.get()) {
         EXPECT_EQ(container.currentButtons().rawValue, 1);
         ASSERT_TRUE(dispatch.runOneMainWork());
     }
