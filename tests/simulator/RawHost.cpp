@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <thread>
 
 namespace velmorindal {
 
@@ -53,6 +54,14 @@ unsigned long RawHost::linkCount() const {
     struct stat status {};
     ::fstat(port_.get(), &status);
     return status.st_nlink;
+}
+
+bool RawHost::sawTheNodeVanish() const {
+    const Clock::time_point deadline = Clock::now() + patience;
+    while (linkCount() != 0 && Clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    return linkCount() == 0;
 }
 
 ByteBuffer RawHost::readSome(std::size_t length, Clock::time_point deadline) const {

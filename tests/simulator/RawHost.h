@@ -30,6 +30,9 @@ class RawHost {
     /// Reads until the port ends. @returns false when patience ended first.
     bool sawTheEnd() const;
     unsigned long linkCount() const;
+    /// Waits until the node has lost its link, which comes a moment after the port has ended. @returns false
+    /// when patience ended first.
+    bool sawTheNodeVanish() const;
     int descriptor() const { return port_.get(); }
 
   private:
