@@ -27,6 +27,7 @@
 #include "protocol/VCVersion.h"
 #include "session/VelmorindalSwitch.h"
 #include "support/ImmediateDispatch.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 namespace {
@@ -130,8 +131,9 @@ void run() {
     require(::tcsetattr(bare, TCSANOW, &attributes) == 0, "attributes");
 
     ImmediateDispatch dispatch;
-    VelmorindalSwitch velmorindal{dispatch};
-    auto ourPort = std::make_shared<SerialPort>(ourPeer.path());
+    PosixSystem system;
+    VelmorindalSwitch velmorindal{dispatch, system};
+    auto ourPort = std::make_shared<SerialPort>(ourPeer.path(), system);
     ourPort->openPort();
     ourPort->setSettings({.receiveRate = BaudRate::baud115200,
                           .transmitRate = BaudRate::baud115200,

@@ -6,15 +6,16 @@
 #include <optional>
 #include <string_view>
 
-#include "CapturedOutput.h"
 #include "FatalStop.h"
 #include "FrameOracle.h"
 #include "Requirement.h"
 #include "ScriptedLine.h"
 #include "protocol/MessageClass.h"
 #include "protocol/RawValue.h"
+#include "session/DongleProbe.h"
 #include "session/VelmorindalSwitch.h"
 #include "support/ImmediateDispatch.h"
+#include "support/PrintedLines.h"
 
 namespace velmorindal {
 namespace {
@@ -51,7 +52,7 @@ class Stream {
 
 class Exchange {
   public:
-    Exchange(std::span<const std::uint8_t> input, CapturedOutput& output)
+    Exchange(std::span<const std::uint8_t> input, PrintedLines& output)
         : code_{input[1]},
           line_{{.bytes = input.subspan(scriptStart),
                  .pieceSize = input[2],
@@ -96,12 +97,9 @@ class Exchange {
 
   private:
     void openPort() {
-        auto port = std::make_shared<SerialPort>(ScriptedLine::path());
+        auto port = std::make_shared<SerialPort>(ScriptedLine::path(), line_);
         port->openPort();
-        port->setSettings({.receiveRate = BaudRate::baud115200,
-                           .transmitRate = BaudRate::baud115200,
-                           .minimumBytesToRead = 0,
-                           .timeout = 2});
+        port->setSettings(dongleLine);
         model_.serialPort = port;
     }
 
@@ -218,9 +216,9 @@ class Exchange {
     const std::uint8_t code_;
     ScriptedLine line_;
     Stream expected_;
-    CapturedOutput& output_;
+    PrintedLines& output_;
     ImmediateDispatch dispatch_;
-    VelmorindalSwitch model_{dispatch_, {.directory = ScriptedLine::directory()}};
+    VelmorindalSwitch model_{dispatch_, line_, {.directory = ScriptedLine::directory()}};
 };
 
 }  // namespace
@@ -228,7 +226,7 @@ class Exchange {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size >= velmorindal::scriptStart) {
-        velmorindal::CapturedOutput output;
+        velmorindal::PrintedLines output;
         velmorindal::Exchange{{data, size}, output}.run(static_cast<char>(data[0]));
     }
     return 0;

@@ -5,13 +5,13 @@
 #include <memory>
 #include <string>
 
-#include "CapturedOutput.h"
 #include "FatalStop.h"
 #include "FrameOracle.h"
 #include "Requirement.h"
 #include "protocol/HexText.h"
 #include "protocol/MessageClass.h"
 #include "protocol/VelmorindalMessageFactory.h"
+#include "support/PrintedLines.h"
 
 namespace velmorindal {
 namespace {
@@ -40,7 +40,7 @@ std::string sentAgain(const VelmorindalCommand& message) {
     }
 }
 
-void checkFactory(const ByteBuffer& frame, CapturedOutput& output) {
+void checkFactory(const ByteBuffer& frame, PrintedLines& output) {
     const oracle::Decoding expected = oracle::decoded(frame);
     std::unique_ptr<VelmorindalCommand> message;
     bool stopped = false;
@@ -61,7 +61,7 @@ void checkFactory(const ByteBuffer& frame, CapturedOutput& output) {
     }
 }
 
-void checkHeader(const ByteBuffer& frame, CapturedOutput& output) {
+void checkHeader(const ByteBuffer& frame, PrintedLines& output) {
     for (const std::uint8_t type : std::array<std::uint8_t, 5>{0x00, 'd', 's', 'w', 'z'}) {
         const std::string line = oracle::lineOfCheck(frame, type);
         require(VelmorindalCommand::verifyHeader(frame, type) == line.empty(),
@@ -75,7 +75,7 @@ void checkHeader(const ByteBuffer& frame, CapturedOutput& output) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const velmorindal::ByteBuffer frame(data, data + size);
-    velmorindal::CapturedOutput output;
+    velmorindal::PrintedLines output;
     velmorindal::checkFactory(frame, output);
     output.take();
     velmorindal::checkHeader(frame, output);

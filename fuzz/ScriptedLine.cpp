@@ -1,48 +1,27 @@
 #include "ScriptedLine.h"
 
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <climits>
-#include <cstdlib>
-#include <ctime>
+#include <cerrno>
+#include <filesystem>
+#include <utility>
 
-#include "CapturedOutput.h"
-#include "Requirement.h"
 #include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {
 
-ScriptedLine* current = nullptr;
+constexpr int descriptorOfAll = 100;
 
-/// The terminal, with a link to it in a directory of its own.
+/// The name of the dongle, in a directory of its own. A search looks at what kind of node it finds.
 class Node {
   public:
-    Node() {
-        const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-        std::array<char, 64> name{};
-        require(master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0 &&
-                    ::ptsname_r(master, name.data(), name.size()) == 0,
-                "a pseudo-terminal can be made");
-        terminal_ = ::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-        std::filesystem::create_symlink(name.data(), link());
-    }
+    Node() { std::filesystem::create_symlink("/dev/null", link()); }
 
     std::filesystem::path link() const { return directory_.path() / "cu.usbmodem-scripted"; }
     const std::filesystem::path& directory() const { return directory_.path(); }
 
-    /// A port that was dropped and not closed leaves the terminal in exclusive mode.
-    void endExclusiveUse() const { ::ioctl(terminal_, TIOCNXCL); }
-
   private:
     TemporaryDirectory directory_;
-    int terminal_ = -1;
 };
 
 const Node& node() {
@@ -50,29 +29,7 @@ const Node& node() {
     return theNode;
 }
 
-int nextDescriptor() {
-    const int next = ::dup(STDERR_FILENO);
-    ::close(next);
-    return next;
-}
-
 }  // namespace
-
-ScriptedLine::ScriptedLine(const Script& script) : script_{script} {
-    node();
-    firstFreeDescriptor_ = nextDescriptor();
-    current = this;
-    replaceWrites([](const void* bytes, std::size_t size) {
-        return current->write({static_cast<const std::uint8_t*>(bytes), size});
-    });
-}
-
-ScriptedLine::~ScriptedLine() {
-    replaceWrites(nullptr);
-    current = nullptr;
-    ::close_range(static_cast<unsigned>(firstFreeDescriptor_), UINT_MAX, 0);
-    node().endExclusiveUse();
-}
 
 std::string ScriptedLine::directory() {
     return node().directory().string();
@@ -82,7 +39,12 @@ std::string ScriptedLine::path() {
     return node().link().string();
 }
 
-std::ptrdiff_t ScriptedLine::read(std::span<std::uint8_t> buffer) {
+int ScriptedLine::openExclusively(const std::string& /*path*/, int /*accessMode*/,
+                                  const std::function<void()>& /*whenSlow*/) {
+    return descriptorOfAll;
+}
+
+std::ptrdiff_t ScriptedLine::read(int /*descriptor*/, std::span<std::uint8_t> buffer) {
     const std::size_t piece = script_.pieceSize == 0 ? buffer.size() : script_.pieceSize;
     const std::size_t length = std::min({piece, buffer.size(), script_.bytes.size() - position_});
     std::ranges::copy(script_.bytes.subspan(position_, length), buffer.begin());
@@ -90,37 +52,31 @@ std::ptrdiff_t ScriptedLine::read(std::span<std::uint8_t> buffer) {
     return static_cast<std::ptrdiff_t>(length);
 }
 
-std::ptrdiff_t ScriptedLine::write(std::span<const std::uint8_t> bytes) {
+std::ptrdiff_t ScriptedLine::write(int /*descriptor*/, std::span<const std::uint8_t> bytes) {
     writes_.emplace_back(bytes.begin(), bytes.end());
-    const bool faulty = writes_.size() == script_.faultyWrite;
     const auto length = static_cast<std::ptrdiff_t>(bytes.size());
-    return faulty ? std::min(script_.faultyResult, length) : length;
+    if (writes_.size() != script_.faultyWrite || script_.faultyResult >= length) {
+        return length;
+    }
+    if (script_.faultyResult < 0) {
+        errno = EIO;
+        return -1;
+    }
+    isFull_ = true;
+    return script_.faultyResult;
+}
+
+bool ScriptedLine::wait(int /*descriptor*/, Readiness readiness, std::optional<Clock::time_point> /*until*/) {
+    return readiness == Readiness::toRead || !std::exchange(isFull_, false);
+}
+
+std::optional<std::size_t> ScriptedLine::linkCount(int /*descriptor*/) {
+    return isPulledOut() ? 0U : 1U;
+}
+
+bool ScriptedLine::lineAttributes(int /*descriptor*/, termios& attributes) {
+    attributes = {};
+    return true;
 }
 
 }  // namespace velmorindal
-
-// These three stand before the system's own for the whole program.
-
-extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size) {
-    if (descriptor > STDERR_FILENO && velmorindal::current != nullptr) {
-        return velmorindal::current->read({static_cast<std::uint8_t*>(buffer), size});
-    }
-    return ::syscall(SYS_read, descriptor, buffer, size);
-}
-
-extern "C" int fstat(int descriptor, struct stat* status) noexcept {
-    const int result = ::fstatat(descriptor, "", status, AT_EMPTY_PATH);
-    if (result == 0 && velmorindal::current != nullptr && velmorindal::current->isPulledOut()) {
-        status->st_nlink = 0;
-    }
-    return result;
-}
-
-/// No deadline passes, however long a busy machine keeps the process waiting.
-extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
-    if (clock == CLOCK_MONOTONIC && velmorindal::current != nullptr) {
-        *now = {};
-        return 0;
-    }
-    return static_cast<int>(::syscall(SYS_clock_gettime, clock, now));
-}

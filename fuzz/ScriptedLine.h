@@ -6,48 +6,55 @@
 #include <string>
 #include <vector>
 
+#include "transport/System.h"
+
 namespace velmorindal {
 
-/// A dongle whose every byte is known beforehand: one pseudo-terminal for the whole process, with the reads
-/// and writes of this process on it replaced. Nothing ever waits, and the clock of the deadlines stands
+/// A system with one dongle whose every byte is known beforehand. Nothing ever waits, and the clock stands
 /// still: after the last byte the dongle is pulled out.
-///
-/// One at a time. What is left open when it goes is closed, so that a run of millions does not run out of
-/// descriptors.
-class ScriptedLine {
+class ScriptedLine final : public System {
   public:
     struct Script {
         std::span<const std::uint8_t> bytes;
         /// What a single read gets at most; 0 for as much as it asks for.
         std::size_t pieceSize = 0;
-        /// The number of the write, from 1, that goes wrong; 0 for none.
+        /// The number of the frame, from 1, whose write goes wrong; 0 for none.
         std::size_t faultyWrite = 0;
-        /// What the faulty write returns.
+        /// How many bytes of it are taken before the write fails; below 1 for none.
         std::ptrdiff_t faultyResult = -1;
     };
 
-    explicit ScriptedLine(const Script& script);
-    ScriptedLine(const ScriptedLine&) = delete;
-    ScriptedLine& operator=(const ScriptedLine&) = delete;
-    ~ScriptedLine();
+    explicit ScriptedLine(const Script& script) : script_{script} {}
 
     /// A directory in which the dongle is the only one.
     static std::string directory();
     static std::string path();
 
     const Script& script() const { return script_; }
-    bool isPulledOut() const { return position_ == script_.bytes.size(); }
-    /// Each write as it was asked for.
+    /// Each frame as it was asked to be written.
     const std::vector<std::vector<std::uint8_t>>& writes() const { return writes_; }
 
-    std::ptrdiff_t read(std::span<std::uint8_t> buffer);
-    std::ptrdiff_t write(std::span<const std::uint8_t> bytes);
+    Clock::time_point now() override { return {}; }
+    void sleepFor(Clock::duration /*duration*/) override {}
+    int openExclusively(const std::string& path, int accessMode,
+                        const std::function<void()>& whenSlow) override;
+    void endExclusiveUse(int /*descriptor*/) override {}
+    void close(int /*descriptor*/) override {}
+    std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> buffer) override;
+    std::ptrdiff_t write(int descriptor, std::span<const std::uint8_t> bytes) override;
+    bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override;
+    std::optional<std::size_t> linkCount(int descriptor) override;
+    bool lineAttributes(int descriptor, termios& attributes) override;
+    bool setLineAttributes(int /*descriptor*/, const termios& /*attributes*/) override { return true; }
 
   private:
+    bool isPulledOut() const { return position_ == script_.bytes.size(); }
+
     Script script_;
     std::size_t position_ = 0;
     std::vector<std::vector<std::uint8_t>> writes_;
-    int firstFreeDescriptor_;
+    /// A frame was taken in part, and there is no room for the rest.
+    bool isFull_ = false;
 };
 
 }  // namespace velmorindal

@@ -9,13 +9,14 @@
 #include <set>
 #include <string>
 
-#include "CapturedOutput.h"
 #include "ConversionOracle.h"
 #include "Requirement.h"
 #include "diagnostics/Print.h"
 #include "session/VelmorindalSwitch.h"
 #include "support/ImmediateDispatch.h"
+#include "support/PrintedLines.h"
 #include "support/TemporaryDirectory.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 namespace {
@@ -61,7 +62,7 @@ const std::set<std::string>& knownReasons() {
     return reasons;
 }
 
-void saveAndLoad(const VelmorindalSwitch& model, CapturedOutput& output) {
+void saveAndLoad(const VelmorindalSwitch& model, PrintedLines& output) {
     static const TemporaryDirectory directory;
     const std::string file = directory.path() / "settings.xml";
     output.take();
@@ -69,15 +70,17 @@ void saveAndLoad(const VelmorindalSwitch& model, CapturedOutput& output) {
             "what was loaded can be saved");
 
     ImmediateDispatch dispatch;
-    VelmorindalSwitch again{dispatch};
+    PosixSystem system;
+    VelmorindalSwitch again{dispatch, system};
     require(again.loadXML(file), "what was saved can be loaded");
     requireEqual(settingsOf(again), settingsOf(model), "a saved file brings back what was saved");
 }
 
 void load(const std::string& file) {
-    CapturedOutput output;
+    PrintedLines output;
     ImmediateDispatch dispatch;
-    VelmorindalSwitch model{dispatch};
+    PosixSystem system;
+    VelmorindalSwitch model{dispatch, system};
     const std::string before = settingsOf(model);
     if (model.loadXML(file)) {
         require(!model.lastError.get(), "a loaded file leaves no reason");

@@ -1,10 +1,6 @@
 #include "simulator/OutgoingLine.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <system_error>
 #include <utility>
 
 namespace velmorindal {
@@ -21,9 +17,9 @@ void OutgoingLine::put(std::span<const std::uint8_t> bytes, Clock::time_point no
     if (waiting() == 0) {
         free_ = std::max(free_, now);
     }
-    if (written_ > pending_.size() / 2) {
-        pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(written_));
-        written_ = 0;
+    if (taken_ > pending_.size() / 2) {
+        pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(taken_));
+        taken_ = 0;
     }
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
 }
@@ -32,24 +28,17 @@ void OutgoingLine::putLater(ByteBuffer bytes, Clock::time_point due) {
     late_.push_back({.due = due, .bytes = std::move(bytes)});
 }
 
-void OutgoingLine::write(int descriptor, Clock::time_point now) {
+std::span<const std::uint8_t> OutgoingLine::ready(Clock::time_point now) {
     putWhatIsDue(now);
-    blocked_ = false;
-    while (waiting() > 0 && portionDue().value_or(now) <= now) {
-        const ssize_t taken = ::write(descriptor, pending_.data() + written_, nextPortion());
-        if (taken < 0 && errno == EINTR) {
-            continue;
-        }
-        if (taken < 0 && errno != EAGAIN) {
-            throw std::system_error{errno, std::generic_category(), "cannot write to the pseudo-terminal"};
-        }
-        if (taken <= 0) {
-            blocked_ = true;
-            return;
-        }
-        written_ += static_cast<std::size_t>(taken);
-        free_ += byteTime * taken;
+    if (waiting() == 0 || portionDue().value_or(now) > now) {
+        return {};
     }
+    return std::span{pending_}.subspan(taken_, nextPortion());
+}
+
+void OutgoingLine::take(std::size_t count) {
+    taken_ += count;
+    free_ += byteTime * count;
 }
 
 std::optional<OutgoingLine::Clock::time_point> OutgoingLine::due() const {

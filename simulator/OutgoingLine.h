@@ -11,7 +11,7 @@
 
 namespace velmorindal {
 
-/// Bytes on their way to the host: kept until the system takes them and, on a paced line, until a line of
+/// Bytes on their way to the host: kept until they are taken and, on a paced line, until a line of
 /// 115200 baud, 8 data bits, no parity and one stop bit would have carried them. Not safe from several
 /// threads.
 class OutgoingLine {
@@ -23,14 +23,14 @@ class OutgoingLine {
     void put(std::span<const std::uint8_t> bytes, Clock::time_point now);
     /// Puts them once `due` has come.
     void putLater(ByteBuffer bytes, Clock::time_point due);
-    /// Writes to the non-blocking `descriptor` what is due and what it takes.
-    /// @throws std::system_error when the system refuses for another reason than being full.
-    void write(int descriptor, Clock::time_point now);
+    /// What the host can have now; good until the next call of anything else.
+    std::span<const std::uint8_t> ready(Clock::time_point now);
+    /// The host has taken that many of the ready bytes.
+    void take(std::size_t count);
 
-    std::size_t waiting() const { return pending_.size() - written_; }
-    /// The system was full: it is worth writing again once `descriptor` can be written to.
-    bool isBlocked() const { return blocked_; }
-    /// When there will be something to write that cannot be written now; nothing where no time needs to pass.
+    /// Bytes that are put and not taken.
+    std::size_t waiting() const { return pending_.size() - taken_; }
+    /// When there will be something that is not ready now; nothing where no time needs to pass.
     std::optional<Clock::time_point> due() const;
 
   private:
@@ -45,11 +45,10 @@ class OutgoingLine {
     std::size_t nextPortion() const;
 
     bool paced_;
-    bool blocked_ = false;
     std::vector<LateBytes> late_;
     ByteBuffer pending_;
-    std::size_t written_ = 0;
-    /// When the line has carried all that was written so far.
+    std::size_t taken_ = 0;
+    /// When the line has carried all that was taken so far.
     Clock::time_point free_;
 };
 

@@ -10,6 +10,7 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <utility>
 
 namespace velmorindal {
 namespace {
@@ -67,6 +68,12 @@ std::recursive_mutex& turn() {
     return mutex;
 }
 
+/// Where printed lines go, if not to standard output. Under turn().
+std::function<void(std::string_view)>& diversion() {
+    static std::function<void(std::string_view)> sink;
+    return sink;
+}
+
 }  // namespace
 
 PrintItem::PrintItem(float value) : text_{shortestText(value)} {}
@@ -107,7 +114,21 @@ void printItems(std::span<const PrintItem> items) {
         line += item.text();
     }
     const std::lock_guard lock{turn()};
-    writeLine(STDOUT_FILENO, line);
+    if (diversion()) {
+        diversion()(line + '\n');
+    } else {
+        writeLine(STDOUT_FILENO, line);
+    }
+}
+
+PrintDiversion::PrintDiversion(std::function<void(std::string_view)> sink) {
+    const std::lock_guard lock{turn()};
+    earlier_ = std::exchange(diversion(), std::move(sink));
+}
+
+PrintDiversion::~PrintDiversion() {
+    const std::lock_guard lock{turn()};
+    diversion() = std::move(earlier_);
 }
 
 LastWord::LastWord() : lock_{turn()} {}

@@ -3,6 +3,7 @@
 #include <array>
 #include <concepts>
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
 #include <mutex>
 #include <span>
@@ -58,6 +59,21 @@ class LastWord {
 
   private:
     std::unique_lock<std::recursive_mutex> lock_;
+};
+
+/// While one exists, printed lines go to `sink` instead of standard output. A later one overrides an earlier
+/// one until its end.
+class PrintDiversion {
+  public:
+    /// @param sink called with each line, its newline included, on the thread that prints it; for one line at
+    ///        a time.
+    explicit PrintDiversion(std::function<void(std::string_view line)> sink);
+    PrintDiversion(const PrintDiversion&) = delete;
+    PrintDiversion& operator=(const PrintDiversion&) = delete;
+    ~PrintDiversion();
+
+  private:
+    std::function<void(std::string_view line)> earlier_;
 };
 
 template <typename... Items>

@@ -1,6 +1,5 @@
 #include <chrono>
 #include <exception>
-#include <thread>
 
 #include "diagnostics/Print.h"
 #include "protocol/VCAutoTune.h"
@@ -18,10 +17,9 @@ constexpr std::uint8_t reportingChannel = 2;
 constexpr std::uint8_t silentChannel = 0;
 constexpr std::chrono::milliseconds betweenChecks{20};
 
-/// How long a loop rests after an exchange that brought nothing. On a live port the port's own time-out paces
-/// the loop; a port that is gone fails at once, and without this rest the loop would keep a core and the log
-/// busy.
-constexpr std::chrono::milliseconds restAfterNothing{20};
+/// How long a turn that brings nothing lasts at least. On a live port the port's own time-out paces the loop;
+/// a port that is gone fails at once, and would keep a core and the log busy.
+constexpr std::chrono::milliseconds fruitlessTurn{500};
 
 }  // namespace
 
@@ -45,7 +43,7 @@ void VelmorindalSwitch::stopPollingAndWait() {
         pollingState = PollingState::none;
     }
     while (bgIsProcessing) {
-        std::this_thread::sleep_for(betweenChecks);
+        system_.sleepFor(betweenChecks);
         dispatch_.runPendingMainWork();
         // A run that was only just starting may have announced itself in there; stopping wins.
         if (pollingState.get() != PollingState::none) {
@@ -62,6 +60,18 @@ bool VelmorindalSwitch::acknowledged(const VelmorindalCommand& command) {
     }
 }
 
+void VelmorindalSwitch::pollWhile(PollingState state, bool (VelmorindalSwitch::*turn)()) {
+    while (pollingState.get() == state) {
+        const auto end = system_.now() + fruitlessTurn;
+        if ((this->*turn)()) {
+            continue;
+        }
+        while (pollingState.get() == state && system_.now() < end) {
+            system_.sleepFor(betweenChecks);
+        }
+    }
+}
+
 void VelmorindalSwitch::clarityPolling() {
     print("Starting clarity polling");
     VCAutoTune autoTune;
@@ -72,33 +82,31 @@ void VelmorindalSwitch::clarityPolling() {
     }
     dispatch_.runOnMainAndWait([this] { pollingState = PollingState::clarity; });
     print("Device configured. Polling now.");
-    while (pollingState.get() == PollingState::clarity) {
-        pollClarity();
-    }
+    pollWhile(PollingState::clarity, &VelmorindalSwitch::pollClarity);
     autoTune.channel = silentChannel;
     acknowledged(autoTune);
     dispatch_.postToMain([this] { detectedClarity = 0.0; });
     bgIsProcessing = false;
 }
 
-void VelmorindalSwitch::pollClarity() {
+bool VelmorindalSwitch::pollClarity() {
     const auto frame = readMessage();
     if (!frame) {
-        std::this_thread::sleep_for(restAfterNothing);
-        return;
+        return false;
     }
     // Whatever else the device says is none of this page's business, however mangled it is.
     if ((*frame)[VelmorindalCommand::TypeOffset] != reportCode) {
-        return;
+        return true;
     }
     const auto message = VelmorindalMessageFactory::createFromWire(*frame);
     const auto* const report = dynamic_cast<const VCAutoTune*>(message.get());
     if (report == nullptr || !report->_valid) {
-        return;
+        return true;
     }
     const float reading = report->_maxThreshold;
     print("Have a reading of ", reading);
     dispatch_.postToMain([this, reading] { detectedClarity = static_cast<double>(reading); });
+    return true;
 }
 
 void VelmorindalSwitch::durationPolling() {
@@ -115,14 +123,12 @@ void VelmorindalSwitch::durationPolling() {
         return;
     }
     dispatch_.postToMain([this] { detectedDuration = 0.0; });
-    while (pollingState.get() == PollingState::duration) {
-        pollDuration();
-    }
+    pollWhile(PollingState::duration, &VelmorindalSwitch::pollDuration);
     dispatch_.postToMain([this] { detectedDuration = 0.0; });
     bgIsProcessing = false;
 }
 
-void VelmorindalSwitch::pollDuration() {
+bool VelmorindalSwitch::pollDuration() {
     std::unique_ptr<VelmorindalCommand> answer;
     try {
         answer = queryDevice(lastHumCode);
@@ -130,11 +136,10 @@ void VelmorindalSwitch::pollDuration() {
         answer.reset();
     }
     if (!answer) {
-        std::this_thread::sleep_for(restAfterNothing);
-        return;
+        return false;
     }
     if (!answer->_valid) {
-        return;
+        return true;
     }
     constexpr double tickSeconds = 0.04;
     const double seconds = messageAs<VCLastHumDuration>(*answer)._duration * tickSeconds;
@@ -142,6 +147,7 @@ void VelmorindalSwitch::pollDuration() {
     if (seconds > 0.0) {
         print("Last hum duration was ", seconds, "s");
     }
+    return true;
 }
 
 }  // namespace velmorindal

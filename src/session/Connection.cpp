@@ -27,7 +27,7 @@ std::string unrecognizedResponse(std::string_view code) {
 std::vector<std::string> VelmorindalSwitch::listDevices() {
     std::vector<std::string> dongles;
     for (const std::string& path : search_.candidates()) {
-        const auto text = versionTextOf(path);
+        const auto text = versionTextOf(path, system_);
         if (!text) {
             continue;
         }
@@ -88,7 +88,7 @@ bool VelmorindalSwitch::connect() {
 }
 
 bool VelmorindalSwitch::openDongle(const std::string& path) {
-    const auto port = std::make_shared<SerialPort>(path);
+    const auto port = std::make_shared<SerialPort>(path, system_);
     serialPort = port;
     try {
         port->openPort(true, true);

@@ -19,9 +19,9 @@ namespace {
 /// Reads `remaining` bytes of text, fewer when the port's deadline passes.
 ///
 /// @returns nothing when a piece is not UTF-8. @throws PortException when the port is gone.
-std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining) {
+std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining, System& system) {
     std::string text;
-    const auto start = std::chrono::steady_clock::now();
+    const auto start = system.now();
     const std::chrono::seconds limit{port.timeout()};
     while (remaining > 0) {
         const ByteBuffer piece = port.readData(remaining);
@@ -30,7 +30,7 @@ std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaini
         }
         text.append(piece.begin(), piece.end());
         remaining -= piece.size();
-        if (limit.count() > 0 && std::chrono::steady_clock::now() - start > limit) {
+        if (limit.count() > 0 && system.now() - start > limit) {
             break;
         }
     }
@@ -47,8 +47,8 @@ bool canBeADongle(const std::string& path) {
 
 }  // namespace
 
-std::optional<std::string> versionTextOf(const std::string& path) {
-    SerialPort port{path};
+std::optional<std::string> versionTextOf(const std::string& path, System& system) {
+    SerialPort port{path, system};
     try {
         if (!canBeADongle(path)) {
             throw PortException{PortError::failedToOpen};
@@ -77,7 +77,7 @@ std::optional<std::string> versionTextOf(const std::string& path) {
         if (header.size() < VelmorindalCommand::HeaderSize) {
             return std::nullopt;
         }
-        text = readVersionText(port, header[VelmorindalCommand::LengthOffset]);
+        text = readVersionText(port, header[VelmorindalCommand::LengthOffset], system);
     } catch (const PortException&) {
         return std::nullopt;
     }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "transport/SerialSettings.h"
+#include "transport/System.h"
 
 namespace velmorindal {
 
@@ -17,6 +18,6 @@ inline constexpr SerialSettings dongleLine{.receiveRate = BaudRate::baud115200,
 /// candidate that fails before its text could be looked at keeps its descriptor until the process ends.
 ///
 /// @returns the text, or nothing when the candidate has to be skipped.
-std::optional<std::string> versionTextOf(const std::string& path);
+std::optional<std::string> versionTextOf(const std::string& path, System& system);
 
 }  // namespace velmorindal

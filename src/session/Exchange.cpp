@@ -32,6 +32,10 @@ std::optional<ByteBuffer> VelmorindalSwitch::readMessage() const {
     if (!frame) {
         return std::nullopt;
     }
+    // Somebody may have taken the port away meanwhile.
+    if (!serialPort.get()) {
+        return std::nullopt;
+    }
     const auto payload = readExactly(*port, (*frame)[VelmorindalCommand::LengthOffset]);
     if (!payload) {
         return std::nullopt;
@@ -58,6 +62,7 @@ std::unique_ptr<VelmorindalCommand> VelmorindalSwitch::queryDevice(std::uint8_t 
         throw VelmorindalException{VelmorindalError::NoConnectionError};
     }
     const ByteBuffer query = VelmorindalCommand::addHeader({}, code, true);
+    port->renewSettings();
     std::ptrdiff_t written = 0;
     try {
         written = port->writeData(query);
@@ -81,6 +86,7 @@ bool VelmorindalSwitch::sendCommand(const VelmorindalCommand& command) {
         throw VelmorindalException{VelmorindalError::NotImplementedError};
     }
     const ByteBuffer frame = command.serialize();
+    port->renewSettings();
     if (port->writeData(frame) != std::ssize(frame)) {
         print("Could not write my whole sequence.");
         return false;

@@ -4,8 +4,8 @@
 
 namespace velmorindal {
 
-VelmorindalSwitch::VelmorindalSwitch(Dispatch& dispatch, DongleSearch search)
-    : dispatch_{dispatch}, search_{std::move(search)} {}
+VelmorindalSwitch::VelmorindalSwitch(Dispatch& dispatch, System& system, DongleSearch search)
+    : dispatch_{dispatch}, system_{system}, search_{std::move(search)} {}
 
 VelmorindalSwitch::~VelmorindalSwitch() = default;
 

@@ -17,6 +17,7 @@
 #include "session/ModelTypes.h"
 #include "session/Published.h"
 #include "transport/SerialPort.h"
+#include "transport/System.h"
 
 namespace velmorindal {
 
@@ -26,14 +27,18 @@ namespace velmorindal {
 /// Published properties announce on `objectWillChange` before they change and are changed on the main thread
 /// only, with two exceptions named below. The operations that talk to the device block and run on a
 /// background thread, one at a time: nothing locks the port between them. They hand every published change to
-/// the main queue of the Dispatch that the model was made with, which must outlive every background run.
+/// the main queue of the Dispatch that the model was made with. It and the System, through which the model
+/// reaches ports and clock, must outlive every background run.
 class VelmorindalSwitch {
   public:
-    explicit VelmorindalSwitch(Dispatch& dispatch, DongleSearch search = {});
+    VelmorindalSwitch(Dispatch& dispatch, System& system, DongleSearch search = {});
     VelmorindalSwitch(const VelmorindalSwitch&) = delete;
     VelmorindalSwitch& operator=(const VelmorindalSwitch&) = delete;
     /// Neither closes the port nor talks to the device: disconnect() does.
     ~VelmorindalSwitch();
+
+    /// The one that the model was made with.
+    System& system() const { return system_; }
 
     ChangeNotifier objectWillChange;
 
@@ -181,14 +186,18 @@ class VelmorindalSwitch {
 
     // The calibration runs, their turns, and what starts them.
     void beginPolling(void (VelmorindalSwitch::*run)());
+    /// Turns of a run until `state` is another one.
+    void pollWhile(PollingState state, bool (VelmorindalSwitch::*turn)());
     void clarityPolling();
-    void pollClarity();
+    /// One turn. @returns false when the port brought nothing.
+    bool pollClarity();
     void durationPolling();
-    void pollDuration();
+    bool pollDuration();
     /// sendCommand() with every failure as false.
     bool acknowledged(const VelmorindalCommand& command);
 
     Dispatch& dispatch_;
+    System& system_;
     const DongleSearch search_;
 };
 

@@ -6,22 +6,29 @@
 #include <cerrno>
 
 #include "transport/ExclusiveOpen.h"
+#include "transport/LineEcho.h"
 
 namespace velmorindal {
 namespace {
 
 /// Programs keep each other away in two ways, and each knows only its own: a lock on the node, or the
 /// terminal's exclusive mode. Both are looked at and both are taken.
+///
+/// @returns false with the reason in `errno`.
 bool takeExclusiveUse(int descriptor) {
     // The lock comes first: of two programs that do the same as this one, only its owner goes on to the mode.
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        errno = errno == EWOULDBLOCK ? EBUSY : errno;
         return false;
     }
     // The system itself turns away later openers of an exclusive terminal, but never the superuser.
     int heldElsewhere = 0;
     if (::ioctl(descriptor, TIOCGEXCL, &heldElsewhere) == 0 && heldElsewhere != 0) {
+        errno = EBUSY;
         return false;
     }
+    // Before the mode: what the device sends meanwhile would go back to it.
+    stopEcho(descriptor);
     // A node that is not a terminal has no such mode; the lock is all there is.
     return ::ioctl(descriptor, TIOCEXCL) == 0 || errno == ENOTTY;
 }
@@ -30,12 +37,13 @@ bool takeExclusiveUse(int descriptor) {
 
 int openExclusively(const std::string& path, int accessMode) {
     // Without O_NONBLOCK the open of a line waits for its carrier, and that of a pipe for the other end.
-    // Reads and writes are meant to wait, so the flag goes again at once.
     const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor == -1 || (takeExclusiveUse(descriptor) && ::fcntl(descriptor, F_SETFL, accessMode) == 0)) {
+    if (descriptor == -1 || takeExclusiveUse(descriptor)) {
         return descriptor;
     }
+    const int reason = errno;
     ::close(descriptor);
+    errno = reason;
     return -1;
 }
 

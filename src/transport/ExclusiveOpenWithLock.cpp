@@ -1,19 +1,21 @@
 #include <fcntl.h>
-#include <unistd.h>
+
+#include <cerrno>
 
 #include "transport/ExclusiveOpen.h"
+#include "transport/LineEcho.h"
 
 namespace velmorindal {
 
 int openExclusively(const std::string& path, int accessMode) {
-    // O_EXLOCK alone waits for a lock that somebody else holds; with O_NONBLOCK the open fails instead. Reads
-    // and writes are meant to wait, so the flag goes again at once.
+    // O_EXLOCK alone waits for a lock that somebody else holds; with O_NONBLOCK the open fails instead.
     const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_EXLOCK | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor == -1 || ::fcntl(descriptor, F_SETFL, accessMode) == 0) {
-        return descriptor;
+    if (descriptor == -1) {
+        errno = errno == EWOULDBLOCK ? EBUSY : errno;
+    } else {
+        stopEcho(descriptor);
     }
-    ::close(descriptor);
-    return -1;
+    return descriptor;
 }
 
 void endExclusiveUse(int /*descriptor*/) {

@@ -67,4 +67,10 @@ termios lineAttributes(termios current, const SerialSettings& settings) {
     return attributes;
 }
 
+bool sameAttributes(const termios& one, const termios& other) {
+    return one.c_iflag == other.c_iflag && one.c_oflag == other.c_oflag && one.c_cflag == other.c_cflag &&
+           one.c_lflag == other.c_lflag && std::ranges::equal(one.c_cc, other.c_cc) &&
+           cfgetispeed(&one) == cfgetispeed(&other) && cfgetospeed(&one) == cfgetospeed(&other);
+}
+
 }  // namespace velmorindal

@@ -14,4 +14,7 @@ namespace velmorindal {
 /// process.
 termios lineAttributes(termios current, const SerialSettings& settings);
 
+/// Whether two lines are configured alike in all that lineAttributes() sets.
+bool sameAttributes(const termios& one, const termios& other);
+
 }  // namespace velmorindal

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <exception>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace velmorindal {
 
@@ -21,12 +23,17 @@ std::string_view caseName(PortError error);
 
 class PortException : public std::exception {
   public:
-    explicit PortException(PortError portError) : error{portError} {}
+    explicit PortException(PortError portError, std::string devicePath = {}, int systemReason = 0)
+        : error{portError}, path{std::move(devicePath)}, systemError{systemReason} {}
 
     /// The case's name.
     const char* what() const noexcept override;
 
     PortError error;
+    /// The port's; empty where the error is not about one.
+    std::string path;
+    /// The system's own number for it (`errno`), 0 where the system had no part in it.
+    int systemError;
 };
 
 }  // namespace velmorindal

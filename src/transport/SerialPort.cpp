@@ -1,55 +1,27 @@
 #include "transport/SerialPort.h"
 
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <termios.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <utility>
 
-#include "transport/ExclusiveOpen.h"
 #include "transport/LineAttributes.h"
 
 namespace velmorindal {
 namespace {
+
+using namespace std::chrono_literals;
+
+/// A file at its end, and a line in the moment between being hung up and losing its node, answer every read
+/// at once with nothing.
+constexpr auto restAfterNothing = 5ms;
 
 int accessMode(bool toReceive, bool andTransmit) {
     if (toReceive && andTransmit) {
         return O_RDWR;
     }
     return toReceive ? O_RDONLY : O_WRONLY;
-}
-
-/// The node of a device that was pulled out loses its name, and with it its one link. A descriptor that
-/// cannot be asked, -1 above all, counts as vanished: reading on would never end without a deadline.
-bool nodeIsPresent(int descriptor) {
-    struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && status.st_nlink == 1;
-}
-
-/// While one exists, reads and writes of a descriptor take what there is and return; afterwards they wait
-/// again, whatever another thread did with the descriptor meanwhile. openExclusively leaves none of the flags
-/// that can be set, so that they need not be read first.
-class WithoutWaiting {
-  public:
-    explicit WithoutWaiting(int descriptor) : descriptor_{descriptor} {
-        ::fcntl(descriptor_, F_SETFL, O_NONBLOCK);
-    }
-    WithoutWaiting(const WithoutWaiting&) = delete;
-    WithoutWaiting& operator=(const WithoutWaiting&) = delete;
-    ~WithoutWaiting() { ::fcntl(descriptor_, F_SETFL, 0); }
-
-  private:
-    const int descriptor_;
-};
-
-/// @returns false when no byte can be written within `seconds`; 0 is without end.
-bool waitForRoom(int descriptor, int seconds) {
-    pollfd line{.fd = descriptor, .events = POLLOUT, .revents = 0};
-    return ::poll(&line, 1, seconds == 0 ? -1 : seconds * 1000) > 0;
 }
 
 }  // namespace
@@ -59,30 +31,34 @@ bool waitForRoom(int descriptor, int seconds) {
 /// Never told, it stays open.
 class SerialPort::Descriptor {
   public:
-    explicit Descriptor(int descriptorNumber) : number{descriptorNumber} {}
+    Descriptor(int descriptorNumber, System& system) : number{descriptorNumber}, system_{system} {}
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
     ~Descriptor() {
-        if (closeAfterLastUse_) {
-            ::close(number);
+        if (closeAfterLastUse_ && number != -1) {
+            system_.close(number);
         }
     }
 
     void closeAfterLastUse() {
         // At once, and not with the close: the process may end before its last reader returns, and from here
         // on somebody else may take the terminal, whose exclusive use is no longer ours to end.
-        endExclusiveUse(number);
+        if (number != -1) {
+            system_.endExclusiveUse(number);
+        }
         closeAfterLastUse_ = true;
     }
 
     const int number;
 
   private:
+    System& system_;
     bool closeAfterLastUse_ = false;
 };
 
-SerialPort::SerialPort(std::string devicePath) : path{std::move(devicePath)} {}
+SerialPort::SerialPort(std::string devicePath, System& system)
+    : path{std::move(devicePath)}, system_{system} {}
 
 SerialPort::~SerialPort() = default;
 
@@ -99,17 +75,20 @@ void SerialPort::openPort() {
     openPort(true, true);
 }
 
-void SerialPort::openPort(bool toReceive, bool andTransmit) {
+void SerialPort::openPort(bool toReceive, bool andTransmit, const std::function<void()>& whenSlow) {
     if (path.empty()) {
         throw PortException{PortError::invalidPath};
     }
     if (!toReceive && !andTransmit) {
-        throw PortException{PortError::mustReceiveOrTransmit};
+        throw PortException{PortError::mustReceiveOrTransmit, path};
     }
-    const int opened = openExclusively(path, accessMode(toReceive, andTransmit));
-    exchangeDescriptor(std::make_shared<Descriptor>(opened));
+    const int opened = system_.openExclusively(path, accessMode(toReceive, andTransmit), whenSlow);
+    const int reason = errno;
+    exchangeDescriptor(std::make_shared<Descriptor>(opened, system_));
+    attributes_.reset();
+    moreMayBeThere_ = false;
     if (opened == -1) {
-        throw PortException{PortError::failedToOpen};
+        throw PortException{PortError::failedToOpen, path, reason};
     }
 }
 
@@ -119,10 +98,23 @@ void SerialPort::setSettings(const SerialSettings& settings) {
         return;
     }
     termios attributes{};
-    ::tcgetattr(descriptor->number, &attributes);
+    system_.lineAttributes(descriptor->number, attributes);
     attributes = lineAttributes(attributes, settings);
-    ::tcsetattr(descriptor->number, TCSANOW, &attributes);
+    system_.setLineAttributes(descriptor->number, attributes);
     timeout_ = settings.timeout;
+    minimumBytesToRead_ = settings.minimumBytesToRead;
+    // As the system has them: a driver need not take all that it is told.
+    const bool known = system_.lineAttributes(descriptor->number, attributes);
+    attributes_ = known ? std::optional{attributes} : std::nullopt;
+}
+
+void SerialPort::renewSettings() {
+    const std::shared_ptr<Descriptor> descriptor = currentDescriptor();
+    termios now{};
+    if (descriptor && attributes_ && system_.lineAttributes(descriptor->number, now) &&
+        !sameAttributes(now, *attributes_)) {
+        system_.setLineAttributes(descriptor->number, *attributes_);
+    }
 }
 
 void SerialPort::closePort() {
@@ -132,29 +124,60 @@ void SerialPort::closePort() {
 }
 
 std::ptrdiff_t SerialPort::readBytes(std::span<std::uint8_t> buffer) {
+    // Before any wait: the system refuses a read from a port that is open for writing alone.
+    moreMayBeThere_ = true;
+    return readOnce(buffer, std::nullopt);
+}
+
+std::ptrdiff_t SerialPort::readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> deadline) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
-    if (!nodeIsPresent(descriptor->number)) {
-        throw PortException{PortError::deviceNotConnected};
+    // The node of a device that was pulled out loses its name, and with it its one link. A descriptor that
+    // cannot be asked, -1 above all, counts as vanished: reading on would never end without a deadline.
+    if (system_.linkCount(descriptor->number) != 1U) {
+        throw PortException{PortError::deviceNotConnected, path};
     }
-    return ::read(descriptor->number, buffer.data(), buffer.size());
+    std::ptrdiff_t count = -1;
+    errno = EAGAIN;
+    if (std::exchange(moreMayBeThere_, false)) {
+        count = system_.read(descriptor->number, buffer);
+    }
+    if (count == -1 && errno == EAGAIN) {
+        std::optional<TimePoint> until = deadline;
+        if (const auto patience = patienceOfOneRead()) {
+            const TimePoint own = system_.now() + *patience;
+            until = until ? std::min(*until, own) : own;
+        }
+        if (!system_.wait(descriptor->number, System::Readiness::toRead, until)) {
+            return 0;
+        }
+        count = system_.read(descriptor->number, buffer);
+        // Somebody else was faster.
+        if (count == -1 && errno == EAGAIN) {
+            return 0;
+        }
+    }
+    moreMayBeThere_ = count > 0 && static_cast<std::size_t>(count) == buffer.size();
+    return count;
 }
 
 ByteBuffer SerialPort::readData(std::size_t length) {
-    using std::chrono::steady_clock;
-    const auto start = steady_clock::now();
-    const auto deadlineHasPassed = [this, start] {
-        const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(steady_clock::now() - start);
-        return timeout_ != 0 && elapsed.count() >= timeout_;
-    };
+    const TimePoint start = system_.now();
+    const std::optional<TimePoint> deadline = deadlineFromNow();
 
     ByteBuffer bytes(length);
     std::size_t received = 0;
-    while (received < length && !deadlineHasPassed()) {
+    TimePoint turn = start;
+    while (received < length && (!deadline || turn < *deadline)) {
         // Nothing there yet and an interrupted read are the same here: another turn, and with it another look
         // at whether the port is still open and the device still there.
-        const std::ptrdiff_t count = readBytes(std::span{bytes}.subspan(received));
+        const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline);
         if (count > 0) {
             received += static_cast<std::size_t>(count);
+        } else if (system_.now() - turn < restAfterNothing) {
+            system_.sleepFor(restAfterNothing);
+        }
+        if (received < length) {
+            turn = system_.now();
         }
     }
     bytes.resize(received);
@@ -163,18 +186,36 @@ ByteBuffer SerialPort::readData(std::size_t length) {
 
 std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
-    // A device that takes nothing more would hold a waiting write, and with it the program, until it is
-    // pulled out.
-    const WithoutWaiting withoutWaiting{descriptor->number};
-    const std::ptrdiff_t written = ::write(descriptor->number, bytes.data(), bytes.size());
-    if (written == -1 && errno == EAGAIN && waitForRoom(descriptor->number, timeout_)) {
-        return ::write(descriptor->number, bytes.data(), bytes.size());
+    moreMayBeThere_ = false;
+    const std::optional<TimePoint> deadline = deadlineFromNow();
+    std::size_t taken = 0;
+    while (true) {
+        const std::ptrdiff_t count = system_.write(descriptor->number, bytes.subspan(taken));
+        taken += count > 0 ? static_cast<std::size_t>(count) : 0;
+        if (taken == bytes.size()) {
+            return std::ssize(bytes);
+        }
+        const bool mayGoOn = count != -1 || errno == EAGAIN || errno == EINTR;
+        if (!mayGoOn || !system_.wait(descriptor->number, System::Readiness::toWrite, deadline) ||
+            (deadline && system_.now() >= *deadline)) {
+            return taken > 0 ? static_cast<std::ptrdiff_t>(taken) : -1;
+        }
     }
-    return written;
 }
 
 std::ptrdiff_t SerialPort::writeData(std::span<const std::uint8_t> bytes) {
     return writeBytes(bytes);
+}
+
+std::optional<SerialPort::TimePoint> SerialPort::deadlineFromNow() const {
+    const int seconds = timeout_;
+    return seconds == 0 ? std::nullopt : std::optional{system_.now() + std::chrono::seconds{seconds}};
+}
+
+std::optional<System::Clock::duration> SerialPort::patienceOfOneRead() const {
+    const int tenthsOfASecond = timeout_;
+    return minimumBytesToRead_ == 0 ? std::optional<System::Clock::duration>{tenthsOfASecond * 100ms}
+                                    : std::nullopt;
 }
 
 std::shared_ptr<SerialPort::Descriptor> SerialPort::currentDescriptor() const {
@@ -185,7 +226,7 @@ std::shared_ptr<SerialPort::Descriptor> SerialPort::currentDescriptor() const {
 std::shared_ptr<SerialPort::Descriptor> SerialPort::openDescriptor() const {
     std::shared_ptr<Descriptor> descriptor = currentDescriptor();
     if (!descriptor) {
-        throw PortException{PortError::mustBeOpen};
+        throw PortException{PortError::mustBeOpen, path};
     }
     return descriptor;
 }

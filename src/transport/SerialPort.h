@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,17 +14,20 @@
 #include "ByteBuffer.h"
 #include "transport/PortError.h"
 #include "transport/SerialSettings.h"
+#include "transport/System.h"
 
 namespace velmorindal {
 
 /// A serial device node: opened exclusively, configured through termios, read and written as raw bytes.
 ///
-/// Every operation blocks its caller. One thread at a time reads, writes, opens and configures; closePort()
-/// and fileDescriptor() alone may be called from any thread at any moment, so that a port can be closed under
-/// a reader. Dropping the object does not close the descriptor: whoever opened the port calls closePort().
+/// Every operation blocks its caller, and none for longer than it says, whatever other programs do with the
+/// line meanwhile. One thread at a time reads, writes, opens and configures; closePort() and fileDescriptor()
+/// alone may be called from any thread at any moment, so that a port can be closed under a reader. Dropping
+/// the object does not close the descriptor: call closePort() for that.
 class SerialPort {
   public:
-    explicit SerialPort(std::string devicePath);
+    /// `system` must outlive the port.
+    SerialPort(std::string devicePath, System& system);
     SerialPort(const SerialPort&) = delete;
     SerialPort& operator=(const SerialPort&) = delete;
     ~SerialPort();
@@ -39,12 +43,15 @@ class SerialPort {
     /// Opens for both directions.
     void openPort();
 
-    /// Opens `path` exclusively: a node that another process holds is refused.
+    /// Opens `path` exclusively: a node that another process holds is refused. From here on the line echoes
+    /// nothing.
     ///
+    /// @param whenSlow called once, on another thread, when the system holds the call for long: another
+    ///        process is still closing the port.
     /// @throws PortException invalidPath, then mustReceiveOrTransmit, both before the file system is touched;
-    ///         failedToOpen, after which fileDescriptor() is -1, reads throw deviceNotConnected and writes
-    ///         return -1.
-    void openPort(bool toReceive, bool andTransmit);
+    ///         failedToOpen with the system's reason, after which fileDescriptor() is -1, reads throw
+    ///         deviceNotConnected and writes return -1.
+    void openPort(bool toReceive, bool andTransmit, const std::function<void()>& whenSlow = {});
 
     /// Configures the line. Does nothing while closed. What the system refuses is not reported.
     ///
@@ -52,28 +59,32 @@ class SerialPort {
     /// process.
     void setSettings(const SerialSettings& settings);
 
+    /// Puts the line back to what setSettings() made of it, if another program has changed it since.
+    void renewSettings();
+
     /// Closes the descriptor, if there is one, and makes it absent. Safe to repeat; never waits: a read or
-    /// write that is still inside the system keeps the descriptor alive until it returns.
+    /// write that is still inside the system keeps the descriptor alive until it returns, and output that the
+    /// device does not take is waited for elsewhere.
     void closePort();
 
-    /// One read of up to `buffer.size()` bytes.
+    /// One read of up to `buffer.size()` bytes, after waiting for the first as VMIN and VTIME of the settings
+    /// say: with `minimumBytesToRead` 0 for `timeout` tenths of a second, otherwise without end.
     ///
-    /// @returns what the system's read returned, 0 and -1 included.
+    /// @returns what the system's read returned, -1 included; 0 when nothing came.
     /// @throws PortException mustBeOpen when closed, deviceNotConnected when the device node has vanished.
     std::ptrdiff_t readBytes(std::span<std::uint8_t> buffer);
 
     /// Reads until `length` bytes have arrived or timeout() whole seconds have passed since the call.
     ///
-    /// Each underlying read waits as VMIN and VTIME say.
     /// @returns the bytes read, fewer than `length` only when the deadline passed first.
     /// @throws PortException as readBytes does.
     ByteBuffer readData(std::size_t length);
 
-    /// One write of all of `bytes`; a short write is not retried and a vanished node is not looked for. A
-    /// device that takes nothing is waited for until timeout() seconds have passed.
+    /// Writes all of `bytes`, waiting for room until timeout() whole seconds have passed since the call; 0
+    /// waits without end. A vanished node is not looked for.
     ///
-    /// @returns what the system's write returned, -1 included: fewer than all of `bytes` when the device took
-    ///          no more of them.
+    /// @returns how many bytes were taken, fewer than all only when the time passed first or the system
+    ///          refused; -1 when it refused the very first or there was no room for one.
     /// @throws PortException mustBeOpen when closed.
     std::ptrdiff_t writeBytes(std::span<const std::uint8_t> bytes);
 
@@ -109,6 +120,14 @@ class SerialPort {
 
   private:
     class Descriptor;
+    using TimePoint = System::Clock::time_point;
+
+    /// As readBytes, and gives up at `deadline` if that is earlier.
+    std::ptrdiff_t readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> deadline);
+    /// When an operation that starts now has to end; nothing without a timeout.
+    std::optional<TimePoint> deadlineFromNow() const;
+    /// How long a read waits for its first byte; nothing for one that waits without end.
+    std::optional<System::Clock::duration> patienceOfOneRead() const;
 
     std::shared_ptr<Descriptor> currentDescriptor() const;
     /// As currentDescriptor. @throws PortException mustBeOpen when closed.
@@ -116,9 +135,16 @@ class SerialPort {
     /// Puts `next` in place, which may be nothing, and hands out what was there.
     std::shared_ptr<Descriptor> exchangeDescriptor(std::shared_ptr<Descriptor> next);
 
+    System& system_;
     mutable std::mutex mutex_;
     std::shared_ptr<Descriptor> descriptor_;
     std::atomic<int> timeout_{0};
+    /// VMIN of the settings; of a line that has none yet, the system's own.
+    int minimumBytesToRead_ = 1;
+    /// What setSettings() made of the line; nothing where it is not known.
+    std::optional<termios> attributes_;
+    /// The last read was filled, so that the next one need not wait first.
+    bool moreMayBeThere_ = false;
 };
 
 }  // namespace velmorindal

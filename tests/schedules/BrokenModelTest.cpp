@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "schedules/Exploration.h"
-#include "schedules/ExploredDispatch.h"
+#include "support/ScheduledDispatch.h"
 
 namespace velmorindal {
 namespace {
@@ -23,14 +23,15 @@ class SmallModel {
         bool startsAfterTheStop = false;
     };
 
-    SmallModel(Dispatch& dispatch, Mistakes mistakes) : dispatch_{dispatch}, mistakes_{mistakes} {}
+    SmallModel(Scheduler& scheduler, Dispatch& dispatch, Mistakes mistakes)
+        : scheduler_{scheduler}, dispatch_{dispatch}, mistakes_{mistakes} {}
 
     void begin() {
         busy_ = true;
         dispatch_.runInBackground([this] {
             dispatch_.runOnMainAndWait([this] { runs_ = true; });
             while (runs_) {
-                std::this_thread::sleep_for(std::chrono::milliseconds{20});
+                sleep();
             }
             busy_ = false;
         });
@@ -39,7 +40,7 @@ class SmallModel {
     void stopAndWait() {
         runs_ = false;
         while (busy_) {
-            std::this_thread::sleep_for(std::chrono::milliseconds{20});
+            sleep();
             if (!mistakes_.waitsWithoutMainWork) {
                 dispatch_.runPendingMainWork();
             }
@@ -50,6 +51,12 @@ class SmallModel {
     }
 
   private:
+    void sleep() {
+        scheduler_.letTimePass(std::chrono::milliseconds{20});
+        scheduler_.rest("sleep");
+    }
+
+    Scheduler& scheduler_;
     Dispatch& dispatch_;
     const Mistakes mistakes_;
     std::atomic<bool> runs_{false};
@@ -58,8 +65,8 @@ class SmallModel {
 
 Program beginThenStop(SmallModel::Mistakes mistakes) {
     return [mistakes](Scheduler& scheduler) {
-        ExploredDispatch dispatch{scheduler};
-        SmallModel model{dispatch, mistakes};
+        ScheduledDispatch dispatch{scheduler};
+        SmallModel model{scheduler, dispatch, mistakes};
         model.begin();
         scheduler.rest("event loop");
         dispatch.runPendingMainWork();

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "schedules/Exploration.h"
+#include "schedules/ExploredSystem.h"
 #include "schedules/ExploredWizard.h"
-#include "schedules/ScriptedPort.h"
 #include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
@@ -31,13 +31,14 @@ void PrintTo(const BrokenWizard& broken, std::ostream* stream) {
 /// The order to report clarity, and nobody who ends the reports.
 const ByteBuffer startOrder{0x63, 0x62, 0x74, 0x01, 0x02};
 
-void writeAndMeasure(VelmorindalSwitch& model, ContainerView& /*container*/, ExploredDispatch& /*dispatch*/) {
+void writeAndMeasure(VelmorindalSwitch& model, ContainerView& /*container*/,
+                     ScheduledDispatch& /*dispatch*/) {
     model.bgIsProcessing = true;
     model.connectionState = ConnectionStatus::writing;
 }
 
 /// Takes a run that the user has begun for one of the other measurement.
-void exchangeTheRun(VelmorindalSwitch& model, ContainerView& container, ExploredDispatch& dispatch) {
+void exchangeTheRun(VelmorindalSwitch& model, ContainerView& container, ScheduledDispatch& dispatch) {
     dispatch.postToMain([&model, &container] {
         if (model.bgIsProcessing) {
             model.stopPollingAndWait();
@@ -152,17 +153,18 @@ INSTANTIATE_TEST_SUITE_P(EveryMistake, BrokenWizardTest, testing::ValuesIn(broke
                          [](const auto& test) { return std::string{test.param.name}; });
 
 /// Asks the device for its status, as every operation of the wizard asks it for something.
-void askOnce(ScriptedPort& device) {
+void askOnce(ExploredSystem& device) {
     constexpr std::array<std::uint8_t, 4> query{0x63, 0x62, 0x73, 0x00};
     std::array<std::uint8_t, 5> answer{};
-    device.write(query);
-    device.read(answer);
+    device.write(0, query);
+    device.wait(0, System::Readiness::toRead, std::nullopt);
+    device.read(0, answer);
 }
 
 Exploration twoThreadsAsk(bool oneAfterTheOther) {
     const TemporaryDirectory directory;
     return explore({.deviations = 1}, [&](Scheduler& scheduler) {
-        ScriptedPort device{scheduler, directory.path(), 0};
+        ExploredSystem device{scheduler, directory.path(), 0};
         const auto ask = [&] { askOnce(device); };
         const auto noOtherThreads = [&] { return !scheduler.hasOtherThreads(); };
         scheduler.start(ask);

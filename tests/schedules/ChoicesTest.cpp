@@ -1,4 +1,4 @@
-#include "schedules/Choices.h"
+#include "support/Choices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "diagnostics/Print.h"
+
 namespace velmorindal {
 namespace {
 
@@ -11,6 +13,8 @@ struct Outcome {
 };
 
 Outcome runOnce(Choices& choices, Scheduler::Limits limits, const Program& program) {
+    // What a schedule prints is dropped: there are thousands of them.
+    const PrintDiversion silence{[](std::string_view) {}};
     Scheduler scheduler{choices, limits};
     try {
         program(scheduler);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "schedules/Scheduler.h"
+#include "support/Scheduler.h"
 
 namespace velmorindal {
 

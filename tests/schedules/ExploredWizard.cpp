@@ -1,4 +1,5 @@
 #include "schedules/ExploredWizard.h"
+#include "session/DongleProbe.h"
 
 #include <algorithm>
 #include <array>
@@ -32,9 +33,9 @@ ExploredWizard::ExploredWizard(Scheduler& scheduler, const std::filesystem::path
                                const Start& start)
     : scheduler_{scheduler},
       start_{start},
-      port_{scheduler, directory, start.troubles},
+      system_{scheduler, directory, start.troubles},
       dispatch_{scheduler},
-      delegate_{dispatch_, {.directory = directory.string()}},
+      delegate_{dispatch_, system_, {.directory = directory.string()}},
       container_{velmorindal_, dispatch_, filePanel_, [this] { quit(); }} {
     if (start.page != wizardState::Welcome) {
         connect();
@@ -51,12 +52,9 @@ ExploredWizard::~ExploredWizard() {
 }
 
 void ExploredWizard::connect() {
-    auto port = std::make_shared<SerialPort>(port_.path().string());
+    auto port = std::make_shared<SerialPort>(system_.path().string(), system_);
     port->openPort();
-    port->setSettings({.receiveRate = BaudRate::baud115200,
-                       .transmitRate = BaudRate::baud115200,
-                       .minimumBytesToRead = 0,
-                       .timeout = 2});
+    port->setSettings(dongleLine);
     velmorindal_.serialPort = port;
     velmorindal_.isValid = true;
     velmorindal_.connectionState = connected;
@@ -238,10 +236,11 @@ void ExploredWizard::checkAtRest() {
     require(!container_.hasBackgroundWork(), "a connection attempt or a write never handed its result over");
     const ConnectionStatus state = velmorindal_.connectionState.get();
     require(state != connecting && state != writing, "the connection stayed in a state that passes");
-    require(port_.hadTrouble() || state == connected || state == idle, "the connection failed without cause");
-    if (!port_.hadTrouble()) {
-        require(port_.state().autoTuneChannel == 0, "the device was left reporting");
-        require(!saved_ || port_.state().timesStored > 0, "a write ended without the device storing it");
+    require(system_.hadTrouble() || state == connected || state == idle,
+            "the connection failed without cause");
+    if (!system_.hadTrouble()) {
+        require(system_.state().autoTuneChannel == 0, "the device was left reporting");
+        require(!saved_ || system_.state().timesStored > 0, "a write ended without the device storing it");
     }
 }
 
@@ -249,8 +248,8 @@ void ExploredWizard::checkAtEnd() {
     require(!velmorindal_.bgIsProcessing, "the program ended during a run");
     require(velmorindal_.pollingState.get() == PollingState::none, "the program ended while a run showed");
     require(velmorindal_.connectionState.get() == disconnected, "the program ended connected");
-    require(port_.hadTrouble() ||
-                port_.timesReceived(VelmorindalMessageType::protocolSelect) == port_.state().timesStored,
+    require(system_.hadTrouble() ||
+                system_.timesReceived(VelmorindalMessageType::protocolSelect) == system_.state().timesStored,
             "the program ended within a write");
 }
 

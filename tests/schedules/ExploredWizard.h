@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "schedules/ExploredDispatch.h"
-#include "schedules/Scheduler.h"
-#include "schedules/ScriptedPort.h"
+#include "schedules/ExploredSystem.h"
+#include "support/ScheduledDispatch.h"
+#include "support/Scheduler.h"
 #include "ui/views/AppDelegate.h"
 #include "ui/views/ContainerView.h"
 #include "ui/views/WizardTest.h"
@@ -29,7 +29,7 @@ class ExploredWizard {
         std::size_t moments = 2;
         std::size_t troubles = 0;
         /// What a broken wizard does before the first action; the one that is explored makes no mistake.
-        std::function<void(VelmorindalSwitch&, ContainerView&, ExploredDispatch&)> mistake = {};
+        std::function<void(VelmorindalSwitch&, ContainerView&, ScheduledDispatch&)> mistake = {};
         /// What a broken wizard does instead of coming to its end as it should.
         std::function<void(AppDelegate&)> end = {};
     };
@@ -79,8 +79,8 @@ class ExploredWizard {
 
     Scheduler& scheduler_;
     const Start start_;
-    ScriptedPort port_;
-    ExploredDispatch dispatch_;
+    ExploredSystem system_;
+    ScheduledDispatch dispatch_;
     AppDelegate delegate_;
     VelmorindalSwitch& velmorindal_ = delegate_.velmorindal;
     PretendFilePanel filePanel_;

@@ -30,7 +30,7 @@ class CalibrationPollingTest : public SessionTest {
     /// A report that was on its way when the run stopped counts as the acknowledgement of the stop order, so
     /// the device may come to the order a moment after the run has ended.
     void expectOneRunOnTheWire() {
-        EXPECT_TRUE(dongle.waitForFrames(2, ManualDispatch::bound));
+        EXPECT_TRUE(dongle.waitForFrames(2, dispatch.bound));
         EXPECT_THAT(dongle.receivedFrames(), testing::ElementsAre(startFrame, stopFrame));
     }
 

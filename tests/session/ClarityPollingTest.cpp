@@ -2,7 +2,6 @@
 #include <regex>
 
 #include "session/CalibrationPollingTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
@@ -47,9 +46,7 @@ TEST_F(ClarityPollingTest, TheFinalZeroComesAfterTheLastReading) {
     // Readings pile up unapplied, then the run winds down while the main thread stands still.
     EXPECT_TRUE(dispatch.waitForPendingMainWork(3));
     velmorindal.pollingState = PollingState::none;
-    while (velmorindal.bgIsProcessing) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(dispatch.waitUntil([this] { return !velmorindal.bgIsProcessing; }));
     std::vector<std::string> values;
     while (dispatch.pendingMainWork() > 0) {
         dispatch.runOneMainWork();
@@ -83,7 +80,7 @@ TEST_F(ClarityPollingTest, ClarityWithoutAPortSendsNothingAndLeavesTheState) {
 }
 
 TEST_F(ClarityPollingTest, AShortWriteOfTheStartEndsTheRun) {
-    const ShortWrite shortWrite{Type::autoTune, 1, 2};
+    system.cutWrite(Type::autoTune, 1, 2);
     PrintedLines lines;
     velmorindal.beginClarityPolling();
     EXPECT_TRUE(runUntilIdle());

@@ -1,7 +1,6 @@
 #include <limits>
 
 #include "session/SessionTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
@@ -235,7 +234,7 @@ TEST_P(FailedCommitTest, ARefusedStepIsScAndNothingFollows) {
 }
 
 TEST_P(FailedCommitTest, AShortWriteIsScToo) {
-    const ShortWrite shortWrite{GetParam().type, 1, 3};
+    system.cutWrite(GetParam().type, 1, 3);
     PrintedLines lines;
     EXPECT_FALSE(commit());
     EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");

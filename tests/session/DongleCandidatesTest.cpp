@@ -1,7 +1,4 @@
-#include <sys/file.h>
-
 #include "session/ConnectionTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
@@ -15,6 +12,31 @@ constexpr const char* severalDonglesText =
     "dongles.";
 
 class DongleCandidatesTest : public ConnectionTest {};
+
+/// A device that is no dongle: it takes everything, or nothing, and brings the same byte forever.
+class EndlessLine final : public VirtualLine {
+  public:
+    explicit EndlessLine(std::uint8_t byte, bool takesBytes = true) : byte_{byte}, takesBytes_{takesBytes} {}
+
+  private:
+    using Moment = System::Clock::time_point;
+
+    std::ptrdiff_t read(std::span<std::uint8_t> buffer, Moment /*now*/) override {
+        std::ranges::fill(buffer, byte_);
+        return std::ssize(buffer);
+    }
+    std::ptrdiff_t write(std::span<const std::uint8_t> bytes, Moment /*now*/) override {
+        errno = ENOSPC;
+        return takesBytes_ ? std::ssize(bytes) : -1;
+    }
+    bool isReady(System::Readiness /*readiness*/, Moment /*now*/) override { return true; }
+    std::optional<Moment> due() override { return std::nullopt; }
+    bool isPresent() const override { return true; }
+    void closed() override {}
+
+    const std::uint8_t byte_;
+    const bool takesBytes_;
+};
 
 TEST_F(DongleCandidatesTest, WithoutAnyEntryItFailsWithTheNoDongleText) {
     dongle.unplug();
@@ -36,7 +58,7 @@ TEST_F(DongleCandidatesTest, ALowerCaseVersionTextIsNotADongle) {
 TEST_F(DongleCandidatesTest, ARefusedCandidateIsClosedAgain) {
     dongle.prepare([](DeviceState& device) { device.version = "Another modem"; });
     EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
-    SerialPort port{path()};
+    SerialPort port{path(), system};
     port.openPort();
     port.closePort();
 }
@@ -61,24 +83,24 @@ TEST_F(DongleCandidatesTest, AVersionTextCutShortIsJudgedByWhatArrived) {
 }
 
 TEST_F(DongleCandidatesTest, ACandidateThatTakesOnlyAPartOfTheQueryIsSkipped) {
-    const ShortWrite shortWrite{Type::version, 1, 3};
+    system.cutWrite(Type::version, 1, 3);
     PrintedLines lines;
     EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
     EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\nCould not write my whole sequence.\n");
 }
 
 TEST_F(DongleCandidatesTest, ACandidateThatAnotherProgramHoldsIsSkippedAndTheOthersAreTried) {
-    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
-    const int other = ::open(path().c_str(), O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
+    InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
+    SerialPort other{path(), system};
+    other.openPort();
     PrintedLines lines;
     EXPECT_THAT(velmorindal.listDevices(), ElementsAre(second.path().string()));
     EXPECT_NE(lines.take().find("Open Result:  -1\n"), std::string::npos);
-    ::close(other);
+    other.closePort();
 }
 
 TEST_F(DongleCandidatesTest, TwoDonglesLeaveAWarningThatOutlivesTheSuccess) {
-    VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
+    InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     PrintedLines lines;
     EXPECT_TRUE(connect());
     EXPECT_EQ(velmorindal.lastError.get(), severalDonglesText);
@@ -89,6 +111,25 @@ TEST_F(DongleCandidatesTest, TwoDonglesLeaveAWarningThatOutlivesTheSuccess) {
     // The first one in the order of the directory walk is the one that is talked to.
     const auto first = DongleSearch{.directory = directory.path().string()}.candidates().front();
     EXPECT_EQ(velmorindal.serialPort.get()->path, first);
+}
+
+TEST_F(DongleCandidatesTest, AnEndlessDeviceIsNoDongle) {
+    // Reading brings zeros, which is a frame without a text; reading brings text; writing fails at once.
+    EndlessLine zeros{0};
+    EndlessLine text{'V'};
+    EndlessLine full{0, false};
+    int number = 0;
+    for (EndlessLine* const line : {&zeros, &text, &full}) {
+        const auto name = directory.path() / ("cu.usbmodem-endless" + std::to_string(++number));
+        std::filesystem::create_symlink("/dev/null", name);
+        system.add(name, *line);
+    }
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), ElementsAre(path()));
+    const std::string printed = lines.take();
+    EXPECT_THAT(printed, testing::HasSubstr("Could not write my whole sequence.\n"));
+    EXPECT_THAT(printed, testing::HasSubstr("Got version string:  \n"));
+    EXPECT_THAT(printed, testing::HasSubstr("Got version string:  " + std::string(0x56, 'V') + "\n"));
 }
 
 TEST_F(DongleCandidatesTest, ADonglePulledOutWhileItIsProbedIsNoDongle) {

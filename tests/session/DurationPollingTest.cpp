@@ -29,7 +29,7 @@ class DurationPollingTest : public CalibrationPollingTest {
 TEST_F(DurationPollingTest, TheLastHumBecomesSecondsAndIsPrinted) {
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(3, ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(3, dispatch.bound));
     PrintedLines lines;
     dongle.humOnce(25);
     EXPECT_EQ(nextHum(), 1.0);
@@ -41,7 +41,7 @@ TEST_F(DurationPollingTest, AHumOfNoTicksIsZeroAndPrintsNothing) {
     PrintedLines lines;
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(5, ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(5, dispatch.bound));
     velmorindal.stopPollingAndWait();
     EXPECT_EQ(lines.take(), "");
     EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
@@ -51,7 +51,7 @@ TEST_F(DurationPollingTest, TheHumFromBeforeTheRunIsAskedAwayFirst) {
     dongle.humOnce(50);
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(4, ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(4, dispatch.bound));
     double highest = 0.0;
     velmorindal.pollingState = PollingState::none;
     dispatch.waitForBackground();
@@ -68,7 +68,7 @@ TEST_F(DurationPollingTest, TheDurationStateIsSetBeforeTheFirstQuery) {
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
     dispatch.runOneMainWork();
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
-    EXPECT_TRUE(dongle.waitForFrames(1, ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(1, dispatch.bound));
     EXPECT_EQ(dongle.receivedFrames().front(), lastHumQuery);
 }
 
@@ -78,7 +78,7 @@ TEST_F(DurationPollingTest, ASilentDeviceIsNotAGoodStart) {
     EXPECT_THAT(changesWhile([this] {
                     velmorindal.beginDurationPolling();
                     while (velmorindal.bgIsProcessing) {
-                        std::this_thread::yield();
+                        system.sleepFor(std::chrono::milliseconds{1});
                     }
                 }),
                 ElementsAre("pollingState duration", "pollingState none"));
@@ -121,7 +121,7 @@ TEST_F(DurationPollingTest, TheFirstAnswerIsDiscardedAndTheReadingSetToZero) {
     dongle.onOccurrence(2, Type::lastHumDuration, Fault::silence());
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(2, ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(2, dispatch.bound));
     EXPECT_THAT(changesMadeBy([this] { dispatch.runOneMainWork(); }), ElementsAre("detectedDuration 0.0"));
     EXPECT_EQ(dispatch.pendingMainWork(), 0U);
 }

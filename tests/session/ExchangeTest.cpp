@@ -1,5 +1,3 @@
-#include <chrono>
-#include <future>
 #include <typeinfo>
 
 #include "protocol/VCHumDuration.h"
@@ -8,7 +6,6 @@
 #include "protocol/VCVersion.h"
 #include "protocol/VCWriteSettings.h"
 #include "session/SessionTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
@@ -20,6 +17,8 @@ using Type = VelmorindalMessageType;
 constexpr std::uint8_t versionCode = 0x76;
 constexpr std::uint8_t statusCode = 0x73;
 
+const auto soonAfterTwoSeconds = testing::AllOf(testing::Ge(2.0), testing::Le(2.2));
+
 class ExchangeTest : public SessionTest {
   protected:
     void SetUp() override { openPort(); }
@@ -28,6 +27,14 @@ class ExchangeTest : public SessionTest {
         const auto answer = velmorindal.queryDevice(versionCode);
         const auto* const version = dynamic_cast<const VCVersion*>(answer.get());
         return version != nullptr ? version->_versionString : "(no version)";
+    }
+
+    /// How long a version query takes that has to fail.
+    double secondsUntilThrown() {
+        return secondsTakenBy([this] {
+            EXPECT_EQ(errorOf([this] { velmorindal.queryDevice(versionCode); }),
+                      VelmorindalError::NoConnectionError);
+        });
     }
 
     static VelmorindalError errorOf(const std::function<void()>& exchange) {
@@ -64,14 +71,12 @@ TEST_F(ExchangeTest, AQuerySkipsTenThousandFramesOfOtherTypes) {
 TEST_F(ExchangeTest, ADeviceThatStreamsAndDoesNotAnswerIsWaitedForUntilTheDongleIsPulledOut) {
     dongle.prepare([](DeviceState& state) { state.autoTuneChannel = 2; });
     dongle.staySilentOn(Type::version);
-    auto result = std::async(std::launch::async, [this] { return versionText(); });
+    const auto error = dispatch.inBackground([this] { return errorOf([this] { versionText(); }); });
 
-    const std::chrono::seconds longerThanTheDeadline{3};
-    EXPECT_EQ(result.wait_for(longerThanTheDeadline), std::future_status::timeout);
+    EXPECT_FALSE(dispatch.waitUntil([&] { return error.isReady(); })) << "far longer than the deadline";
     dongle.unplug();
 
-    ASSERT_EQ(result.wait_for(ManualDispatch::bound), std::future_status::ready);
-    EXPECT_EQ(errorOf([&] { result.get(); }), VelmorindalError::NoConnectionError);
+    EXPECT_EQ(error.get(), VelmorindalError::NoConnectionError);
 }
 
 TEST_F(ExchangeTest, ACommandSkipsFramesOfOtherTypesToo) {
@@ -81,17 +86,17 @@ TEST_F(ExchangeTest, ACommandSkipsFramesOfOtherTypesToo) {
 
 TEST_F(ExchangeTest, ASilentDeviceMakesAQueryThrowAfterTheTimeOut) {
     dongle.staySilentOn(Type::version);
-    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+    EXPECT_THAT(secondsUntilThrown(), soonAfterTwoSeconds);
 }
 
 TEST_F(ExchangeTest, HalfAHeaderIsNoAnswer) {
     dongle.onFirst(Type::version, Fault::halfAHeader());
-    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+    EXPECT_THAT(secondsUntilThrown(), soonAfterTwoSeconds);
 }
 
 TEST_F(ExchangeTest, ATimeOutInThePayloadYieldsNothingThoughTheHeaderArrived) {
     dongle.onFirst(Type::version, Fault::halfAPayload());
-    EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+    EXPECT_THAT(secondsUntilThrown(), soonAfterTwoSeconds);
 }
 
 TEST_F(ExchangeTest, AMalformedAnswerOfTheRightTypeIsReturnedAsAnInvalidObject) {
@@ -109,11 +114,11 @@ TEST_F(ExchangeTest, AQueryThatTheFactoryCannotDecodeReturnsNothing) {
 }
 
 TEST_F(ExchangeTest, AQueryThatCannotBeWrittenWholeReturnsNothingAndSaysSo) {
-    const ShortWrite shortWrite{Type::version, 1, 3};
+    system.cutWrite(Type::version, 1, 3);
     PrintedLines lines;
     EXPECT_EQ(velmorindal.queryDevice(versionCode), nullptr);
     EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");
-    EXPECT_TRUE(shortWrite.hasHappened());
+    EXPECT_TRUE(system.cutHasHappened());
 }
 
 TEST_F(ExchangeTest, AQueryOnAClosedPortSaysThatTheWriteFailedAndThrowsItsOwnError) {
@@ -180,7 +185,7 @@ TEST_F(ExchangeTest, TheBaseClassCannotBeSent) {
 }
 
 TEST_F(ExchangeTest, ACommandThatCannotBeWrittenWholeIsRefusedAndSaysSo) {
-    const ShortWrite shortWrite{Type::outputPath, 1, 2};
+    system.cutWrite(Type::outputPath, 1, 2);
     PrintedLines lines;
     EXPECT_FALSE(velmorindal.sendCommand(VCOutputPath{}));
     EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");

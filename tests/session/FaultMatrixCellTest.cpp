@@ -55,7 +55,7 @@ TEST_P(FaultMatrixTest, EndsAsTheTableSays) {
     EXPECT_EQ(told.lines, expected.lines);
     EXPECT_EQ(told.frames, expected.frames);
     const auto arrived = framesThatArrived(expected.frames);
-    EXPECT_TRUE(dongle.waitForFrames(arrived.size(), ManualDispatch::bound));
+    EXPECT_TRUE(dongle.waitForFrames(arrived.size(), dispatch.bound));
     EXPECT_EQ(dongle.receivedFrames(), arrived);
     EXPECT_EQ(mishapHappened(), !cannotHappen(cell()));
     if (connects()) {

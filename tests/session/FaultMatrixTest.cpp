@@ -1,9 +1,5 @@
 #include "session/FaultMatrixTest.h"
 
-#include <fcntl.h>
-#include <termios.h>
-#include <unistd.h>
-
 #include <limits>
 #include <regex>
 #include <sstream>
@@ -70,7 +66,7 @@ void FaultMatrixTest::SetUp() {
         // for a report there is none that could be cut: the order to start and the order to stop are whole.
         const std::size_t occurrence =
             exchange.column == Column::report ? std::numeric_limits<std::size_t>::max() : exchange.occurrence;
-        cut_ = std::make_unique<ShortWrite>(exchange.type, occurrence, 1);
+        system.cutWrite(exchange.type, occurrence, 1);
     } else if (exchange.column == Column::report) {
         dongle.onReport(exchange.occurrence, countedMishap());
     } else {
@@ -91,7 +87,7 @@ void FaultMatrixTest::SetUp() {
         velmorindal.connectionState = ConnectionStatus::connected;
         velmorindal.isValid = true;
     }
-    frames_ = std::make_unique<FrameWatch>([this](std::size_t number) { beforeFrame(number); });
+    system.beforeFrame([this](std::size_t number) { beforeFrame(number); });
 }
 
 void FaultMatrixTest::beforeFrame(std::size_t number) {
@@ -110,12 +106,11 @@ void FaultMatrixTest::beforeFrame(std::size_t number) {
 }
 
 bool FaultMatrixTest::waitForThePull() {
-    dongle.waitForFrames(std::numeric_limits<std::size_t>::max(), ManualDispatch::bound);
+    dongle.waitForFrames(std::numeric_limits<std::size_t>::max(), dispatch.bound);
     return !dongle.isPlugged();
 }
 
 void FaultMatrixTest::noteStates() {
-    const std::lock_guard lock{mutex_};
     noteChange(story_.connectionStates, std::string{caseName(velmorindal.connectionState.get())});
     noteChange(story_.pollingStates, std::string{caseName(velmorindal.pollingState.get())});
     noteChange(story_.progress, velmorindal.readWriteProgress.get());
@@ -142,7 +137,7 @@ Story FaultMatrixTest::play() {
     noteStates();
     states_.reset();
     story_.lines = linesOf(printed.take(), dongle.path().string());
-    story_.frames = frames_->frames();
+    story_.frames = system.frames();
     dropFirst(story_.connectionStates);
     dropFirst(story_.pollingStates);
     dropFirst(story_.progress);
@@ -174,17 +169,7 @@ bool FaultMatrixTest::connectOnce() {
     if (isExchange(Exchange::probe) && isMishap(Mishap::pulledAfter)) {
         EXPECT_TRUE(waitForThePull());
     }
-    if (isExchange(Exchange::probe) && isMishap(Mishap::lengthTooShort)) {
-        dropUnreadBytes();
-    }
     return dispatch.finish([&result] { return result.get(); });
-}
-
-/// What a port drops when it is closed; a pseudo-terminal keeps it for a moment.
-void FaultMatrixTest::dropUnreadBytes() const {
-    const int port = ::open(dongle.path().c_str(), O_RDWR | O_NOCTTY);
-    EXPECT_EQ(::tcflush(port, TCIFLUSH), 0);
-    EXPECT_EQ(::close(port), 0);
 }
 
 void FaultMatrixTest::askAgain() {

@@ -2,12 +2,9 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 
 #include "session/FaultMatrixStory.h"
-#include "session/FrameWatch.h"
 #include "session/SessionTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 
@@ -26,7 +23,9 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     std::vector<ByteBuffer> framesThatArrived(const std::vector<ByteBuffer>& written) const;
 
     /// Whether the dongle has bent an answer, or the system has cut a write, as the cell says.
-    bool mishapHappened() const { return cut_ ? cut_->hasHappened() : *answersBent_ == 1; }
+    bool mishapHappened() const {
+        return isMishap(Mishap::writeCutShort) ? system.cutHasHappened() : *answersBent_ == 1;
+    }
 
     bool connects() const { return cell().exchange.exchange < Exchange::writeProtocol; }
     bool calibrates() const { return cell().exchange.exchange >= Exchange::autoTuneStart; }
@@ -51,7 +50,6 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     void beforeFrame(std::size_t number);
     void noteStates();
     bool waitForThePull();
-    void dropUnreadBytes() const;
 
     bool isMishap(Mishap mishap) const { return cell().mishap.mishap == mishap; }
     bool endsWithThePull() const {
@@ -60,12 +58,9 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     }
     bool isExchange(Exchange exchange) const { return cell().exchange.exchange == exchange; }
 
-    std::unique_ptr<FrameWatch> frames_;
-    std::unique_ptr<ShortWrite> cut_;
     /// The dongle outlives the test.
     std::shared_ptr<std::atomic<int>> answersBent_ = std::make_shared<std::atomic<int>>(0);
     ChangeNotifier::Subscription states_;
-    std::mutex mutex_;
     Story story_;
 };
 

@@ -21,7 +21,8 @@ class HostileDirectory : public testing::Test {
     /// dongle.
     static std::string printedBy(const fs::path& place) {
         ManualDispatch dispatch;
-        VelmorindalSwitch velmorindal{dispatch, {.directory = place.string() + "/"}};
+        PosixSystem system;
+        VelmorindalSwitch velmorindal{dispatch, system, {.directory = place.string() + "/"}};
         PrintedLines lines;
         EXPECT_FALSE(dispatch.finish([&] { return velmorindal.connect(); }));
         EXPECT_EQ(velmorindal.lastError.get(), noDongleText);
@@ -31,14 +32,16 @@ class HostileDirectory : public testing::Test {
 
     /// The same as a user without special rights.
     static std::string printedToOrdinaryUserBy(const fs::path& place) {
-        PrintedLines lines;
+        // What another process prints is seen at the descriptor alone.
+        testing::internal::CaptureStdout();
         const int status = asOrdinaryUser([&] {
             ManualDispatch dispatch;
-            VelmorindalSwitch velmorindal{dispatch, {.directory = place.string() + "/"}};
+            PosixSystem system;
+            VelmorindalSwitch velmorindal{dispatch, system, {.directory = place.string() + "/"}};
             return !velmorindal.connect() && velmorindal.lastError.get() == noDongleText ? 0 : 1;
         });
         EXPECT_EQ(status, 0);
-        return lines.take();
+        return testing::internal::GetCapturedStdout();
     }
 
     void add(const std::string& name) const { std::ofstream{directory.path() / name}; }
@@ -82,7 +85,8 @@ TEST_F(HostileDirectory, InsideAnotherThatMayNotBeReadHidesNothingElse) {
               "Open Result:  -1\nOpen Result:  -1\n" + std::string{noDongleLine});
 }
 
-class ADongleThatAnotherProgramHolds : public SessionTest, public testing::WithParamInterface<const char*> {};
+class ADongleThatAnotherProgramHolds : public TerminalSessionTest,
+                                       public testing::WithParamInterface<const char*> {};
 
 TEST_P(ADongleThatAnotherProgramHolds, IsNotFoundUntilItIsLetGo) {
     ChildProcess other{python(GetParam(), {dongle.path().string()})};

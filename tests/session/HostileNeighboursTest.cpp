@@ -55,7 +55,7 @@ class DescriptorLimit {
 };
 
 /// A dongle whose directory holds more than it should. Everything named here is named like a dongle.
-class HostileNeighbours : public SessionTest {
+class HostileNeighbours : public TerminalSessionTest {
   protected:
     fs::path named(const std::string& rest) const { return directory.path() / ("cu.usbmodem" + rest); }
 
@@ -134,15 +134,6 @@ TEST_F(HostileNeighbours, ADongleMayHaveAnyName) {
     const std::string text = lines.take();
     EXPECT_THAT(text, HasSubstr("Definitely this one  " + odd.path().string() + "\n"));
     EXPECT_THAT(text, HasSubstr(" a \\\"b\\\"\\x0aOpen Result:\\x09\\x7f\xC3\xFF\"]\n"));
-}
-
-TEST_F(HostileNeighbours, AnEndlessDeviceThatIsNoTerminalIsNoDongle) {
-    // Writing fails at once; reading brings zeros, which is a frame without a text; reading brings nonsense.
-    addLink("-full", "/dev/full");
-    addLink("-zero", "/dev/zero");
-    addLink("-random", "/dev/urandom");
-    EXPECT_THAT(list(), ElementsAre(path()));
-    EXPECT_THAT(printed, HasSubstr("Could not write my whole sequence.\n"));
 }
 
 TEST_F(HostileNeighbours, AThousandCandidatesLeaveADescriptorForTheDongle) {

@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "session/ManualDispatch.h"
 #include "session/VelmorindalSwitch.h"
+#include "support/ManualDispatch.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 namespace {
@@ -13,7 +14,8 @@ using testing::IsEmpty;
 class ModelTest : public testing::Test {
   protected:
     ManualDispatch dispatch;
-    VelmorindalSwitch velmorindal{dispatch};
+    PosixSystem system;
+    VelmorindalSwitch velmorindal{dispatch, system};
 };
 
 TEST_F(ModelTest, AFreshModelShowsItsInitialValues) {
@@ -86,7 +88,7 @@ TEST_F(ModelTest, UnpublishedPropertiesChangeSilently) {
     velmorindal.lastError = "A text";
     velmorindal.isValid = true;
     velmorindal.bgIsProcessing = true;
-    velmorindal.serialPort = std::make_shared<SerialPort>("/dev/null");
+    velmorindal.serialPort = std::make_shared<SerialPort>("/dev/null", system);
     EXPECT_EQ(announcements, 0);
 }
 

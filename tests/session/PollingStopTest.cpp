@@ -10,11 +10,7 @@ class PollingStopTest : public CalibrationPollingTest {
     /// A moment of the start of a run at which the main thread asks it to stop: `reached` says that it has
     /// come.
     void stopWhileStarting(const std::function<bool()>& reached) {
-        const auto deadline = std::chrono::steady_clock::now() + ManualDispatch::bound;
-        while (!reached() && std::chrono::steady_clock::now() < deadline) {
-            std::this_thread::yield();
-        }
-        ASSERT_TRUE(reached());
+        ASSERT_TRUE(dispatch.waitUntil(reached));
         velmorindal.stopPollingAndWait();
         EXPECT_FALSE(velmorindal.bgIsProcessing);
         EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);

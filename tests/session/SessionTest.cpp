@@ -12,7 +12,7 @@ std::string line(std::string_view name, Value value) {
 
 }  // namespace
 
-std::vector<std::string> SessionTest::published() const {
+std::vector<std::string> publishedBy(const VelmorindalSwitch& velmorindal) {
     const keyList keys = velmorindal.outputKeys.get();
     return {line("connectionState", velmorindal.connectionState.get()),
             line("outputPath", velmorindal.outputPath.get()),

@@ -3,26 +3,64 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "session/ManualDispatch.h"
+#include "session/DongleProbe.h"
 #include "session/VelmorindalSwitch.h"
 #include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
+#include "support/ManualDispatch.h"
+#include "support/PrintedLines.h"
 #include "support/TemporaryDirectory.h"
+#include "support/VirtualWorld.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 
 inline constexpr const char* noDongleText =
     "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
 
+/// A dongle in this process, on virtual time.
+struct VirtualDongleWorld : VirtualWorld {
+    explicit VirtualDongleWorld(const SimulatedDongle::Options& options)
+        : dongle{system, directory.path(), options} {}
+
+    TemporaryDirectory directory;
+    InProcessDongle dongle;
+};
+
+/// A dongle on a pseudo-terminal, threads that run at once, and the system's own clock.
+struct TerminalDongleWorld {
+    explicit TerminalDongleWorld(const SimulatedDongle::Options& options)
+        : dongle{directory.path(), options} {}
+
+    void end() { dispatch.waitForBackground(); }
+
+    PosixSystem system;
+    ManualDispatch dispatch;
+    TemporaryDirectory directory;
+    VirtualDongle dongle;
+};
+
+/// What the model publishes and can be compared, as one line of words for each property, in declaration
+/// order.
+std::vector<std::string> publishedBy(const VelmorindalSwitch& velmorindal);
+
 /// A model beside one simulated dongle, its main queue in the hands of the test.
-class SessionTest : public testing::Test {
+template <typename World>
+class SessionTestOn : public testing::Test, protected World {
   protected:
-    explicit SessionTest(const VirtualDongle::Options& options = {}) : dongle{directory.path(), options} {}
+    using World::directory;
+    using World::dispatch;
+    using World::dongle;
+    using World::system;
+
+    explicit SessionTestOn(const SimulatedDongle::Options& options = {}) : World{options} {}
+    ~SessionTestOn() override { World::end(); }
 
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
@@ -39,21 +77,17 @@ class SessionTest : public testing::Test {
 
     /// Gives the model an open port to the dongle and nothing else.
     void openPort() {
-        auto port = std::make_shared<SerialPort>(dongle.path().string());
+        auto port = std::make_shared<SerialPort>(dongle.path().string(), system);
         port->openPort();
-        port->setSettings({.receiveRate = BaudRate::baud115200,
-                           .transmitRate = BaudRate::baud115200,
-                           .minimumBytesToRead = 0,
-                           .timeout = 2});
+        port->setSettings(dongleLine);
         velmorindal.serialPort = port;
     }
 
-    /// What the model publishes and can be compared, as one line of words for each property that `change` has
-    /// changed, in declaration order.
+    /// Those of publishedBy() that `change` has changed.
     std::vector<std::string> changesMadeBy(const std::function<void()>& change) const {
-        const auto before = published();
+        const auto before = publishedBy(velmorindal);
         change();
-        const auto after = published();
+        const auto after = publishedBy(velmorindal);
         std::vector<std::string> changes;
         for (std::size_t index = 0; index < before.size(); ++index) {
             if (before[index] != after[index]) {
@@ -67,29 +101,23 @@ class SessionTest : public testing::Test {
     /// lists what each of them changed.
     template <typename Operation>
     std::vector<std::string> changesWhile(Operation operation) {
-        auto result = dispatch.inBackground([operation] {
+        const auto result = dispatch.inBackground([operation] {
             operation();
             return true;
         });
         std::vector<std::string> changes;
-        const auto runOne = [&] {
-            const auto made = changesMadeBy([this] { dispatch.runOneMainWork(); });
-            changes.insert(changes.end(), made.begin(), made.end());
-        };
-        const auto deadline = std::chrono::steady_clock::now() + ManualDispatch::bound;
-        while (std::chrono::steady_clock::now() < deadline) {
-            const bool ended = result.wait_for(std::chrono::milliseconds{1}) == std::future_status::ready;
-            if (dispatch.pendingMainWork() > 0) {
-                runOne();
-            } else if (ended) {
+        while (dispatch.waitUntil([&] { return dispatch.pendingMainWork() > 0 || result.isReady(); })) {
+            if (dispatch.pendingMainWork() == 0) {
                 return changes;
             }
+            const auto made = changesMadeBy([this] { dispatch.runOneMainWork(); });
+            changes.insert(changes.end(), made.begin(), made.end());
         }
         ADD_FAILURE() << "The operation did not end.";
         return changes;
     }
 
-    /// The frames that the device got, without the probe that finds it.
+    /// The frames that the device got, without the first `count`.
     std::vector<ByteBuffer> framesAfter(std::size_t count) const {
         auto frames = dongle.receivedFrames();
         frames.erase(frames.begin(),
@@ -97,35 +125,24 @@ class SessionTest : public testing::Test {
         return frames;
     }
 
-    TemporaryDirectory directory;
-    VirtualDongle dongle;
-    ManualDispatch dispatch;
-    VelmorindalSwitch velmorindal{dispatch, {.directory = directory.path().string() + "/"}};
-
-  private:
-    std::vector<std::string> published() const;
+    VelmorindalSwitch velmorindal{dispatch, system, {.directory = directory.path().string() + "/"}};
 };
 
-/// What standard output holds while it lives.
-class PrintedLines {
-  public:
-    PrintedLines() { testing::internal::CaptureStdout(); }
-    PrintedLines(const PrintedLines&) = delete;
-    PrintedLines& operator=(const PrintedLines&) = delete;
-    ~PrintedLines() {
-        if (!taken_) {
-            testing::internal::GetCapturedStdout();
-        }
-    }
+/// Exact to the tick of a virtual clock. For everything but what a real terminal and real threads do.
+class SessionTest : public SessionTestOn<VirtualDongleWorld> {
+  protected:
+    using SessionTestOn::SessionTestOn;
+    using VirtualWorld::scheduler;
 
-    /// All that was printed since the construction. Once.
-    std::string take() {
-        taken_ = true;
-        return testing::internal::GetCapturedStdout();
+    /// How much virtual time `operation` takes, in seconds.
+    template <typename Operation>
+    double secondsTakenBy(Operation operation) {
+        const Scheduler::Moment start = scheduler.now();
+        operation();
+        return std::chrono::duration<double>{scheduler.now() - start}.count();
     }
-
-  private:
-    bool taken_ = false;
 };
+
+using TerminalSessionTest = SessionTestOn<TerminalDongleWorld>;
 
 }  // namespace velmorindal

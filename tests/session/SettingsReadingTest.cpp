@@ -1,5 +1,4 @@
 #include "session/SessionTest.h"
-#include "session/ShortWrite.h"
 
 namespace velmorindal {
 namespace {
@@ -194,7 +193,7 @@ TEST_P(FailedReadingTest, AnAnswerThatFailsItsChecksIsInvalidAndLeavesTheStateTo
 }
 
 TEST_P(FailedReadingTest, AQueryThatBringsNothingIsReportedAsATimeOut) {
-    const ShortWrite shortWrite{GetParam().type, 1, 0};
+    system.cutWrite(GetParam().type, 1, 0);
     EXPECT_FALSE(read());
     EXPECT_EQ(velmorindal.lastError.get(),
               "Response timeout (Error code: VC" + std::string{GetParam().code} + "/TO)");

@@ -11,6 +11,7 @@
 
 #include "session/VelmorindalSwitch.h"
 #include "support/TemporaryDirectory.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 
@@ -92,7 +93,8 @@ class SettingsFileTest : public testing::Test {
     std::filesystem::path path(std::string_view name) const { return directory.path() / name; }
 
     NoDispatch dispatch;
-    VelmorindalSwitch model{dispatch};
+    PosixSystem system;
+    VelmorindalSwitch model{dispatch, system};
     TemporaryDirectory directory;
     std::string printed;
     int announcements = 0;

@@ -45,7 +45,7 @@ TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
     const FreshTerminal terminal;
     ChildProcess other{python(GetParam().program, {terminal.path()})};
     ASSERT_TRUE(other.says("held")) << other.output();
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     const std::ptrdiff_t before = openDescriptors();
 
     EXPECT_EQ(errorOf([&] { port.openPort(); }), PortError::failedToOpen);
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(SerialPort, APortThatAnotherProcessHolds,
 
 TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
 
     ChildProcess early{python(tryToOpen, {terminal.path()})};
@@ -79,8 +79,8 @@ TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
 
 TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
     const FreshTerminal terminal;
-    SerialPort first{terminal.path()};
-    SerialPort second{terminal.path()};
+    SerialPort first{terminal.path(), posix};
+    SerialPort second{terminal.path(), posix};
     first.openPort();
 
     EXPECT_EQ(errorOf([&] { second.openPort(); }), PortError::failedToOpen);
@@ -93,7 +93,7 @@ TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
 
 TEST(SerialPortExclusiveUse, IsTheTerminalsExclusiveModeToo) {
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
 
     int exclusive = 0;

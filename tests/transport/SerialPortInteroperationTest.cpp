@@ -37,8 +37,8 @@ class SerialCable : public testing::Test {
 };
 
 TEST_F(SerialCable, CarriesEveryByteBothWaysBetweenTwoPorts) {
-    SerialPort nearPort{nearEnd};
-    SerialPort farPort{farEnd};
+    SerialPort nearPort{nearEnd, posix};
+    SerialPort farPort{farEnd, posix};
     for (SerialPort* port : {&nearPort, &farPort}) {
         port->openPort();
         port->setSettings(dongleSettings(10));
@@ -68,7 +68,7 @@ print(received == bytes(range(256)))
 )";
     ChildProcess answerer{python(answerBackwards, {farEnd})};
     ASSERT_TRUE(answerer.says("listening")) << answerer.output();
-    SerialPort port{nearEnd};
+    SerialPort port{nearEnd, posix};
     port.openPort();
     port.setSettings(dongleSettings(20));
     ByteBuffer backwards = everyByte();

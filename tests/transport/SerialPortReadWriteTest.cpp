@@ -40,11 +40,11 @@ class SerialPortOnALine : public testing::Test {
     }
 
     FreshTerminal device;
-    SerialPort port{device.path()};
+    SerialPort port{device.path(), posix};
 };
 
 TEST(ClosedSerialPort, RefusesEveryReadAndWrite) {
-    SerialPort port{"/dev/cu.usbmodem1"};
+    SerialPort port{"/dev/cu.usbmodem1", posix};
     ByteBuffer buffer(4);
 
     EXPECT_EQ(errorOf([&] { port.readBytes(buffer); }), PortError::mustBeOpen);
@@ -61,7 +61,7 @@ TEST(ClosedSerialPort, RefusesEveryReadAndWrite) {
 }
 
 TEST(ClosedSerialPort, ReadsNoBytesAtAllWhenNoneAreAskedFor) {
-    SerialPort port{"/dev/cu.usbmodem1"};
+    SerialPort port{"/dev/cu.usbmodem1", posix};
 
     EXPECT_EQ(port.readData(0), ByteBuffer{});
 }
@@ -177,7 +177,7 @@ TEST_F(SerialPortOnALine, ClosesAfterTheDeviceHasVanished) {
 
 TEST(SerialPortForOneDirection, PassesOnWhatTheSystemSaysToTheOther) {
     const FreshTerminal device;
-    SerialPort port{device.path()};
+    SerialPort port{device.path(), posix};
     ByteBuffer buffer(4);
 
     port.openPort(true, false);
@@ -206,7 +206,7 @@ class SerialPortOnAFile : public testing::Test {
     }
 
     const std::string path = testing::TempDir() + "velmorindal-file-" + std::to_string(::getpid());
-    SerialPort port{path};
+    SerialPort port{path, posix};
 };
 
 TEST_F(SerialPortOnAFile, ReadsOnAtItsEndUntilTheDeadline) {

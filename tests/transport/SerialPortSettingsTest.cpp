@@ -33,7 +33,7 @@ class EveryBaudRate : public testing::TestWithParam<NamedRate> {};
 TEST_P(EveryBaudRate, IsReadBackFromTheLine) {
     const auto& [rate, speed, ordinal, name] = GetParam();
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
 
     port.setSettings({.receiveRate = rate, .transmitRate = rate, .minimumBytesToRead = 0});
@@ -82,7 +82,7 @@ TEST(SerialPortSettings, DefaultToEightBitsWithoutParityFlowControlOrOutputProce
 }
 
 TEST(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange) {
-    SerialPort port{"/nowhere/at/all"};
+    SerialPort port{"/nowhere/at/all", posix};
 
     port.setSettings(dongleSettings(2));
     port.setSettings(dongleSettings(256));
@@ -93,7 +93,7 @@ TEST(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange)
 
 TEST(SerialPortSettingsDeathTest, OutOfRangeStopTheProcessOnAnOpenPort) {
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
     SerialSettings tooManyBytes = dongleSettings(2);
     tooManyBytes.minimumBytesToRead = 256;
@@ -109,7 +109,7 @@ TEST(SerialPortSettingsDeathTest, OutOfRangeStopTheProcessOnAnOpenPort) {
 
 TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
     SerialSettings settings = dongleSettings(3);
     settings.sendTwoStopBits = true;
@@ -138,7 +138,7 @@ TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
 
 TEST(SerialPortSettings, OfTheDongleAreWhatAnotherProgramFindsOnTheLine) {
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
     port.setSettings(dongleSettings(2));
     port.closePort();
@@ -183,7 +183,7 @@ print({index: value for index, value in enumerate(attributes[6]) if value != b"\
       == {termios.VTIME: 30, termios.VMIN: 200})
 )";
     const FreshTerminal terminal;
-    SerialPort port{terminal.path()};
+    SerialPort port{terminal.path(), posix};
     port.openPort();
     port.setSettings({.receiveRate = BaudRate::baud57600,
                       .transmitRate = BaudRate::baud57600,

@@ -8,9 +8,12 @@
 #include <thread>
 #include <vector>
 
+#include "transport/PosixSystem.h"
 #include "transport/SerialPort.h"
 
 namespace velmorindal {
+
+inline PosixSystem posix;
 
 /// The line as the dongle wants it; reads wait `timeout` tenths of a second each and `timeout` seconds in
 /// all.

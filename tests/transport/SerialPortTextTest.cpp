@@ -17,7 +17,7 @@ class SerialPortText : public testing::Test {
     void TearDown() override { port.closePort(); }
 
     FreshTerminal device;
-    SerialPort port{device.path()};
+    SerialPort port{device.path(), posix};
 };
 
 TEST_F(SerialPortText, ReadsALengthOfBytesAsUTF8) {

@@ -13,12 +13,13 @@ std::size_t threadNumber() {
 
 }  // namespace
 
-DeviceUsers::DeviceUsers()
-    : frames_{[seen = seen_](std::size_t) {
-          const std::size_t number = threadNumber();
-          if (seen->latest.exchange(number) > number) {
-              seen->tookTurns = true;
-          }
-      }} {}
+DeviceUsers::DeviceUsers(WatchedWrites<PosixSystem>& system) {
+    system.beforeFrame([seen = seen_](std::size_t) {
+        const std::size_t number = threadNumber();
+        if (seen->latest.exchange(number) > number) {
+            seen->tookTurns = true;
+        }
+    });
+}
 
 }  // namespace velmorindal

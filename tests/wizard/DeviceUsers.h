@@ -4,17 +4,18 @@
 #include <cstddef>
 #include <memory>
 
-#include "session/FrameWatch.h"
+#include "support/WatchedWrites.h"
+#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 
 /// Looks at which threads send frames: every operation has a thread of its own, so that one of which another
 /// has taken the place must never send again.
 ///
-/// The program must be linked with ShortWrite. One at a time.
+/// One at a time for a system.
 class DeviceUsers {
   public:
-    DeviceUsers();
+    explicit DeviceUsers(WatchedWrites<PosixSystem>& system);
 
     /// Whether two operations ever used a device in turns.
     bool tookTurns() const { return seen_->tookTurns; }
@@ -27,7 +28,6 @@ class DeviceUsers {
     };
 
     std::shared_ptr<Seen> seen_ = std::make_shared<Seen>();
-    FrameWatch frames_;
 };
 
 }  // namespace velmorindal

@@ -59,14 +59,15 @@ void Monkey::startProgram() {
     ++programs_;
     log_.clear();
     farewell_.reset();
-    users_.emplace();
-    cut_.reset();
+    users_.emplace(system_);
+    system_.forgetCut();
     loneBytes_ = 0;
     // Every other program has a device that does as it should, and is looked at the more sharply.
     meddles_ = oneIn(2);
     plugIn();
-    wizard_ = std::make_unique<Wizard>(DongleSearch{.directory = devices_.path().string()},
-                                       QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.text(); });
+    wizard_ =
+        std::make_unique<Wizard>(dispatch_, system_, DongleSearch{.directory = devices_.path().string()},
+                                 QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.text(); });
     wizard_->show();
     QApplication::processEvents();
 }
@@ -174,8 +175,7 @@ void Monkey::cutTheNext(Type type) {
     const std::ptrdiff_t taken = results.at(random_() % results.size());
     loneBytes_ += taken > 0 ? 1 : 0;
     // Drops the one before, if it has not come to pass.
-    cut_.reset();
-    cut_ = std::make_unique<ShortWrite>(type, 1, taken);
+    system_.cutWrite(type, 1, taken);
 }
 
 Fault Monkey::someFault() {

@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "session/ShortWrite.h"
 #include "simulator/VirtualDongle.h"
 #include "support/TemporaryDirectory.h"
+#include "support/WatchedWrites.h"
+#include "transport/PosixSystem.h"
+#include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/Wizard.h"
 #include "wizard/DeviceUsers.h"
 #include "wizard/MonkeyHands.h"
@@ -83,10 +85,11 @@ class Monkey {
     std::size_t framesSeen_ = 0;
     bool meddles_ = false;
     std::optional<DeviceUsers> users_;
-    std::unique_ptr<ShortWrite> cut_;
     /// Bytes of cut frames that may have gone out alone.
     std::size_t loneBytes_ = 0;
     bool sawWriteWithoutState_ = false;
+    WatchedWrites<PosixSystem> system_;
+    QtDispatch dispatch_;
     std::unique_ptr<Wizard> wizard_;
     std::optional<std::string> farewell_;
 

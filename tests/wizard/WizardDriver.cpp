@@ -59,7 +59,8 @@ MessageDialog* shownMessage() {
 }  // namespace
 
 WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
-    : wizard_{std::make_unique<Wizard>(DongleSearch{.directory = deviceDirectory.string()},
+    : wizard_{std::make_unique<Wizard>(dispatch_, system_,
+                                       DongleSearch{.directory = deviceDirectory.string()},
                                        QtFilePanel::Kind::toolkit, [this] { left_ = true; })} {
     wizard_->show();
     if (!QTest::qWaitForWindowExposed(&wizard_->window())) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "transport/PosixSystem.h"
+#include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/Wizard.h"
 
 class QWidget;
@@ -77,6 +79,8 @@ class WizardDriver {
 
     std::filesystem::path settingsDirectory_;
     bool left_ = false;
+    PosixSystem system_;
+    QtDispatch dispatch_;
     std::unique_ptr<Wizard> wizard_;
 };
 

@@ -1,7 +1,6 @@
 #include "ui/views/AppDelegate.h"
 
 #include <chrono>
-#include <thread>
 #include <utility>
 
 #include "diagnostics/Print.h"
@@ -13,8 +12,8 @@ constexpr std::chrono::milliseconds writeCheckInterval{200};
 
 }  // namespace
 
-AppDelegate::AppDelegate(Dispatch& dispatch, DongleSearch search)
-    : velmorindal{dispatch, std::move(search)}, dispatch_{dispatch} {}
+AppDelegate::AppDelegate(Dispatch& dispatch, System& system, DongleSearch search)
+    : velmorindal{dispatch, system, std::move(search)}, dispatch_{dispatch} {}
 
 bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
     return true;
@@ -31,7 +30,7 @@ bool AppDelegate::applicationShouldTerminate() {
     // The write posts its final state to the main queue, which is the thread that waits here.
     while (velmorindal.connectionState.get() == ConnectionStatus::writing) {
         print("Waiting for write to finish.");
-        std::this_thread::sleep_for(writeCheckInterval);
+        velmorindal.system().sleepFor(writeCheckInterval);
         dispatch_.runPendingMainWork();
     }
     // A write that was submitted and has not entered `writing` needs no wait: it sends nothing before its

@@ -10,8 +10,8 @@ namespace velmorindal {
 /// Main thread only.
 class AppDelegate {
   public:
-    /// `dispatch` must outlive the delegate.
-    explicit AppDelegate(Dispatch& dispatch, DongleSearch search = {});
+    /// `dispatch` and `system` must outlive the delegate.
+    AppDelegate(Dispatch& dispatch, System& system, DongleSearch search = {});
 
     /// Shared by every view. Lives until the process ends.
     VelmorindalSwitch velmorindal;

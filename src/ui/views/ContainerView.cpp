@@ -54,7 +54,7 @@ ButtonOptions summaryButtons(bool writing, bool justSaved) {
 ContainerView::ContainerView(VelmorindalSwitch& model, Dispatch& dispatch, FilePanel& filePanel,
                              std::function<void()> terminate)
     : velmorindal{model},
-      theSwitch{dispatch},
+      theSwitch{dispatch, model.system()},
       connectPanel{model, filePanel, objectWillChange},
       modePanel{model},
       outputPanel{model},

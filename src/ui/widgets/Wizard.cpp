@@ -6,11 +6,12 @@
 
 namespace velmorindal {
 
-Wizard::Wizard(DongleSearch search, QtFilePanel::Kind filePanelKind, std::function<void()> leave)
+Wizard::Wizard(Dispatch& dispatch, System& system, DongleSearch search, QtFilePanel::Kind filePanelKind,
+               std::function<void()> leave)
     : leave_{std::move(leave)},
-      delegate_{dispatch_, std::move(search)},
+      delegate_{dispatch, system, std::move(search)},
       filePanel_{filePanelKind},
-      container_{delegate_.velmorindal, dispatch_, filePanel_, [this] { terminate(); }},
+      container_{delegate_.velmorindal, dispatch, filePanel_, [this] { terminate(); }},
       window_{container_, [this] { terminate(); }} {
     filePanel_.setWindow(window_);
 }

@@ -2,11 +2,12 @@
 
 #include <functional>
 
+#include "session/Dispatch.h"
 #include "session/DongleSearch.h"
+#include "transport/System.h"
 #include "ui/views/AppDelegate.h"
 #include "ui/views/ContainerView.h"
 #include "ui/widgets/MainWindow.h"
-#include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/QtFilePanel.h"
 
 namespace velmorindal {
@@ -16,8 +17,10 @@ namespace velmorindal {
 /// Main thread. Must not be destroyed while background work runs; the program itself never destroys it.
 class Wizard {
   public:
-    /// `leave` ends the process and may return only in a test.
-    Wizard(DongleSearch search, QtFilePanel::Kind filePanelKind, std::function<void()> leave);
+    /// `dispatch` and `system` must outlive the wizard. `leave` ends the process and may return only in a
+    /// test.
+    Wizard(Dispatch& dispatch, System& system, DongleSearch search, QtFilePanel::Kind filePanelKind,
+           std::function<void()> leave);
 
     void show();
 
@@ -32,7 +35,6 @@ class Wizard {
   private:
     std::function<void()> leave_;
     bool terminating_ = false;
-    QtDispatch dispatch_;
     AppDelegate delegate_;
     QtFilePanel filePanel_;
     ContainerView container_;

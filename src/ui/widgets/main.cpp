@@ -4,7 +4,9 @@
 #include <cstdlib>
 
 #include "session/DongleSearch.h"
+#include "transport/PosixSystem.h"
 #include "ui/widgets/ApplicationSetup.h"
+#include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/QuitSignals.h"
 #include "ui/widgets/Wizard.h"
 
@@ -27,7 +29,9 @@ int main(int /*argc*/, char** argv) {
     const QApplication application{argumentCount, argv};
     velmorindal::setUpApplication();
 
-    velmorindal::Wizard wizard{velmorindal::DongleSearch::fromEnvironment(),
+    velmorindal::QtDispatch dispatch;
+    velmorindal::PosixSystem system;
+    velmorindal::Wizard wizard{dispatch, system, velmorindal::DongleSearch::fromEnvironment(),
                                velmorindal::QtFilePanel::Kind::native, leave};
     const velmorindal::QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};
     wizard.show();

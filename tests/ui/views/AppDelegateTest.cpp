@@ -1,6 +1,6 @@
 #include "ui/views/AppDelegate.h"
 
-#include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -11,8 +11,10 @@ using testing::ElementsAre;
 using testing::Not;
 
 /// The delegate's own model and a container on it.
-class AppDelegateTest : public testing::Test {
+class AppDelegateTest : public testing::Test, protected VirtualWorld {
   protected:
+    ~AppDelegateTest() override { end(); }
+
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
         dispatch.waitForBackground();
@@ -30,8 +32,7 @@ class AppDelegateTest : public testing::Test {
     }
 
     TemporaryDirectory directory;
-    ManualDispatch dispatch;
-    AppDelegate delegate{dispatch, {.directory = directory.path().string() + "/"}};
+    AppDelegate delegate{dispatch, system, {.directory = directory.path().string() + "/"}};
     VelmorindalSwitch& velmorindal = delegate.velmorindal;
     PretendFilePanel filePanel;
     ContainerView container{velmorindal, dispatch, filePanel,
@@ -67,7 +68,7 @@ TEST_F(AppDelegateTest, QuittingTwiceIsHarmless) {
 }
 
 TEST_F(AppDelegateTest, QuittingClosesThePort) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     ASSERT_TRUE(portIsOpen());
 
@@ -78,7 +79,7 @@ TEST_F(AppDelegateTest, QuittingClosesThePort) {
 }
 
 TEST_F(AppDelegateTest, QuittingStopsARunningPollAndWaitsForItsStepToEnd) {
-    VirtualDongle dongle{directory.path(), {.reportInterval = std::chrono::milliseconds{5}}};
+    InProcessDongle dongle{system, directory.path(), {.reportInterval = std::chrono::milliseconds{5}}};
     ASSERT_TRUE(connect());
     for (const PollingState measurement : {PollingState::clarity, PollingState::duration}) {
         velmorindal.connectionState = ConnectionStatus::connected;
@@ -137,7 +138,7 @@ TEST_F(AppDelegateTest, EveryTurnOfTheWaitForAWriteIsLogged) {
 }
 
 TEST_F(AppDelegateTest, QuittingDuringAWriteLetsTheDeviceStoreItAll) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     dongle.onEvery(VelmorindalMessageType::keyboardConfig, Fault::lateBy(std::chrono::milliseconds{300}));
     container.saveButtonPressed();
@@ -156,7 +157,7 @@ TEST_F(AppDelegateTest, QuittingDuringAWriteLetsTheDeviceStoreItAll) {
 }
 
 TEST_F(AppDelegateTest, QuittingBeforeASubmittedWriteHasAnnouncedItselfWritesNothing) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     const std::size_t framesOfConnecting = dongle.receivedFrames().size();
     container.saveButtonPressed();
@@ -173,7 +174,7 @@ TEST_F(AppDelegateTest, QuittingBeforeASubmittedWriteHasAnnouncedItselfWritesNot
 }
 
 TEST_F(AppDelegateTest, QuittingWhileConnectingClosesThePortUnderTheAttempt) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     dongle.staySilentOn(VelmorindalMessageType::status);
     container.nextButtonPressed();
     ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return portIsOpen(); }));

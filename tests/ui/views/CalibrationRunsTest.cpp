@@ -1,4 +1,4 @@
-#include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -32,7 +32,7 @@ class CalibrationRunsTest : public WizardTest {
         return linesStarting("Setting polling state", linesPrintedBy(action));
     }
 
-    VirtualDongle dongle{directory.path(), {.reportInterval = std::chrono::milliseconds{5}}};
+    InProcessDongle dongle{system, directory.path(), {.reportInterval = std::chrono::milliseconds{5}}};
     CalibrationPanelView& page = container.calibrationPanel;
 };
 

@@ -1,4 +1,4 @@
-#include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -51,7 +51,7 @@ TEST_F(ContainerConnectionTest, BackAndNextWhileDonglesAreLookedForStartNoSecond
 }
 
 TEST_F(ContainerConnectionTest, ASuccessWithoutATextShowsNoDialogAtAll) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
 
     container.nextButtonPressed();
     finishBackground();
@@ -63,7 +63,7 @@ TEST_F(ContainerConnectionTest, ASuccessWithoutATextShowsNoDialogAtAll) {
 }
 
 TEST_F(ContainerConnectionTest, ConnectShowsConnectingMeanwhile) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     container.nextButtonPressed();
     EXPECT_EQ(container.currentButtons().rawValue, 18);
     EXPECT_EQ(container.connectPanel.statusText(), "Initializing...");
@@ -80,8 +80,8 @@ TEST_F(ContainerConnectionTest, ConnectShowsConnectingMeanwhile) {
 }
 
 TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
-    const VirtualDongle first{directory.path(), {.name = "cu.usbmodem-1"}};
-    const VirtualDongle second{directory.path(), {.name = "cu.usbmodem-2"}};
+    const InProcessDongle first{system, directory.path(), {.name = "cu.usbmodem-1"}};
+    const InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-2"}};
 
     const auto lines = linesPrintedBy([&] {
         container.nextButtonPressed();
@@ -150,7 +150,7 @@ class LoadedWhileReadingTest : public ContainerConnectionTest {
         filePanel.choose(file);
     }
 
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ChosenSettings saved{};
 };
 
@@ -185,7 +185,7 @@ TEST_F(LoadedWhileReadingTest, WhatIsChangedAfterTheFileStaysWhenTheAttemptEndsO
 }
 
 TEST_F(ContainerConnectionTest, AFileThatLoadsWhileAConnectionFailsLeavesTheConnectionsReason) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     dongle.onFirst(VelmorindalMessageType::humDuration, Fault::payloadOneByteLonger());
     const std::string file = (directory.path() / "settings.xml").string();
     velmorindal.writeXML(file);
@@ -203,7 +203,7 @@ TEST_F(ContainerConnectionTest, AFileThatLoadsWhileAConnectionFailsLeavesTheConn
 }
 
 TEST_F(ContainerConnectionTest, AFileThatFailsToLoadWhileConnectingHasItsOwnDialog) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     container.nextButtonPressed();
     // Up to the point where the attempt waits for the main queue to show that it is connecting.
     ASSERT_TRUE(dispatch.waitForPendingMainWork(2));

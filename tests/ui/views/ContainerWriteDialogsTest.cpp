@@ -1,4 +1,4 @@
-#include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -21,7 +21,7 @@ class ContainerWriteDialogsTest : public WizardTest {
 };
 
 TEST_F(ContainerWriteDialogsTest, AWriteThatSucceedsOffersToSaveAFileAndThenToClose) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     container.savePressed();
     EXPECT_EQ(container.currentButtons().rawValue, 11);
@@ -41,7 +41,7 @@ TEST_F(ContainerWriteDialogsTest, AWriteThatSucceedsOffersToSaveAFileAndThenToCl
 }
 
 TEST_F(ContainerWriteDialogsTest, ACutoffThatTheDeviceCannotHoldIsRefusedBeforeAnythingIsSent) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     const std::size_t sent = dongle.receivedFrames().size();
     for (const float cutoff : {5000.0F, -1.0F}) {
@@ -88,7 +88,7 @@ TEST_F(ContainerWriteDialogsTest, AWriteWithoutAConnectionSaysWhyItWasRefused) {
 }
 
 TEST_F(ContainerWriteDialogsTest, AStepThatTheDeviceRefusesIsShownWithItsCode) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     dongle.onNext(VelmorindalMessageType::relayConfig, Fault::errorFrame());
 
@@ -137,7 +137,7 @@ TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarning) {
 }
 
 TEST_F(ContainerWriteDialogsTest, TheOfferOfAFileFollowsEveryWrite) {
-    VirtualDongle dongle{directory.path()};
+    InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     for (const bool written : {true, false}) {
         if (!written) {
@@ -154,7 +154,7 @@ TEST_F(ContainerWriteDialogsTest, TheOfferOfAFileFollowsEveryWrite) {
 }
 
 TEST_F(ContainerWriteDialogsTest, AllIsDoneIsSaidBeforeAFileIsOffered) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     const auto lines = linesPrintedBy([&] {
         container.saveButtonPressed();

@@ -1,4 +1,4 @@
-#include "simulator/VirtualDongle.h"
+#include "support/InProcessDongle.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -13,7 +13,7 @@ class ContainerWriteTest : public WizardTest {
 };
 
 TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfASuccess) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
 
     auto lines = linesPrintedBy([&] {
@@ -29,7 +29,7 @@ TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfASuccess) {
 
 TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
     auto lines = linesPrintedBy([&] {
-        const VirtualDongle dongle{directory.path()};
+        const InProcessDongle dongle{system, directory.path()};
         ASSERT_TRUE(connect());
         container.saveButtonPressed();
         ASSERT_TRUE(dispatch.runMainWorkUntil(
@@ -42,7 +42,7 @@ TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
 }
 
 TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResult) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     container.currentState = wizardState::Summary;
     container.saveButtonPressed();
@@ -68,7 +68,7 @@ TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfAFailure) {
 }
 
 TEST_F(ContainerWriteTest, SaveReturnsBeforeTheWriteHasRun) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
 
     container.saveButtonPressed();
@@ -93,7 +93,7 @@ TEST_F(ContainerWriteTest, TheResultArrivesByTheMainQueueAndTheOfferOfAFileAfter
 }
 
 TEST_F(ContainerWriteTest, ASecondSaveWhileAWriteIsUnderWayDoesNothing) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     container.saveButtonPressed();
     ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
@@ -106,7 +106,7 @@ TEST_F(ContainerWriteTest, ASecondSaveWhileAWriteIsUnderWayDoesNothing) {
 }
 
 TEST_F(ContainerWriteTest, SummaryIsNotLeftWhileAWriteThatHasNotAnnouncedItselfIsUnderWay) {
-    const VirtualDongle dongle{directory.path()};
+    const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
     container.saveButtonPressed();
     ASSERT_TRUE(dispatch.waitForPendingMainWork(1));

@@ -11,9 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include "session/ManualDispatch.h"
 #include "session/VelmorindalSwitch.h"
+#include "support/InProcessDongle.h"
+#include "support/PrintedLines.h"
 #include "support/TemporaryDirectory.h"
+#include "support/VirtualWorld.h"
 #include "ui/views/ContainerView.h"
 #include "ui/views/FilePanel.h"
 
@@ -54,12 +56,12 @@ class PretendFilePanel final : public FilePanel {
     Completion completion_;
 };
 
-/// What is printed to standard output while `action` runs, line by line.
+/// What is printed while `action` runs, line by line.
 template <typename Action>
 std::vector<std::string> linesPrintedBy(Action action) {
-    testing::internal::CaptureStdout();
+    PrintedLines printed;
     action();
-    const std::string text = testing::internal::GetCapturedStdout();
+    const std::string text = printed.take();
     std::vector<std::string> lines;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
@@ -81,15 +83,19 @@ inline std::vector<std::string> linesStarting(std::string_view start, const std:
 }
 
 /// A model without a device, for pages that only read and edit it.
-class PanelTest : public testing::Test {
+class PanelTest : public testing::Test, protected VirtualWorld {
   protected:
-    ManualDispatch dispatch;
-    VelmorindalSwitch velmorindal{dispatch};
+    ~PanelTest() override { end(); }
+
+    VelmorindalSwitch velmorindal{dispatch, system};
 };
 
-/// The whole wizard without a toolkit. A test that needs a dongle plugs a VirtualDongle into `directory`.
-class WizardTest : public testing::Test {
+/// The whole wizard without a toolkit, on virtual time. A test that needs a dongle plugs an InProcessDongle
+/// into `directory`.
+class WizardTest : public testing::Test, protected VirtualWorld {
   protected:
+    ~WizardTest() override { end(); }
+
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
         dispatch.waitForBackground();
@@ -143,8 +149,7 @@ class WizardTest : public testing::Test {
     }
 
     TemporaryDirectory directory;
-    ManualDispatch dispatch;
-    VelmorindalSwitch velmorindal{dispatch, {.directory = directory.path().string() + "/"}};
+    VelmorindalSwitch velmorindal{dispatch, system, {.directory = directory.path().string() + "/"}};
     PretendFilePanel filePanel;
     int terminations = 0;
     bool wasProcessingAtTermination = false;

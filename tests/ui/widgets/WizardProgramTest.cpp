@@ -8,7 +8,9 @@
 
 #include "simulator/VirtualDongle.h"
 #include "support/TemporaryDirectory.h"
+#include "transport/PosixSystem.h"
 #include "ui/views/WizardTest.h"
+#include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/Wizard.h"
 
 namespace velmorindal {
@@ -44,8 +46,12 @@ class WizardProgramTest : public testing::Test {
     TemporaryDirectory directory;
     VirtualDongle dongle{directory.path()};
     int departures = 0;
+    PosixSystem system;
+    QtDispatch dispatch;
     Wizard wizard{
-        {.directory = directory.path().string() + "/"}, QtFilePanel::Kind::toolkit, [this] { ++departures; }};
+        dispatch, system, {.directory = directory.path().string() + "/"}, QtFilePanel::Kind::toolkit, [this] {
+            ++departures;
+        }};
 };
 
 TEST_F(WizardProgramTest, NextConnectsAndTheWindowFollows) {

@@ -1,4 +1,4 @@
-#include "schedules/Scheduler.h"
+#include "support/Scheduler.h"
 
 #include <algorithm>
 #include <exception>
@@ -70,7 +70,7 @@ void Scheduler::body(Thread& self, const std::function<void()>& work) {
     self.finished = true;
     noteProgress();
     // Failed schedules go on in the main thread, which ends them.
-    const auto next = candidates(true);
+    const auto next = candidatesInTime(true);
     if (next.empty() && !failure_) {
         failure_ = "hung: everybody waits";
     }
@@ -90,6 +90,16 @@ void Scheduler::waitUntil(std::function<bool()> condition, std::string_view wher
     threads_[running_]->waitsFor = std::move(condition);
     pass(where, false);
     threads_[running_]->waitsFor = nullptr;
+}
+
+bool Scheduler::waitUntil(std::function<bool()> condition, std::function<std::optional<Moment>()> until,
+                          std::string_view where) {
+    Thread& self = *threads_[running_];
+    self.waitsFor = std::move(condition);
+    self.waitsUntil = std::move(until);
+    pass(where, false);
+    self.waitsUntil = nullptr;
+    return std::exchange(self.waitsFor, nullptr)();
 }
 
 std::size_t Scheduler::choose(std::size_t count) {
@@ -112,10 +122,13 @@ void Scheduler::pass(std::string_view where, bool resting) {
         return;
     }
     trace_.push_back({running_, where});
-    if (trace_.size() > limits_.points) {
+    if (trace_.size() > tracedPoints) {
+        trace_.pop_front();
+    }
+    if (++points_ > limits_.points) {
         fail("hung: it goes on without an end");
     }
-    const auto next = candidates(resting);
+    const auto next = candidatesInTime(resting);
     if (next.empty()) {
         fail("hung: everybody waits");
     }
@@ -130,11 +143,45 @@ void Scheduler::pass(std::string_view where, bool resting) {
     }
 }
 
+bool Scheduler::canRun(const Thread& thread) const {
+    if (thread.finished) {
+        return false;
+    }
+    if (!thread.waitsFor || thread.waitsFor()) {
+        return true;
+    }
+    const auto until = thread.waitsUntil ? thread.waitsUntil() : std::nullopt;
+    return until && *until <= now_;
+}
+
+std::optional<Scheduler::Moment> Scheduler::nextMoment() const {
+    std::optional<Moment> next;
+    for (const auto& thread : threads_) {
+        const auto until = !thread->finished && thread->waitsUntil ? thread->waitsUntil() : std::nullopt;
+        if (until) {
+            next = std::min(next.value_or(*until), *until);
+        }
+    }
+    return next;
+}
+
+std::vector<std::size_t> Scheduler::candidatesInTime(bool resting) {
+    auto found = candidates(resting);
+    while (found.empty()) {
+        const auto next = nextMoment();
+        if (!next) {
+            return found;
+        }
+        now_ = std::max(now_, *next);
+        found = candidates(resting);
+    }
+    return found;
+}
+
 std::vector<std::size_t> Scheduler::candidates(bool resting) const {
     std::vector<std::size_t> found;
     const auto consider = [&](std::size_t index) {
-        const Thread& thread = *threads_[index];
-        if (!thread.finished && (!thread.waitsFor || thread.waitsFor())) {
+        if (canRun(*threads_[index])) {
             found.push_back(index);
         }
     };
@@ -174,9 +221,7 @@ bool Scheduler::hasOtherThreads() const {
 
 std::string Scheduler::trace() const {
     std::string text;
-    const std::size_t first = trace_.size() > tracedPoints ? trace_.size() - tracedPoints : 0;
-    for (std::size_t index = first; index < trace_.size(); ++index) {
-        const Point& point = trace_[index];
+    for (const Point& point : trace_) {
         text += "  " + (point.thread == 0 ? "main" : "run " + std::to_string(point.thread)) + ": " +
                 std::string{point.where} + "\n";
     }

@@ -1,4 +1,6 @@
-#include "session/ManualDispatch.h"
+#include "support/ManualDispatch.h"
+
+#include <future>
 
 namespace velmorindal {
 
@@ -82,6 +84,17 @@ bool ManualDispatch::waitForPendingMainWork(std::size_t count) {
 std::size_t ManualDispatch::pendingMainWork() const {
     const std::lock_guard lock{mutex_};
     return mainQueue_.size();
+}
+
+bool ManualDispatch::waitUntil(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + bound;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+    }
+    return true;
 }
 
 void ManualDispatch::waitBriefly() {

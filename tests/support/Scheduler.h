@@ -2,17 +2,17 @@
 
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
-
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
-#include "schedules/Choices.h"
-#include "schedules/Turn.h"
+#include "support/Choices.h"
+#include "support/Turn.h"
 
 namespace velmorindal {
 
@@ -24,9 +24,9 @@ struct ScheduleEnded {};
 /// points, where the choices say who goes next.
 ///
 /// The order without choices is fair: a thread goes on until it rests or waits, then the next one that can
-/// run has its turn. Every choice of somebody else is a deviation from it, and a schedule has a limited
-/// number of them. A schedule in which everybody waits for something that nobody will provide has hung, and
-/// so has one that goes on without an end.
+/// run has its turn; time passes when none can. Every choice of somebody else is a deviation from it, and a
+/// schedule has a limited number of them. A schedule in which everybody waits for something that nobody will
+/// provide has hung, and so has one that goes on without an end.
 class Scheduler {
   public:
     struct Limits {
@@ -35,6 +35,9 @@ class Scheduler {
         /// Scheduling points after which a schedule counts as one without an end.
         std::size_t points = 3000;
     };
+
+    /// In virtual time, counted from the start of the schedule.
+    using Moment = std::chrono::nanoseconds;
 
     /// The calling thread is the main thread and has the token.
     Scheduler(Choices& choices, Limits limits);
@@ -58,6 +61,11 @@ class Scheduler {
     void rest(std::string_view where);
     /// The caller cannot go on before `condition` holds.
     void waitUntil(std::function<bool()> condition, std::string_view where);
+    /// The caller goes on when `condition` holds or the virtual time is at least what `until` says, which is
+    /// asked again and again. Once nobody else can go on, time passes up to the earliest such moment.
+    /// @returns whether the condition holds.
+    bool waitUntil(std::function<bool()> condition, std::function<std::optional<Moment>()> until,
+                   std::string_view where);
     /// One of `count` ways in which the world around the threads may go on.
     std::size_t choose(std::size_t count);
     /// Something was done that another turn of a waiting loop may have waited for.
@@ -66,7 +74,7 @@ class Scheduler {
     [[noreturn]] void fail(const std::string& what);
     /// The virtual time of this schedule, which passes only by letting it pass.
     void letTimePass(std::chrono::nanoseconds time) { now_ += time; }
-    std::chrono::nanoseconds now() const { return now_; }
+    Moment now() const { return now_; }
 
     /// 0 for the main thread, then in the order started.
     std::size_t currentThread() const { return running_; }
@@ -74,7 +82,7 @@ class Scheduler {
     bool hasOtherThreads() const;
 
     const std::optional<std::string>& failure() const { return failure_; }
-    std::size_t points() const { return trace_.size(); }
+    std::size_t points() const { return points_; }
     /// The last scheduling points, each with the thread that came to it.
     std::string trace() const;
 
@@ -82,6 +90,7 @@ class Scheduler {
     struct Thread {
         Turn turn;
         std::function<bool()> waitsFor;
+        std::function<std::optional<Moment>()> waitsUntil;
         bool finished = false;
         std::size_t progressAtLoneRest = 0;
         std::thread thread;
@@ -92,7 +101,11 @@ class Scheduler {
     };
 
     void pass(std::string_view where, bool resting);
+    bool canRun(const Thread& thread) const;
     std::vector<std::size_t> candidates(bool resting) const;
+    /// As candidates(), after as much time has passed as it takes for one to be there.
+    std::vector<std::size_t> candidatesInTime(bool resting);
+    std::optional<Moment> nextMoment() const;
     void noticeLoneRest();
     void handTo(std::size_t next);
     /// `self` is given rather than looked up: before its first turn another thread may be starting one.
@@ -105,10 +118,11 @@ class Scheduler {
     std::vector<std::unique_ptr<Thread>> threads_;
     std::size_t running_ = 0;
     std::size_t progress_ = 1;
-    std::chrono::nanoseconds now_{0};
+    Moment now_{0};
     std::optional<std::string> failure_;
     bool ending_ = false;
-    std::vector<Point> trace_;
+    std::size_t points_ = 0;
+    std::deque<Point> trace_;
 };
 
 }  // namespace velmorindal

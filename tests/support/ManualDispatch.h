@@ -1,18 +1,21 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
-#include <future>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "session/Dispatch.h"
+#include "support/BackgroundResult.h"
 
 namespace velmorindal {
 
@@ -61,21 +64,28 @@ class ManualDispatch final : public Dispatch {
     /// Runs main-queue work as it comes until no background run is left.
     void waitForBackground();
 
-    /// Starts `work` on a background thread; its result is in the future.
+    /// Lets background threads run, and no main-queue work, until `condition` holds.
+    /// @returns false when the bound passed first.
+    bool waitUntil(const std::function<bool()>& condition);
+
+    /// Starts `work` on a background thread.
     template <typename Function>
-    auto inBackground(Function work) -> std::future<std::invoke_result_t<Function>> {
-        auto task = std::make_shared<std::packaged_task<std::invoke_result_t<Function>()>>(std::move(work));
-        auto result = task->get_future();
-        runInBackground([task] { (*task)(); });
-        return result;
+    auto inBackground(Function work) -> BackgroundResult<std::invoke_result_t<Function>> {
+        const auto value = std::make_shared<std::optional<std::invoke_result_t<Function>>>();
+        const auto ended = std::make_shared<std::atomic<bool>>(false);
+        runInBackground([value, ended, work = std::move(work)] {
+            *value = work();
+            *ended = true;
+        });
+        const auto isReady = [ended] { return ended->load(); };
+        return {isReady, [this, isReady] { waitUntil(isReady); }, value};
     }
 
     /// Runs `work` on a background thread while the main queue moves on by itself. @returns its result.
     template <typename Function>
     auto finish(Function work) -> std::invoke_result_t<Function> {
-        auto result = inBackground(std::move(work));
-        runMainWorkUntil(
-            [&] { return result.wait_for(std::chrono::seconds{0}) == std::future_status::ready; });
+        const auto result = inBackground(std::move(work));
+        runMainWorkUntil([&] { return result.isReady(); });
         runPendingMainWork();
         return result.get();
     }

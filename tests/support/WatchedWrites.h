@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "protocol/VelmorindalCommand.h"
+#include "protocol/VelmorindalMessageType.h"
+#include "transport/System.h"
+
+namespace velmorindal {
+
+/// A system that notes every frame written through it, whether or not it gets out, and can take a part of one
+/// only, as a system under strain may do.
+template <typename Base>
+class WatchedWrites : public Base {
+  public:
+    using Base::Base;
+
+    /// Calls `hook` on the writing thread before each frame goes out, with its number, from 1 on from here.
+    /// The frame waits for it.
+    void beforeFrame(std::function<void(std::size_t)> hook) {
+        const std::lock_guard lock{mutex_};
+        hook_ = std::move(hook);
+        frames_.clear();
+    }
+
+    /// Every frame since then, as it was asked for.
+    std::vector<ByteBuffer> frames() const {
+        const std::lock_guard lock{mutex_};
+        return frames_;
+    }
+
+    /// Of the frame of `type` that is written as number `occurrence` from now on, from 1, only `taken` bytes
+    /// go out, and there is no room for more until the writer gives up; -1 for a write that fails.
+    void cutWrite(VelmorindalMessageType type, std::size_t occurrence, std::ptrdiff_t taken) {
+        const std::lock_guard lock{mutex_};
+        cut_ = Cut{static_cast<std::uint8_t>(type), occurrence, taken};
+        cutHasHappened_ = false;
+    }
+    void forgetCut() {
+        const std::lock_guard lock{mutex_};
+        cut_.reset();
+    }
+    bool cutHasHappened() const {
+        const std::lock_guard lock{mutex_};
+        return cutHasHappened_;
+    }
+
+    std::ptrdiff_t write(int descriptor, std::span<const std::uint8_t> bytes) override {
+        const auto taken = note(bytes);
+        if (!taken) {
+            return Base::write(descriptor, bytes);
+        }
+        if (*taken < 0) {
+            errno = EIO;
+            return -1;
+        }
+        return Base::write(descriptor, bytes.first(static_cast<std::size_t>(*taken)));
+    }
+
+    bool wait(int descriptor, System::Readiness readiness,
+              std::optional<System::Clock::time_point> until) override {
+        if (readiness == System::Readiness::toWrite && std::exchange(noRoom_, false)) {
+            if (until) {
+                Base::sleepFor(*until - Base::now());
+            }
+            return false;
+        }
+        return Base::wait(descriptor, readiness, until);
+    }
+
+  private:
+    struct Cut {
+        std::uint8_t type;
+        std::size_t untilThen;
+        std::ptrdiff_t taken;
+    };
+
+    /// @returns what the write of these bytes is to take, or nothing when it is to go its way.
+    std::optional<std::ptrdiff_t> note(std::span<const std::uint8_t> bytes) {
+        if (bytes.size() < 4 || bytes[0] != 'c' || bytes[1] != 'b') {
+            return std::nullopt;
+        }
+        std::function<void(std::size_t)> hook;
+        std::size_t number = 0;
+        {
+            const std::lock_guard lock{mutex_};
+            frames_.emplace_back(bytes.begin(), bytes.end());
+            number = frames_.size();
+            hook = hook_;
+        }
+        if (hook) {
+            hook(number);
+        }
+        const std::lock_guard lock{mutex_};
+        if (!cut_ || cut_->type != bytes[2] || --cut_->untilThen > 0) {
+            return std::nullopt;
+        }
+        const std::ptrdiff_t taken = std::exchange(cut_, std::nullopt)->taken;
+        cutHasHappened_ = true;
+        noRoom_ = taken >= 0;
+        return taken;
+    }
+
+    mutable std::mutex mutex_;
+    std::function<void(std::size_t)> hook_;
+    std::vector<ByteBuffer> frames_;
+    std::optional<Cut> cut_;
+    bool cutHasHappened_ = false;
+    bool noRoom_ = false;
+};
+
+}  // namespace velmorindal
