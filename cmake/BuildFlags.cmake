@@ -1,7 +1,7 @@
 # What every target of the project is compiled and linked with, gathered in one interface target.
 add_library(velmorindal_flags INTERFACE)
 target_compile_options(velmorindal_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2)
 
 if(VELMORINDAL_SANITIZE)
     target_compile_options(velmorindal_flags INTERFACE

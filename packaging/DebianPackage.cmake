@@ -1,20 +1,20 @@
-# The Debian package. What it depends on is computed: from what the programs are linked with, and from who owns two files that
-# no program is linked with: the plugin that draws the logo, which the toolkit loads by itself and misses without complaint,
-# and the program that the device rule runs.
+# The Debian package. What it depends on is computed on the system that it is built for: from what the programs are linked
+# with, and from who owns the program that the device rule runs.
 find_program(DPKG_QUERY dpkg-query)
-execute_process(
-    COMMAND ${DPKG_QUERY} --search ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_PLUGINS}/iconengines/libqsvgicon.so /usr/bin/pgrep
-    RESULT_VARIABLE result
-    OUTPUT_VARIABLE owners
-    ERROR_VARIABLE reason
-    OUTPUT_STRIP_TRAILING_WHITESPACE
-    ERROR_STRIP_TRAILING_WHITESPACE)
-if(NOT result EQUAL 0)
-    message(STATUS "No Debian package can be made here (${result}). ${reason}")
+if(NOT DPKG_QUERY)
     return()
 endif()
-string(REGEX REPLACE ":[^\n]*" "" owners "${owners}")
-string(REPLACE "\n" ", " CPACK_DEBIAN_PACKAGE_DEPENDS "${owners}")
+execute_process(
+    COMMAND ${DPKG_QUERY} --search /usr/bin/pgrep
+    RESULT_VARIABLE result
+    OUTPUT_VARIABLE owner
+    ERROR_VARIABLE reason
+    ERROR_STRIP_TRAILING_WHITESPACE)
+if(NOT result EQUAL 0)
+    message(STATUS "No Debian package can be made here. ${reason}")
+    return()
+endif()
+string(REGEX REPLACE ":.*" "" CPACK_DEBIAN_PACKAGE_DEPENDS "${owner}")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velmorindal-setup)
 set(CPACK_PACKAGE_VENDOR "The Velmorindal Setup developers")

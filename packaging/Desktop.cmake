@@ -9,6 +9,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/invalid.velmorindal.setup.metainfo.xml
 
 add_executable(velmorindal-render-icon RenderIcon.cpp)
 target_link_libraries(velmorindal-render-icon PRIVATE velmorindal_core velmorindal_flags Qt6::Gui Qt6::Svg)
+set_target_properties(velmorindal-render-icon PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
 
 set(logo ${PROJECT_SOURCE_DIR}/src/ui/widgets/images/logo.svg)
 set(icon_theme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)

@@ -1,8 +1,12 @@
 # The manual pages, the changelog and the copyright, compressed as distributions expect them: without a time stamp, so that
 # the same sources make the same files.
-find_program(GZIP_PROGRAM gzip REQUIRED)
+find_program(GZIP_PROGRAM gzip)
 
 function(install_compressed source destination)
+    if(NOT GZIP_PROGRAM)
+        install(FILES ${source} DESTINATION ${destination})
+        return()
+    endif()
     cmake_path(GET source FILENAME name)
     set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${name}.gz)
     add_custom_command(OUTPUT ${compressed}

@@ -97,7 +97,9 @@ def main():
         for number, (options, files) in enumerate(batches(build, wanted)):
             runs.append(workers.submit(lint, options, files, place / f"{number}.cpp"))
             runs += [workers.submit(compile_alone, options, file) for file in files]
-        for run in runs:
+        for done, run in enumerate(concurrent.futures.as_completed(runs), start=1):
+            if "VELMORINDAL_PROGRESS" in os.environ:
+                print(f"[{done}/{len(runs)}]", flush=True)
             fine, told = run.result()
             sys.stdout.write(told)
             clean = clean and fine

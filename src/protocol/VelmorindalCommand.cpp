@@ -1,5 +1,7 @@
 #include "protocol/VelmorindalCommand.h"
 
+#include <algorithm>
+
 #include "diagnostics/Print.h"
 
 namespace velmorindal {
@@ -11,13 +13,12 @@ constexpr std::uint8_t binaryMarker = 0x62;  // 'b'
 
 ByteBuffer VelmorindalCommandProtocol::addHeader(std::span<const std::uint8_t> payload,
                                                  std::uint8_t messageType, bool isCommand) {
-    ByteBuffer frame;
-    frame.reserve(HeaderSize + payload.size());
-    frame.push_back(isCommand ? CommandByte : ResponseByte);
-    frame.push_back(binaryMarker);
-    frame.push_back(messageType);
-    frame.push_back(static_cast<std::uint8_t>(payload.size() & 0xFFU));
-    frame.insert(frame.end(), payload.begin(), payload.end());
+    ByteBuffer frame(HeaderSize + payload.size());
+    frame[0] = isCommand ? CommandByte : ResponseByte;
+    frame[1] = binaryMarker;
+    frame[TypeOffset] = messageType;
+    frame[LengthOffset] = static_cast<std::uint8_t>(payload.size() & 0xFFU);
+    std::ranges::copy(payload, frame.begin() + HeaderSize);
     return frame;
 }
 

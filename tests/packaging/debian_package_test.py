@@ -46,7 +46,7 @@ class DebianPackage(unittest.TestCase):
                           "--fail-on", "error,warning,info,pedantic,override", self.package)
         self.assertEqual(found, "")
 
-    def test_depends_on_what_the_programs_are_linked_with_on_the_plugin_that_draws_the_logo_and_on_what_the_rule_runs(self):
+    def test_depends_on_what_the_programs_are_linked_with_and_on_what_the_rule_runs(self):
         depends = re.split(r",\s*", output_of("dpkg-deb", "--field", self.package, "Depends").strip())
         for package in ("libc6", "libqt6widgets6", "libqt6svg6", "libstdc++6", "procps"):
             self.assertEqual([each.split()[0] for each in depends].count(package), 1, depends)

@@ -1,0 +1,153 @@
+#!/usr/bin/env python3
+"""Builds presets and runs their tests: `run.py [all]`, called by scripts/test. The last line counts all tests.
+
+Without a word, the preset check; with `all` also asan, tsan and the linter.
+"""
+
+import concurrent.futures
+import os
+import pathlib
+import re
+import subprocess
+import sys
+
+import cases
+from stage import Stage
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+# Many tests wait for other processes most of the time.
+AT_ONCE = 3 * (os.cpu_count() or 1)
+
+
+class Count:
+    """What the last line says."""
+
+    def __init__(self):
+        self.passed = self.failed = self.skipped = 0
+
+    def add(self, passed=0, failed=0, skipped=0):
+        self.passed += passed
+        self.failed += failed
+        self.skipped += skipped
+
+    def line(self):
+        return f"{self.passed} passed, {self.failed} failed" + (f", {self.skipped} skipped" if self.skipped else "")
+
+
+def run(command, stage, environment=None):
+    """Runs a command that says how far it is, and returns whether it succeeded and what it said."""
+    said = []
+    with subprocess.Popen(command, cwd=ROOT, env=environment, text=True, errors="replace", stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as process:
+        for line in process.stdout:
+            said.append(line)
+            stage.read(line)
+    return process.returncode == 0, "".join(said)
+
+
+def build(preset, count):
+    """Returns whether the preset could be built."""
+    with Stage(f"Building {preset}", "steps") as stage:
+        configured, said = run(["cmake", "--preset", preset], stage)
+        built = configured
+        if configured:
+            environment = os.environ | {"NINJA_STATUS": "[%f/%t] "}
+            built, said = run(["cmake", "--build", "--preset", preset], stage, environment)
+    if not built:
+        print(*[line for line in said.splitlines() if not re.match(r"\[\d+/\d+\] [A-Z]", line)][-60:], sep="\n")
+        print(f"FAILED: the {preset} build")
+        count.add(failed=1)
+    return built
+
+
+def environment_of_tests():
+    environment = os.environ | {"QT_QPA_PLATFORM": "offscreen"}
+    environment["TSAN_OPTIONS"] = f"halt_on_error=1 {environment.get('TSAN_OPTIONS', '')}".strip()
+    return environment
+
+
+def run_tests(presets, count):
+    """Runs the tests of all presets side by side, and tells of each preset what became of them."""
+    jobs = [job for preset in presets
+            for job in cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests())]
+    # What is one long test waits most, and so it comes first.
+    jobs.sort(key=lambda job: job.is_share)
+    outcomes = {preset: [] for preset in presets}
+    with Stage(f"Testing {', '.join(presets)}", "tests") as stage:
+        stage.step(0, sum(len(job.names) for job in jobs))
+
+        def ended(_, how):
+            stage.step(stage.done + 1, stage.total, stage.failed + (how == "FAILED"))
+
+        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as pool:
+            runs = {pool.submit(job.run, ended): job for job in jobs}
+            for each in concurrent.futures.as_completed(runs):
+                outcomes[runs[each].preset].append(each.result())
+    for preset, ends in outcomes.items():
+        report(preset, ends, count)
+
+
+def report(preset, outcomes, count):
+    """Counts what a preset's tests have come to, and shows what those printed that failed."""
+    log = "".join(each.output for each in outcomes)
+    (ROOT / "build" / preset / "tests.log").write_text(log)
+    passed, failed, skipped = (sum(len(each[kind]) for each in outcomes) for kind in range(3))
+    for each in outcomes:
+        if each.failed:
+            print(*each.output.splitlines()[-200:], sep="\n")
+    for reason in sorted({line for each in outcomes if each.skipped for line in each.output.splitlines()
+                          if line.startswith("skipped: ")}):
+        print(f"{preset}: {reason}")
+    for name in sorted(name for each in outcomes for name in each.failed):
+        print(f"FAILED in {preset}: {name}")
+    print(f"{preset}: {passed} of {passed + failed + skipped} tests passed")
+    if passed + failed == 0:
+        print(f"FAILED: the {preset} preset ran no test")
+        failed += 1
+    count.add(passed, failed, skipped)
+    tell_amounts(preset, log, sum("FaultMatrixTest." in name for each in outcomes for name in each.passed + each.failed),
+                 count)
+
+
+def tell_amounts(preset, log, cells_run, count):
+    """Says how much the tests that search went through, and sees that every cell of the fault matrix was run."""
+    for line in re.findall(r"(?m)^.* inputs replayed$", log):
+        print(f"{preset}: {line}")
+    for what, pattern in (("Monkey: {} steps", r"(?m)^Monkey: (\d+) steps, seed "),
+                          ("Schedules explored: {}", r"(?m)^Schedules explored: (\d+) ")):
+        if amounts := re.findall(pattern, log):
+            print(f"{preset}:", what.format(sum(map(int, amounts))))
+    cells = re.search(r"(?m)^Fault matrix: (\d+) cells, ", log)
+    if cells and int(cells[1]) == cells_run:
+        print(f"{preset}: Fault matrix: {cells_run} cells, every one run")
+    else:
+        print(f"FAILED: of the {cells[1] if cells else 'unknown'} cells of the fault matrix {cells_run} were run in {preset}")
+        count.add(failed=1)
+
+
+def lint(count):
+    with Stage("Linting", "files") as stage:
+        clean, said = run(["scripts/lint"], stage, os.environ | {"VELMORINDAL_PROGRESS": "1"})
+    if not clean:
+        print(*[line for line in said.splitlines() if not re.match(r"\[\d+/\d+\]", line)][-200:], sep="\n")
+        print("FAILED: sources are formatted, layered and lint-free")
+    count.add(passed=clean, failed=not clean)
+
+
+def main():
+    everything = sys.argv[1:] == ["all"]
+    if sys.argv[1:] and not everything:
+        sys.exit("usage: run.py [all]")
+    count = Count()
+    presets = ["check", "asan", "tsan"] if everything else ["check"]
+    built = [preset for preset in presets if build(preset, count)]
+    if built:
+        run_tests(built, count)
+    if everything:
+        lint(count)
+    print(count.line())
+    sys.exit(count.failed > 0)
+
+
+if __name__ == "__main__":
+    main()
