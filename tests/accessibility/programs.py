@@ -7,8 +7,8 @@ import subprocess
 
 from screen_reader import wait_for
 
-RELEASE = pathlib.Path(__file__).resolve().parents[2] / "build" / "release" / "bin"
-PROGRAMS = pathlib.Path(os.environ.get("VELMORINDAL_PROGRAMS", RELEASE))
+BUILT = pathlib.Path(__file__).resolve().parents[2] / "build" / "check" / "bin"
+PROGRAMS = pathlib.Path(os.environ.get("VELMORINDAL_PROGRAMS", BUILT))
 
 
 class Program:

@@ -4,6 +4,7 @@
 import io
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import tempfile
@@ -150,6 +151,8 @@ class Busy(unittest.TestCase):
             load = self.loops_of(busy.pid)
             self.assertEqual(len(load), 9)
             busy.kill()
+        # The command that it ran is left, and holds the pipes.
+        self.addCleanup(os.killpg, busy.pid, signal.SIGKILL)
         deadline = time.monotonic() + 600
         while time.monotonic() < deadline and any(pathlib.Path(f"/proc/{each}").exists() for each in load):
             time.sleep(0.05)

@@ -1,11 +1,11 @@
 #include "ui/widgets/ApplicationSetup.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <clocale>
 
 #include "ui/widgets/AccessibleControls.h"
 #include "ui/widgets/LegibleStyle.h"
+#include "ui/widgets/LogoPicture.h"
 
 namespace velmorindal {
 
@@ -15,7 +15,7 @@ void setUpApplication() {
     QApplication::setOrganizationName(QStringLiteral("Velmorindal"));
     QApplication::setApplicationName(QStringLiteral("velmorindal-setup"));
     QApplication::setDesktopFileName(QStringLiteral("velmorindal-setup"));
-    QApplication::setWindowIcon(QIcon{QStringLiteral(":/velmorindal/Logo.svg")});
+    QApplication::setWindowIcon(logoIcon());
     QApplication::setStyle(new LegibleStyle);
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style.
     installAccessibleControls();

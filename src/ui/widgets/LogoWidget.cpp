@@ -1,11 +1,11 @@
 #include "ui/widgets/LogoWidget.h"
 
-#include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRadialGradient>
 
 #include "ui/views/WelcomePanelView.h"
+#include "ui/widgets/LogoPicture.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/ToQt.h"
 
@@ -60,9 +60,8 @@ void LogoWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.setClipPath(circle);
     painter.fillPath(circle, palette().color(QPalette::Window));
     // Drawn from the vectors at the screen's own density.
-    QIcon{QStringLiteral(":/velmorindal/Logo.svg")}.paint(&painter, static_cast<int>(center.x()) - side / 2,
-                                                          static_cast<int>(center.y()) - side / 2, side,
-                                                          side);
+    paintLogoPicture(painter, QRect{static_cast<int>(center.x()) - side / 2,
+                                    static_cast<int>(center.y()) - side / 2, side, side});
     painter.restore();
 
     painter.setPen(QPen{toQColor(logo.outlineColor), static_cast<double>(logo.outlineWidth)});

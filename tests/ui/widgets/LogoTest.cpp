@@ -9,19 +9,29 @@
 namespace velmorindal {
 namespace {
 
-TEST(Logo, ItIsPaintedFromTheVectorsAtEverySize) {
-    const QIcon icon{QStringLiteral(":/velmorindal/Logo.svg")};
+TEST(Logo, TheIconOfTheApplicationIsPaintedFromTheVectorsAtEverySize) {
+    const QIcon icon = QApplication::windowIcon();
 
     for (const int side : {16, 256}) {
         const QImage picture = icon.pixmap(side, side).toImage();
         ASSERT_EQ(picture.width(), side);
         EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
+        EXPECT_EQ(picture.pixelColor(side - 1, side - 1).alpha(), 0);
         EXPECT_EQ(picture.pixelColor(side / 2, side / 12).alpha(), 255);
     }
 }
 
-TEST(Logo, ItIsTheIconOfTheApplication) {
-    EXPECT_FALSE(QApplication::windowIcon().isNull());
+TEST(Logo, IsPaintedInsideItsCircle) {
+    LogoWidget logo;
+    logo.resize(logo.sizeHint());
+    const QImage picture = logo.grab().toImage();
+
+    const QColor page = logo.palette().color(QPalette::Window);
+    int painted = 0;
+    for (int x = picture.width() / 4; x < picture.width() * 3 / 4; ++x) {
+        painted += picture.pixelColor(x, picture.height() / 2) != page ? 1 : 0;
+    }
+    EXPECT_GT(painted, picture.width() / 4);
 }
 
 TEST(Logo, ARedCircleSurroundsIt) {
