@@ -7,6 +7,7 @@
 // QT_QPA_PLATFORM=offscreen)
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,8 +57,12 @@ double ageOf(double reading) {
     return static_cast<double>((microsecondsNow() % cycle - sent + cycle) % cycle) / 1000.0;
 }
 
-/// The process that plays the dongle, until it is killed.
-[[noreturn]] void serve(const std::filesystem::path& directory) {
+/// The process that plays the dongle, until it is killed or `parent` has ended, however that happened.
+[[noreturn]] void serve(const std::filesystem::path& directory, pid_t parent) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) {
+        std::_Exit(EXIT_FAILURE);
+    }
     VirtualDongle dongle{directory,
                          {.reportInterval = std::chrono::microseconds{0}, .keepsReceivedFrames = false}};
     auto next = Clock::now();
@@ -206,9 +211,10 @@ void measure(const std::filesystem::path& directory, int seconds, std::FILE* res
 int main(int argc, char** argv) {
     const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
     const velmorindal::TemporaryDirectory directory;
+    const pid_t self = ::getpid();
     const pid_t dongle = ::fork();
     if (dongle == 0) {
-        velmorindal::serve(directory.path());
+        velmorindal::serve(directory.path(), self);
     }
     // The readings are printed, hundreds a second; the results go where they went.
     std::FILE* const results = ::fdopen(::dup(STDOUT_FILENO), "w");
