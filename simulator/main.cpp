@@ -3,9 +3,11 @@
 
 #include <csignal>
 #include <exception>
+#include <span>
 #include <string>
 
 #include "diagnostics/Print.h"
+#include "simulator/CommandLine.h"
 #include "simulator/VirtualDongle.h"
 
 namespace {
@@ -25,7 +27,18 @@ sigset_t blockStopSignals() {
     return signals;
 }
 
-void serveUntilStopped(const char* directory) {
+void printHelp() {
+    writeLine(
+        STDOUT_FILENO,
+        std::string{CommandLine::usage} +
+            "\nServes a simulated dongle and device as DIRECTORY/cu.usbmodem-simulated until interrupted.\n"
+            "\n"
+            "Options:\n"
+            "  -h, --help     Print this help and exit.\n"
+            "  -v, --version  Print the version and exit.");
+}
+
+void serveUntilStopped(const std::string& directory) {
     const sigset_t signals = blockStopSignals();
     VirtualDongle dongle{directory, {.hums = true, .keepsReceivedFrames = false}};
     print(dongle.path().string());
@@ -40,12 +53,24 @@ void serveUntilStopped(const char* directory) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    if (argumentCount != 2) {
-        writeLine(STDERR_FILENO, "Usage: velmorindal-simulator DIRECTORY");
-        return wrongUsage;
+    const std::span<const char* const> all{arguments, static_cast<std::size_t>(argumentCount)};
+    const CommandLine commandLine = readCommandLine(all.subspan(all.empty() ? 0 : 1));
+    switch (commandLine.request) {
+        case CommandLine::Request::help:
+            printHelp();
+            return success;
+        case CommandLine::Request::version:
+            writeLine(STDOUT_FILENO, "velmorindal-simulator " VELMORINDAL_VERSION);
+            return success;
+        case CommandLine::Request::refused:
+            writeLine(STDERR_FILENO,
+                      "velmorindal-simulator: " + commandLine.complaint + " " + CommandLine::usage);
+            return wrongUsage;
+        case CommandLine::Request::serve:
+            break;
     }
     try {
-        serveUntilStopped(arguments[1]);
+        serveUntilStopped(commandLine.directory);
     } catch (const std::exception& error) {
         writeLine(STDERR_FILENO, std::string{"velmorindal-simulator: "} + error.what());
         return failed;

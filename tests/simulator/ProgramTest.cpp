@@ -136,16 +136,6 @@ TEST_F(Program, OnTerminationSaysThatNothingWasStored) {
     EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
 }
 
-TEST_F(Program, OfAWrongUsageOneLineIsWritten) {
-    for (const std::vector<std::string>& command :
-         {std::vector<std::string>{simulator},
-          std::vector<std::string>{simulator, directory_.path(), "more"}}) {
-        Child program{command, STDERR_FILENO};
-        EXPECT_EQ(program.readAll(), "Usage: velmorindal-simulator DIRECTORY\n");
-        EXPECT_EQ(program.wait(), 2);
-    }
-}
-
 TEST_F(Program, OfAMissingDirectoryTheSystemsErrorIsWritten) {
     Child program{{simulator, directory_.path() / "missing"}, STDERR_FILENO};
     const std::string text = program.readAll();

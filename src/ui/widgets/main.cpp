@@ -6,6 +6,7 @@
 #include "session/DongleSearch.h"
 #include "transport/PosixSystem.h"
 #include "ui/widgets/ApplicationSetup.h"
+#include "ui/widgets/CommandLine.h"
 #include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/QuitSignals.h"
 #include "ui/widgets/Wizard.h"
@@ -21,10 +22,13 @@ void leave() {
 
 }  // namespace
 
-int main(int /*argc*/, char** argv) {
+int main(int argc, char** argv) {
     // Standard output may be a pipe whose reader has gone.
     std::signal(SIGPIPE, SIG_IGN);
-    // There are no command line options, the toolkit's own included.
+    if (const auto status = velmorindal::answerCommandLine(argc, argv)) {
+        return *status;
+    }
+    // The toolkit's own options are no options of this program.
     int argumentCount = 1;
     const QApplication application{argumentCount, argv};
     velmorindal::setUpApplication();
