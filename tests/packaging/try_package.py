@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Installs the package into a clean Debian system, programs a simulated device with what was installed, by keys, as a
+"""Installs the package into a clean system of the release that this one is, programs a simulated device with what was installed, by keys, as a
 person without privileges, removes the package, and finds the system as it was.
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc try_package.py PACKAGE DIRECTORY
@@ -10,6 +10,7 @@ The system is made in DIRECTORY, which must be empty; whoever calls removes it. 
 import hashlib
 import os
 import pathlib
+import platform
 import shutil
 import stat
 import subprocess
@@ -18,7 +19,6 @@ import sys
 import keyboard_run
 from bare_dev import make_bare_dev, mount
 
-RELEASE = "bookworm"
 NAME = "velmorindal-setup"
 PERSON = "1000:1000"
 HOME = "home/carer"
@@ -37,7 +37,8 @@ class CleanSystem:
     def make(self):
         # The directory becomes the root of everybody's tree.
         self.root.chmod(0o755)
-        run("debootstrap", "--variant=minbase", "--include=ca-certificates", RELEASE, self.root)
+        run("debootstrap", "--variant=minbase", "--include=ca-certificates", platform.freedesktop_os_release()["VERSION_CODENAME"],
+            self.root)
         shutil.rmtree(self.root / "etc/apt")
         shutil.copytree("/etc/apt", self.root / "etc/apt", symlinks=True)
         shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
