@@ -85,10 +85,10 @@ class Setup(unittest.TestCase):
         self.assertEqual(self.setup("run")[:3], (0, "", ""))
 
     def test_goes_on_without_what_a_check_can_do_without(self):
-        self.system(offered=f"{BUILD} git procps python3 libgtest-dev libgmock-dev socat")
+        self.system(offered=f"{BUILD} git procps python3 libgtest-dev libgmock-dev python3-serial socat")
         status, output, errors, _ = self.setup("test")
         self.assertEqual((status, errors), (0, ""))
-        self.assertEqual(output.split()[-6:], "git procps python3 libgtest-dev libgmock-dev socat".split())
+        self.assertEqual(output.split()[-7:], "git procps python3 libgtest-dev libgmock-dev python3-serial socat".split())
 
     def test_names_what_the_system_does_not_have(self):
         self.system(offered=BUILD.replace("libutfcpp-dev", ""))
