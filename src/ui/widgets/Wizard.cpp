@@ -1,5 +1,6 @@
 #include "ui/widgets/Wizard.h"
 
+#include <QApplication>
 #include <utility>
 
 #include "diagnostics/Print.h"
@@ -27,11 +28,20 @@ void Wizard::terminate() {
         return;
     }
     window_.saveFrame();
+    hideWindows();
     delegate_.applicationShouldTerminate();
     // A background thread may have come to its next line just now.
     const LastWord lastWord;
     AppDelegate::applicationWillTerminate();
     leave_();
+}
+
+void Wizard::hideWindows() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        widget->hide();
+    }
+    // Hands it to the window system before the waits begin.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 }  // namespace velmorindal

@@ -24,8 +24,8 @@ class Wizard {
 
     void show();
 
-    /// The end of the program, whoever asks for it: remembers the window's frame, shuts the device down, says
-    /// goodbye and leaves. Blocks while a calibration run or a write winds down.
+    /// The end of the program: remembers the window's frame, takes the window off the screen, shuts the
+    /// device down, says goodbye and leaves. Blocks while a calibration run or a write winds down.
     void terminate();
 
     ContainerView& container() { return container_; }
@@ -33,6 +33,8 @@ class Wizard {
     VelmorindalSwitch& velmorindal() { return delegate_.velmorindal; }
 
   private:
+    static void hideWindows();
+
     std::function<void()> leave_;
     bool terminating_ = false;
     AppDelegate delegate_;

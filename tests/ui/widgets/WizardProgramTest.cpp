@@ -91,6 +91,21 @@ TEST_F(WizardProgramTest, TheFrameIsRememberedBeforeThePortIsClosed) {
     EXPECT_TRUE(remembered);
 }
 
+TEST_F(WizardProgramTest, EveryWindowIsGoneBeforeTheShutdownCanWait) {
+    wizard.show();
+    wizard.container().currentState = wizardState::Mode;
+    QApplication::processEvents();
+    press("Cancel");
+    std::vector<bool> visible;
+    const auto watching = wizard.velmorindal().objectWillChange.subscribe([&visible] {
+        visible.push_back(std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible));
+    });
+
+    wizard.terminate();
+
+    EXPECT_THAT(visible, testing::ElementsAre(false));
+}
+
 TEST_F(WizardProgramTest, YesToClosingEndsTheProgram) {
     wizard.show();
     wizard.container().currentState = wizardState::Mode;
