@@ -1,10 +1,12 @@
 // Times one query and its answer over a pseudo-terminal, several ways side by side: a bare write and read of
 // the same bytes, the session's own exchange, QSerialPort and Boost.Asio; and the bare calls as the exchange
-// needs them: the header by itself, since it tells how much follows, a look at the device's node before every
-// read, and a write that does not wait. The rounds take turns, so that whatever else the machine does falls
-// on all of them; the figures are medians of the rounds.
+// needs them: a look at the line's attributes before the write, the header by itself, since it tells how much
+// follows, a look at the device's node before every read, and a wait with a deadline. QSerialPort and
+// Boost.Asio have the same deadline; Boost.Asio is shown without one too. The rounds take turns, so that
+// whatever else the machine does falls on all of them; the figures are medians of the rounds.
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -25,6 +27,7 @@
 
 #include "ExchangePeer.h"
 #include "protocol/VCVersion.h"
+#include "session/DongleProbe.h"
 #include "session/VelmorindalSwitch.h"
 #include "support/ImmediateDispatch.h"
 #include "transport/PosixSystem.h"
@@ -32,6 +35,7 @@
 namespace velmorindal {
 namespace {
 
+constexpr int deadlineMilliseconds = 2000;
 constexpr int rounds = 120;
 constexpr int exchangesInARound = 500;
 constexpr std::array<std::uint8_t, ExchangePeer::queryLength> versionQuery{'c', 'b', 'v', 0};
@@ -82,15 +86,20 @@ void exchangeBareHeaderFirst(int descriptor) {
 }
 
 void exchangeBareWithEveryCall(int descriptor) {
-    ::fcntl(descriptor, F_SETFL, O_NONBLOCK);
+    termios attributes{};
+    require(::tcgetattr(descriptor, &attributes) == 0, "attributes");
     writeBare(descriptor);
-    ::fcntl(descriptor, F_SETFL, 0);
     const auto lookAtTheNode = [descriptor] {
         struct stat status {};
         require(::fstat(descriptor, &status) == 0 && status.st_nlink == 1, "no node");
     };
+    const auto waitForTheHeader = [&] {
+        lookAtTheNode();
+        pollfd line{.fd = descriptor, .events = POLLIN, .revents = 0};
+        require(::poll(&line, 1, deadlineMilliseconds) > 0, "no answer");
+    };
     std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
-    readBare(descriptor, std::span{answer}.first(VelmorindalCommand::HeaderSize), lookAtTheNode);
+    readBare(descriptor, std::span{answer}.first(VelmorindalCommand::HeaderSize), waitForTheHeader);
     readBare(descriptor, std::span{answer}.subspan(VelmorindalCommand::HeaderSize), lookAtTheNode);
 }
 
@@ -104,9 +113,20 @@ void exchangeQt(QSerialPort& port) {
     port.write(reinterpret_cast<const char*>(versionQuery.data()), std::ssize(versionQuery));
     QByteArray answer;
     while (answer.size() < static_cast<qsizetype>(ExchangePeer::answerLength)) {
-        require(port.waitForReadyRead(2000), "no answer");
+        require(port.waitForReadyRead(deadlineMilliseconds), "no answer");
         answer += port.readAll();
     }
+}
+
+void exchangeAsioWithADeadline(boost::asio::io_context& context, boost::asio::serial_port& port) {
+    boost::asio::write(port, boost::asio::buffer(versionQuery));
+    std::array<std::uint8_t, ExchangePeer::answerLength> answer{};
+    bool whole = false;
+    boost::asio::async_read(port, boost::asio::buffer(answer),
+                            [&](const boost::system::error_code& error, std::size_t) { whole = !error; });
+    context.restart();
+    context.run_for(std::chrono::milliseconds{deadlineMilliseconds});
+    require(whole, "no answer");
 }
 
 void exchangeAsio(boost::asio::serial_port& port) {
@@ -120,10 +140,11 @@ void run() {
     const ExchangePeer ourPeer;
     const ExchangePeer qtPeer;
     const ExchangePeer asioPeer;
+    const ExchangePeer foreverPeer;
 
     const int bare = ::open(barePeer.path().c_str(), O_RDWR | O_NOCTTY);
     require(bare != -1, "open");
-    // Reads that end after a while cost the system more than those that wait for ever.
+    // Reads that end after a while cost the system more than those that wait forever.
     termios attributes{};
     require(::tcgetattr(bare, &attributes) == 0, "attributes");
     attributes.c_cc[VMIN] = 0;
@@ -135,10 +156,7 @@ void run() {
     VelmorindalSwitch velmorindal{dispatch, system};
     auto ourPort = std::make_shared<SerialPort>(ourPeer.path(), system);
     ourPort->openPort();
-    ourPort->setSettings({.receiveRate = BaudRate::baud115200,
-                          .transmitRate = BaudRate::baud115200,
-                          .minimumBytesToRead = 0,
-                          .timeout = 2});
+    ourPort->setSettings(dongleLine);
     velmorindal.serialPort = ourPort;
 
     QSerialPort qtPort{QString::fromStdString(qtPeer.path())};
@@ -148,14 +166,17 @@ void run() {
     boost::asio::io_context context;
     boost::asio::serial_port asioPort{context, asioPeer.path()};
     asioPort.set_option(boost::asio::serial_port_base::baud_rate{115200});
+    boost::asio::serial_port foreverPort{context, foreverPeer.path()};
+    foreverPort.set_option(boost::asio::serial_port_base::baud_rate{115200});
 
     Contender bareCalls{"bare write and read", [&] { exchangeBare(bare); }};
     Contender headerFirst{"bare, the header first", [&] { exchangeBareHeaderFirst(bare); }};
     Contender everyCall{"bare, with every call", [&] { exchangeBareWithEveryCall(bare); }};
     Contender ours{"session exchange", [&] { exchangeOurs(velmorindal); }};
     Contender qt{"QSerialPort", [&] { exchangeQt(qtPort); }};
-    Contender asio{"Boost.Asio", [&] { exchangeAsio(asioPort); }};
-    const std::array contenders{&bareCalls, &headerFirst, &everyCall, &ours, &qt, &asio};
+    Contender asio{"Boost.Asio", [&] { exchangeAsioWithADeadline(context, asioPort); }};
+    Contender endless{"Boost.Asio, no deadline", [&] { exchangeAsio(foreverPort); }};
+    const std::array contenders{&bareCalls, &headerFirst, &everyCall, &ours, &qt, &asio, &endless};
     for (int round = 0; round < rounds; ++round) {
         for (Contender* const contender : contenders) {
             const auto start = std::chrono::steady_clock::now();
@@ -168,7 +189,7 @@ void run() {
     }
     for (const Contender* const contender : contenders) {
         const double microseconds = median(contender->microseconds);
-        std::printf("%-22s %8.2f us  %5.2f times bare  %5.2f times bare with every call\n", contender->name,
+        std::printf("%-24s %8.2f us  %5.2f times bare  %5.2f times bare with every call\n", contender->name,
                     microseconds, microseconds / median(bareCalls.microseconds),
                     microseconds / median(everyCall.microseconds));
     }
