@@ -1,0 +1,111 @@
+"""The dongle with the device behind it: answers as the pages about the wire say, keeps every byte that the host sent, and
+misbehaves when told."""
+
+import pathlib
+import threading
+import time
+
+from acm import Acm
+
+HEADER = 4
+VERSION, STATUS, PROTOCOL, PATH, DURATION, RELAYS, THRESHOLDS, KEYS, STORE = b"vsxpdyhkw"
+LAST_HUM, AUTO_TUNE = b"lt"
+READ = (STATUS, PROTOCOL, PATH, DURATION, THRESHOLDS, KEYS)
+"""What is asked once after connecting, in order; the version before it, twice."""
+WRITTEN = (PROTOCOL, PATH, DURATION, RELAYS, THRESHOLDS, KEYS, STORE)
+
+
+def conversation(title):
+    """The example of that title in the pages about the wire: what the host sends, and what the device answers."""
+    page = (pathlib.Path(__file__).parent / "protocol.md").read_text()
+    block = page.split(f"### {title}\n", 1)[1].split("```conversation\n", 1)[1].split("```", 1)[0]
+    lines = [(line[0], bytes.fromhex(line[1:])) for line in block.splitlines()]
+    return [frame for side, frame in lines if side == ">"], [frame for side, frame in lines if side == "<"]
+
+
+CONNECTING, ANSWERS = conversation("Connecting")
+WRITING, _ = conversation("Writing")
+
+
+class Dongle(Acm):
+    """By default a device as it leaves the simulator's factory. `faults` maps a type and how many times it has come to what
+    is done in place of answering; each fault is used once."""
+
+    report_interval = 0.05
+
+    def __init__(self, early=b"", **options):
+        super().__init__(**options)
+        self.early = early
+        self.faults = {}
+        self.hum_ticks = 0
+        self._forget()
+
+    def _forget(self):
+        self.answers = {frame[2]: frame for frame in ANSWERS}
+        self.bytes = bytearray()
+        self.seen = {}
+        self.arrivals = []
+        self._pending = bytearray()
+        self._streaming = threading.Event()
+        self._pulled = threading.Event()
+
+    def plug_in(self):
+        with self.lock:
+            self._forget()
+        threading.Thread(target=self._stream, args=(self._streaming, self._pulled), daemon=True).start()
+        super().plug_in()
+
+    def pull(self):
+        self._pulled.set()
+        self._streaming.set()
+        super().pull()
+
+    def dtr_rose(self):
+        if self.early:
+            self.say(self.early)
+
+    def say(self, data):
+        self.send(2, data)
+
+    def received(self, data):
+        self.bytes += data
+        self._pending += data
+        while len(self._pending) >= HEADER and len(self._pending) >= HEADER + self._pending[3]:
+            length = HEADER + self._pending[3]
+            frame = bytes(self._pending[:length])
+            del self._pending[:length]
+            self._frame(frame)
+
+    def _frame(self, frame):
+        kind = frame[2]
+        self.seen[kind] = self.seen.get(kind, 0) + 1
+        self.arrivals.append((time.monotonic(), frame))
+        fault = self.faults.pop((kind, self.seen[kind]), None)
+        if fault:
+            fault()
+            return
+        self.say(self.answer(frame))
+        if kind == AUTO_TUNE and frame[HEADER:]:
+            (self._streaming.set if frame[HEADER] == 2 else self._streaming.clear)()
+
+    def answer(self, frame):
+        kind = frame[2]
+        if frame[HEADER:] or kind == STORE:
+            self.answers[kind] = b"r" + frame[1:]
+            return self.answers[kind]
+        if kind == LAST_HUM:
+            ticks, self.hum_ticks = self.hum_ticks, 0
+            return b"rbl\3" + ticks.to_bytes(2, "little") + b"\0"
+        return self.answers.get(kind, b"eb" + bytes([kind, 0]))
+
+    def count(self, kind):
+        with self.lock:
+            return self.seen.get(kind, 0)
+
+    def _stream(self, streaming, pulled):
+        report = bytes.fromhex("72 62 74 08 cd cc 4c 3d a4 70 bd 3e")
+        while not pulled.is_set():
+            streaming.wait()
+            if not pulled.is_set():
+                self.say(report)
+                pulled.wait(self.report_interval)

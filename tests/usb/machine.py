@@ -1,0 +1,79 @@
+"""The virtual machine: boots the disk without keeping what is written to it, and is reached as root over ssh. It has no way
+to any network."""
+
+import contextlib
+import os
+import pathlib
+import socket
+import subprocess
+import sys
+import time
+
+MEMORY = "1536"
+SECONDS_TO_BOOT = 300
+
+
+class Machine:
+    def __init__(self, image, logs, longest):
+        """`longest` bounds the machine's life in seconds, whatever happens to this program."""
+        self.image = image
+        self.port = free_port()
+        command = ["timeout", "--kill-after=10", str(longest), "nice", "qemu-system-x86_64",
+                   "-accel", "tcg", "-cpu", "max", "-smp", "1", "-m", MEMORY, "-display", "none", "-vga", "std",
+                   "-no-reboot", "-monitor", "none", "-serial", f"file:{logs / 'console'}",
+                   "-kernel", image / "vmlinuz", "-initrd", image / "initrd.img",
+                   "-append", "root=/dev/vda rw console=tty0 console=ttyS0 quiet mitigations=off",
+                   "-drive", f"file={image / 'disk'},if=virtio,format=raw,snapshot=on",
+                   "-netdev", f"user,id=net,restrict=on,hostfwd=tcp:127.0.0.1:{self.port}-:22",
+                   "-device", "virtio-net-pci,netdev=net,romfile="]
+        # The kernel ends it if this program dies first.
+        self.process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        with contextlib.suppress(ProcessLookupError):
+            self.process.terminate()
+        self.process.wait()
+
+    def ssh(self, *command):
+        return ["ssh", "-q", "-i", str(self.image / "key"), "-p", str(self.port), "-o", "StrictHostKeyChecking=no",
+                "-o", "UserKnownHostsFile=/dev/null", "-o", "BatchMode=yes", "-o", "ConnectTimeout=10",
+                "-o", "ServerAliveInterval=30", "root@127.0.0.1", *command]
+
+    def wait_until_up(self):
+        deadline = time.monotonic() + SECONDS_TO_BOOT
+        while time.monotonic() < deadline:
+            if self.process.poll() is not None:
+                sys.exit(f"the machine ended with {self.process.returncode} while it started")
+            # The login comes before the rest of the system is up; a system with a failed unit counts as up.
+            if subprocess.run(self.ssh("systemctl is-system-running --wait"), stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, check=False).returncode in (0, 1):
+                return
+            time.sleep(1)
+        sys.exit(f"the machine was not up after {SECONDS_TO_BOOT} s")
+
+    def send(self, directory, *paths):
+        """Copies files and whole directories into a directory of the machine, by their last names."""
+        pack = ["tar", "--create", "--exclude=__pycache__"]
+        for path in paths:
+            pack += ["-C", str(path.parent), path.name]
+        with subprocess.Popen(pack, stdout=subprocess.PIPE) as packing:
+            subprocess.run(self.ssh(f"mkdir -p {directory} && tar --extract -C {directory}"), stdin=packing.stdout,
+                           check=True)
+
+    def fetch(self, directory, to):
+        with subprocess.Popen(self.ssh(f"tar --create -C {directory} ."), stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE) as packing:
+            subprocess.run(["tar", "--extract", "-C", str(to)], stdin=packing.stdout, check=True)
+
+    def run(self, command):
+        """With the output of this program. Returns the exit status."""
+        return subprocess.run(self.ssh(command), stdin=subprocess.DEVNULL, check=False).returncode
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]

@@ -1,0 +1,173 @@
+"""The wizard as a person runs it: on a screen, with a keyboard, heard by a screen reader."""
+
+import json
+import os
+import pathlib
+import pwd
+import subprocess
+import threading
+import time
+
+import keyboard_run
+from waiting import Failed, wait_for
+
+TITLE = "Velmorindal Setup"
+HERE = pathlib.Path(__file__).parent
+
+
+class Person:
+    """An account of the machine, with a session bus."""
+
+    def __init__(self, name, stack):
+        entry = pwd.getpwnam(name)
+        runtime = pathlib.Path("/tmp/runtime", name)
+        runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
+        os.chown(runtime, entry.pw_uid, entry.pw_gid)
+        self.identity = {"user": entry.pw_uid, "group": entry.pw_gid,
+                         "extra_groups": os.getgrouplist(name, entry.pw_gid), "cwd": entry.pw_dir}
+        self.environment = {"PATH": "/usr/bin:/bin", "HOME": entry.pw_dir, "USER": name, "LC_ALL": "C.UTF-8",
+                            "XDG_RUNTIME_DIR": str(runtime), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        bus = stack.enter_context(self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True))
+        stack.callback(bus.kill)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def start(self, command, **options):
+        environment = self.environment | options.pop("environment", {})
+        return subprocess.Popen(command, env=environment, **self.identity, **options)
+
+
+class Desktop:
+    """A screen with a window manager."""
+
+    def __init__(self, stack):
+        self.screen = keyboard_run.Screen(stack)
+        manager = stack.enter_context(subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": self.screen.display},
+                                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        stack.callback(manager.kill)
+
+    def windows(self, title):
+        return self.screen.xdotool("search", "--onlyvisible", "--name", f"^{title}$")
+
+    def press(self, key, title=TITLE):
+        window = wait_for(lambda: self.windows(title), f"the window {title}")[0]
+        self.screen.xdotool("windowfocus", "--sync", window, "key", "--clearmodifiers", key)
+
+
+class Lines:
+    """What a program prints, line by line with the time of each, kept in a file too."""
+
+    def __init__(self, stream, path):
+        self.times = []
+        self.texts = []
+        self.thread = threading.Thread(target=self._read, args=(stream, path), daemon=True)
+        self.thread.start()
+
+    def _read(self, stream, path):
+        with open(path, "w", encoding="utf-8") as file:
+            for line in stream:
+                now = time.monotonic()
+                file.write(f"{now:.3f} {line}")
+                file.flush()
+                self.times.append(now)
+                self.texts.append(line.rstrip("\n"))
+
+    def time_of(self, start):
+        """Of the first line that starts so, or nothing."""
+        return next((at for at, text in zip(self.times, list(self.texts)) if text.startswith(start)), None)
+
+    def since(self, at):
+        return [text for when, text in zip(list(self.times), list(self.texts)) if when >= at]
+
+
+class Wizard:
+    """Ends when its context does. `log` is the path of its log without the ending."""
+
+    def __init__(self, person, desktop, log, environment=None):
+        self.person = person
+        self.desktop = desktop
+        self.started = time.monotonic()
+        self.process = person.start(["/usr/bin/velmorindal-setup"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                    stderr=subprocess.PIPE, text=True, errors="replace",
+                                    environment={"DISPLAY": desktop.screen.display} | (environment or {}))
+        self.output = Lines(self.process.stdout, f"{log}.out")
+        self.errors = Lines(self.process.stderr, f"{log}.err")
+        self._reader = None
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        if self._reader:
+            self._reader.kill()
+            self._reader.wait()
+
+    def press(self, *keys, title=TITLE):
+        for key in keys:
+            self.desktop.press(key, title)
+
+    def wait_for_line(self, start, seconds=60):
+        wait_for(lambda: self.output.time_of(start) is not None,
+                 lambda: f"the line {start!r}; printed was {self.output.texts[-6:]}", seconds)
+
+    def wait_for_error(self, part, seconds=60):
+        return wait_for(lambda: next((line for line in list(self.errors.texts) if part in line), None),
+                        lambda: f"{part!r} on standard error; there is {self.errors.texts}", seconds)
+
+    def windows(self):
+        """What a screen reader knows of the windows on the screen."""
+        if self._reader is None:
+            self._reader = self.person.start(["/usr/bin/python3", HERE / "reader.py", str(self.process.pid)],
+                                             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                             text=True)
+        self._reader.stdin.write("\n")
+        self._reader.stdin.flush()
+        answer = self._reader.stdout.readline()
+        if not answer:
+            raise Failed("the screen reader lost the program")
+        return json.loads(answer)
+
+    def hears(self, text):
+        """Waits until some window says something with `text` in it."""
+        def heard():
+            return any(text in spoken for window in self.windows() for spoken in [window["name"], *window["spoken"]])
+        wait_for(heard, lambda: f"{text!r} on the screen; there is {self.windows()}")
+
+    def is_at(self, step):
+        wait_for(lambda: any(window["step"] == step for window in self.windows()), f"the step {step}")
+
+    # What a person does.
+
+    def connect(self):
+        self.press("alt+n")
+        self.wait_for_line("Status updated now:  connected")
+        # The line comes before the page says it, and until then there is no Next.
+        self.hears("Connection successful.")
+
+    def walk_to(self, step):
+        """From the Connect page, once connected, to a later one."""
+        steps = ["Mode", "Ouptut", "Calibration", "Summary"]
+        for following in steps[:steps.index(step) + 1]:
+            self.press("alt+n")
+            self.is_at(following)
+
+    def save(self):
+        """On the Summary page. Returns once the writing has begun."""
+        self.press("alt+s")
+        self.press("alt+y", title="Save Settings\\?")
+        self.wait_for_line("Starting save")
+
+    def leave(self, seconds=60):
+        """From the last page after a save that has ended, with the file not wanted."""
+        self.press("alt+n", title="Write Configuration File\\?")
+        self.press("alt+l")
+        return self.status(seconds)
+
+    def close_window(self):
+        self.press("alt+F4")
+
+    def status(self, seconds=60):
+        wait_for(lambda: self.process.poll() is not None, "the end of the wizard", seconds)
+        return self.process.returncode
