@@ -70,11 +70,18 @@ class Dongle(Acm):
     def received(self, data):
         self.bytes += data
         self._pending += data
+        self._skip()
         while len(self._pending) >= HEADER and len(self._pending) >= HEADER + self._pending[3]:
             length = HEADER + self._pending[3]
             frame = bytes(self._pending[:length])
             del self._pending[:length]
             self._frame(frame)
+            self._skip()
+
+    def _skip(self):
+        """What does not start like a frame is passed over."""
+        while self._pending and not b"cb".startswith(self._pending[:2]):
+            del self._pending[0]
 
     def _frame(self, frame):
         kind = frame[2]

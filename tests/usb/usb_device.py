@@ -92,6 +92,10 @@ class UsbDevice:
         if port is not None:
             write(CONTROLLER / "detach", str(port))
 
+    def is_plugged(self):
+        with self.lock:
+            return self._port is not None
+
     def send(self, endpoint, data):
         with self.lock:
             waiting = self.in_endpoints[endpoint].bytes

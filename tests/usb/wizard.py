@@ -11,6 +11,7 @@ import time
 import keyboard_run
 from waiting import Failed, wait_for
 
+STEPS = ["Connect", "Mode", "Ouptut", "Calibration", "Summary"]
 TITLE = "Velmorindal Setup"
 HERE = pathlib.Path(__file__).parent
 
@@ -146,10 +147,9 @@ class Wizard:
         # The line comes before the page says it, and until then there is no Next.
         self.hears("Connection successful.")
 
-    def walk_to(self, step):
-        """From the Connect page, once connected, to a later one."""
-        steps = ["Mode", "Ouptut", "Calibration", "Summary"]
-        for following in steps[:steps.index(step) + 1]:
+    def walk(self, start, end):
+        """From one step to a later one, by Next. The first is the Connect page once it is connected, at the earliest."""
+        for following in STEPS[STEPS.index(start) + 1:STEPS.index(end) + 1]:
             self.press("alt+n")
             self.is_at(following)
 
@@ -158,6 +158,12 @@ class Wizard:
         self.press("alt+s")
         self.press("alt+y", title="Save Settings\\?")
         self.wait_for_line("Starting save")
+
+    def answer_failed_save(self):
+        """Both dialogs, with the file not wanted."""
+        self.press("Return", title="Save Failed")
+        self.press("alt+n", title="Write Configuration File\\?")
+        wait_for(lambda: len(self.windows()) == 1, "the dialogs to go")
 
     def leave(self, seconds=60):
         """From the last page after a save that has ended, with the file not wanted."""

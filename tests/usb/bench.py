@@ -1,0 +1,125 @@
+"""What a check works with: dongles to plug in, people who run the wizard, and the list of all checks."""
+
+import contextlib
+import pathlib
+import re
+import subprocess
+
+from dongle import Dongle
+from waiting import expect, wait_for
+from wizard import Desktop, Person, Wizard
+
+LOGS = pathlib.Path("/checks/logs")
+CHECKS = {}
+"""By name, in the order in which they run: what is to be so, and the function that finds out."""
+
+
+def check(statement, *parameters, name=None):
+    def register(function):
+        CHECKS[name or function.__name__] = (statement, lambda bench: function(bench, *parameters))
+        return function
+    return register
+
+
+class Machine:
+    """What all checks of a run share."""
+
+    def __init__(self, stack):
+        self.desktop = Desktop(stack)
+        self.people = {name: Person(name, stack) for name in ("carer", "dialer", "stranger")}
+
+
+class Bench:
+    """For one check. Everything is pulled and ended when its context ends; pulling comes first, because a wizard may wait
+    for a device that answers no more."""
+
+    def __init__(self, machine, name):
+        self.machine = machine
+        self.desktop = machine.desktop
+        self.name = name
+        self.note = ""
+        """What was measured, for the line of the check."""
+        self._programs = 0
+        self._devices = contextlib.ExitStack()
+        self._started = contextlib.ExitStack()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._devices.close()
+        wait_for(lambda: not nodes() and not links(), "the ports to vanish")
+        self._started.close()
+
+    def dongle(self, **options):
+        """Plugged in, with its link there."""
+        dongle = Dongle(**options)
+        self._devices.callback(dongle.pull)
+        self.plug_in(dongle)
+        return dongle
+
+    @staticmethod
+    def plug_in(dongle):
+        before = len(links())
+        dongle.plug_in()
+        wait_for(lambda: len(links()) > before, "the link to the plugged dongle")
+        settle()
+
+    @staticmethod
+    def pull(dongle):
+        before = len(links())
+        dongle.pull()
+        wait_for(lambda: len(nodes()) < before and len(links()) < before, "the port of the pulled dongle to vanish")
+
+    @staticmethod
+    def is_plugged(dongle):
+        return dongle.is_plugged() or bool(nodes()) or bool(links())
+
+    def wizard(self, person="carer", **environment):
+        """Started, with its window on the screen."""
+        self._programs += 1
+        log = LOGS / f"{self.name}-{self._programs}"
+        wizard = self._started.enter_context(Wizard(self.machine.people[person], self.desktop, log, environment))
+        wait_for(lambda: wizard.windows(), "the window of the wizard")
+        wizard.is_at("Welcome")
+        return wizard
+
+    def connected(self, person="carer", step="Connect", **environment):
+        """A wizard that is connected and at a step."""
+        wizard = self.wizard(person, **environment)
+        wizard.connect()
+        wizard.walk("Connect", step)
+        return wizard
+
+    def finally_(self, action):
+        self._started.callback(action)
+
+
+def nodes():
+    return sorted(pathlib.Path("/dev").glob("tty[AU][CS][MB]*"))
+
+
+def links():
+    return sorted(pathlib.Path("/dev").glob("cu.usbmodem*"))
+
+
+def settle():
+    subprocess.run(["udevadm", "settle", "--timeout=30"], check=True)
+
+
+def attributes(path="/dev/ttyACM0"):
+    """The line's attributes as `stty` names them."""
+    return subprocess.run(["stty", "-F", path, "-a"], capture_output=True, text=True, check=True).stdout
+
+
+def holds_back(path="/dev/ttyACM0"):
+    """Whether the line waits for a minimum of bytes or echoes."""
+    text = attributes(path)
+    return {"min": int(re.search(r"\bmin = (\d+)", text)[1]), "time": int(re.search(r"\btime = (\d+)", text)[1]),
+            "echo": "-echo " not in text, "icanon": "-icanon" not in text}
+
+
+def expect_left(wizard):
+    """The wizard has ended well."""
+    expect(wizard.status(), 0, "the exit status")
+    expect(wizard.output.texts[-1], "Farewell", "the last line")

@@ -1,0 +1,34 @@
+"""Learns from the window manager the moment when a window goes from the screen."""
+
+import subprocess
+import time
+
+from waiting import Failed, wait_for
+from wizard import TITLE, Lines
+
+
+class WindowWatch:
+
+    def __init__(self, wizard):
+        window = wizard.desktop.windows(TITLE)[0]
+        command = ["xprop", "-display", wizard.desktop.screen.display, "-id", window, "-spy", "WM_STATE"]
+        self._process = subprocess.Popen(["stdbuf", "-oL", *command], stdout=subprocess.PIPE, text=True)
+        self._lines = Lines(self._process.stdout, "/dev/null")
+        # It tells the state as it is, and from then on every change.
+        wait_for(lambda: self._lines.texts, "the state of the window")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._process.kill()
+        self._process.wait()
+
+    def wait_until_gone(self, seconds=60):
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            gone = self._lines.time_of("WM_STATE:  not found") or self._lines.time_of("\t\twindow state: Withdrawn")
+            if gone or self._process.poll() is not None:
+                return gone or time.monotonic()
+            time.sleep(0.01)
+        raise Failed(f"the window was there after {seconds} s; its state: {self._lines.texts}")
