@@ -2,6 +2,7 @@
 shows itself: for each function an interface with an interrupt endpoint and one with the two bulk endpoints."""
 
 import struct
+import time
 
 from usb_device import InEndpoint, NoData, UsbDevice
 
@@ -35,8 +36,12 @@ def descriptors(functions, packet, vendor, product, protocol):
     body = b"".join(acm_function(index, packet, protocol) for index in range(functions))
     configuration = struct.pack("<BBHBBBBB", 9, 2, 9 + len(body), 2 * functions, 1, 0, 0x80, 50) + body
     device = struct.pack("<BBHBBBBHHHBBBB", 18, 1, 0x0200, 0xEF, 2, 1, 64, vendor, product, 0x0100, 1, 2, 3, 1)
-    found = {0x0100: device, 0x0200: configuration, 0x0300: struct.pack("<BBH", 4, 3, 0x0409)}
-    for index, text in STRINGS.items():
+    return strings(STRINGS) | {0x0100: device, 0x0200: configuration}
+
+
+def strings(texts):
+    found = {0x0300: struct.pack("<BBH", 4, 3, 0x0409)}
+    for index, text in texts.items():
         coded = text.encode("utf-16-le")
         found[0x0300 + index] = bytes([2 + len(coded), 3]) + coded
     return found
@@ -56,6 +61,10 @@ class Acm(UsbDevice):
         self.line_states = []
         self.received_elsewhere = bytearray()
 
+    def is_open(self):
+        """Whether a program has the first port open."""
+        return bool(self.line_states) and bool(self.line_states[-1][1] & DTR)
+
     def dtr_rose(self):
         """The host has opened the first port."""
 
@@ -68,9 +77,9 @@ class Acm(UsbDevice):
         elif request == GET_LINE_CODING:
             return self.line_coding
         elif request == SET_CONTROL_LINE_STATE:
-            rises = bool(value & DTR) and not (self.line_states and self.line_states[-1] & DTR)
+            rises = bool(value & DTR) and not self.is_open()
             if index == 0:
-                self.line_states.append(value)
+                self.line_states.append((time.monotonic(), value))
                 if rises:
                     self.dtr_rose()
         else:

@@ -51,25 +51,27 @@ class Bench:
         wait_for(lambda: not nodes() and not links(), "the ports to vanish")
         self._started.close()
 
-    def dongle(self, **options):
-        """Plugged in, with its link there."""
-        dongle = Dongle(**options)
+    def dongle(self, make=Dongle, **options):
+        """Plugged in, with its port there and its rules applied."""
+        dongle = make(**options)
         self._devices.callback(dongle.pull)
         self.plug_in(dongle)
         return dongle
 
     @staticmethod
     def plug_in(dongle):
-        before = len(links())
+        before = nodes()
         dongle.plug_in()
-        wait_for(lambda: len(links()) > before, "the link to the plugged dongle")
-        settle()
+        node = wait_for(lambda: set(nodes()) - set(before), "the port of the plugged dongle").pop()
+        # Until udev has done all that its rules say.
+        subprocess.run(["udevadm", "wait", "--timeout=30", node], check=True)
 
     @staticmethod
     def pull(dongle):
-        before = len(links())
+        before = nodes()
         dongle.pull()
-        wait_for(lambda: len(nodes()) < before and len(links()) < before, "the port of the pulled dongle to vanish")
+        wait_for(lambda: len(nodes()) < len(before) and all(link.exists() for link in links()),
+                 "the port of the pulled dongle to vanish")
 
     @staticmethod
     def is_plugged(dongle):
@@ -96,15 +98,11 @@ class Bench:
 
 
 def nodes():
-    return sorted(pathlib.Path("/dev").glob("tty[AU][CS][MB]*"))
+    return sorted(node for kind in ("ttyACM", "ttyUSB") for node in pathlib.Path("/dev").glob(f"{kind}*"))
 
 
 def links():
     return sorted(pathlib.Path("/dev").glob("cu.usbmodem*"))
-
-
-def settle():
-    subprocess.run(["udevadm", "settle", "--timeout=30"], check=True)
 
 
 def attributes(path="/dev/ttyACM0"):

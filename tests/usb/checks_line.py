@@ -6,12 +6,14 @@ import subprocess
 import time
 
 import checks_program
-from bench import attributes, check, expect_left, holds_back
-from dongle import CONNECTING, DURATION, HEADER, RELAYS, THRESHOLDS, WRITING
+from bench import check, expect_left, holds_back
+from dongle import CONNECTING, DURATION, RELAYS, THRESHOLDS, WRITING
 from waiting import Failed, expect, expect_at_most, wait_for
+from plain_serial import PlainDongle
 from window_watch import WindowWatch
 
 PORT = "/dev/ttyACM0"
+PLAIN_PORT = "/dev/ttyUSB0"
 DEADLINE = 2
 """Seconds that the wizard waits for an answer."""
 SLOWNESS = 3
@@ -190,12 +192,38 @@ def no_room(bench):
     expect(sent, b"".join(CONNECTING + WRITING[:4]) + bytes(filled) + b"".join(WRITING[4:]), "all that was sent")
 
 
-def fill(path, leave=0, total=None):
-    """Writes zeros, one at a time, until the line takes no more, or up to `leave` bytes before its `total`."""
+@check("a frame of which eight of twelve bytes fit at first: all of it is written, exact to the byte")
+def half_fitting_frame(bench):
+    full = bench.dongle(make=PlainDongle)
+    full.take_data(False)
+    room = fill(PLAIN_PORT)
+    bench.pull(full)
+    dongle = bench.dongle(make=PlainDongle)
+    answer = []
+    dongle.faults[RELAYS, 1] = lambda: answer.append(dongle.answer(WRITING[3]))
+    wizard = bench.connected("dialer", step="Summary", VELMORINDAL_DEVICE_PREFIX="ttyUSB")
+    wizard.save()
+    wait_for(lambda: answer, "the frame before the thresholds")
+    dongle.take_data(False)
+    expect(fill(PLAIN_PORT, room - 8), room - 8, "the bytes in front")
+    dongle.say(answer[0])
+    time.sleep(1)
+    dongle.take_data(True)
+    wizard.wait_for_line("Save done.")
+    bench.note = f"{room - 8} bytes of another program in front"
+    whole = b"".join(CONNECTING + WRITING[:4]) + bytes(room - 8) + b"".join(WRITING[4:])
+    wait_for(lambda: len(dongle.bytes) >= len(whole),
+             lambda: f"all that is to be sent; the last bytes are {dongle.bytes[-16:].hex(' ')}", seconds=20)
+    expect(bytes(dongle.bytes), whole, "all that was sent")
+    expect(wizard.leave(), 0, "the exit status")
+
+
+def fill(path, most=None):
+    """Writes zeros, one at a time, until the line takes no more or `most` are written. Returns how many."""
     descriptor = os.open(path, os.O_WRONLY | os.O_NOCTTY | os.O_NONBLOCK)
     written = 0
     with contextlib.suppress(BlockingIOError):
-        while total is None or written < total - leave:
+        while most is None or written < most:
             written += os.write(descriptor, bytes(1))
     os.close(descriptor)
     return written

@@ -37,14 +37,18 @@ class Dongle(Acm):
         super().__init__(**options)
         self.early = early
         self.faults = {}
+        self.paused = False
         self.hum_ticks = 0
         self._forget()
 
     def _forget(self):
         self.answers = {frame[2]: frame for frame in ANSWERS}
         self.bytes = bytearray()
+        self.packets = 0
         self.seen = {}
         self.arrivals = []
+        self.line_states = []
+        self.plugged_at = time.monotonic()
         self._pending = bytearray()
         self._streaming = threading.Event()
         self._pulled = threading.Event()
@@ -69,6 +73,7 @@ class Dongle(Acm):
 
     def received(self, data):
         self.bytes += data
+        self.packets += 1
         self._pending += data
         self._skip()
         while len(self._pending) >= HEADER and len(self._pending) >= HEADER + self._pending[3]:
@@ -105,6 +110,13 @@ class Dongle(Acm):
             return b"rbl\3" + ticks.to_bytes(2, "little") + b"\0"
         return self.answers.get(kind, b"eb" + bytes([kind, 0]))
 
+    def streams(self):
+        return self._streaming.is_set()
+
+    def pause_reports(self, pause):
+        """Keeps streamed reports back, as a device does that is out of reach for a while."""
+        self.paused = pause
+
     def count(self, kind):
         with self.lock:
             return self.seen.get(kind, 0)
@@ -114,5 +126,6 @@ class Dongle(Acm):
         while not pulled.is_set():
             streaming.wait()
             if not pulled.is_set():
-                self.say(report)
+                if not self.paused:
+                    self.say(report)
                 pulled.wait(self.report_interval)

@@ -13,7 +13,11 @@ import time
 import traceback
 
 import checks_line  # noqa: F401
+import checks_modem_manager  # noqa: F401
+import checks_people  # noqa: F401
+import checks_polling  # noqa: F401
 import checks_program  # noqa: F401
+import checks_time  # noqa: F401
 from bench import CHECKS, LOGS, Bench, Machine
 from waiting import Failed
 

@@ -1,0 +1,30 @@
+"""Who may use the dongle, and what the wizard tells those who may not."""
+
+from bench import check
+from checks_program import expect_programmed
+from waiting import expect
+
+
+def saves_as(bench, person):
+    dongle = bench.dongle()
+    wizard = bench.connected(person, step="Summary")
+    wizard.save()
+    wizard.wait_for_line("All done!")
+    expect(wizard.leave(), 0, "the exit status")
+    expect_programmed(dongle)
+
+
+check("the person at the seat, in no group: saves, exact to the byte", "carer", name="person_at_the_seat")(saves_as)
+check("a person in dialout, not at the seat: saves, exact to the byte", "dialer", name="person_in_dialout")(saves_as)
+
+
+@check("a person with neither: a line on standard error names the port, the refusal and the group that owns it")
+def person_with_neither(bench):
+    bench.dongle()
+    wizard = bench.wizard("stranger")
+    wizard.press("alt+n")
+    wizard.wait_for_line("Could not connect.")
+    line = wizard.wait_for_error("Permission denied")
+    bench.note = line
+    for part in ("/dev/cu.usbmodem0", "dialout"):
+        expect(part in line, True, f"{part!r} in {line!r}")

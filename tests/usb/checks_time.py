@@ -1,0 +1,50 @@
+"""How long connecting takes, compared with a program that makes the same exchanges and nothing else."""
+
+import pathlib
+import statistics
+import subprocess
+import time
+
+from bench import check
+from dongle import CONNECTING
+from waiting import expect, expect_at_most
+
+BARE = pathlib.Path(__file__).parent / "bare_exchange"
+RUNS = 7
+RATIO = 1.5
+
+
+def first_open(dongle, since):
+    return next(at for at, state in dongle.line_states if at >= since and state)
+
+
+def bare_seconds(bench, dongle):
+    since = time.monotonic()
+    with subprocess.Popen([BARE, "/dev/cu.usbmodem0"], stdout=subprocess.PIPE, text=True) as program:
+        expect(program.stdout.readline(), "connected\n", "what the bare program printed")
+        now = time.monotonic()
+    return now - first_open(dongle, since)
+
+
+def wizard_seconds(bench, dongle):
+    wizard = bench.wizard()
+    since = time.monotonic()
+    wizard.press("alt+n")
+    wizard.wait_for_line("Successful connection!")
+    wizard.close_window()
+    expect(wizard.status(), 0, "the exit status")
+    return wizard.output.time_of("Successful connection!") - first_open(dongle, since)
+
+
+@check("from the first open to connected: at most 1.5 times what a bare program takes for the same exchanges")
+def time_to_connect(bench):
+    dongle = bench.dongle()
+    bare, wizard = [], []
+    for _ in range(RUNS):
+        for run, seconds in ((bare_seconds, bare), (wizard_seconds, wizard)):
+            dongle.bytes.clear()
+            seconds.append(run(bench, dongle))
+            expect(bytes(dongle.bytes), b"".join(CONNECTING), "what was sent")
+    middle, bare_middle = statistics.median(wizard), statistics.median(bare)
+    bench.note = f"{middle * 1000:.0f} ms, bare {bare_middle * 1000:.0f} ms, ratio {middle / bare_middle:.2f}"
+    expect_at_most(middle / bare_middle, RATIO, "the ratio")
