@@ -9,7 +9,7 @@ from dongle import Dongle
 from waiting import expect, wait_for
 from wizard import Desktop, Person, Wizard
 
-LOGS = pathlib.Path("/checks/logs")
+LOGS = pathlib.Path(__file__).parent / "logs"
 CHECKS = {}
 """By name, in the order in which they run: what is to be so, and the function that finds out."""
 

@@ -5,7 +5,7 @@ from dongle import (CONNECTING, DURATION, KEYS, PATH, PROTOCOL, RELAYS, STATUS, 
 from waiting import expect, wait_for
 
 NO_DONGLE = "Could not detect Velmorindal Dongle."
-READING = (("the search", (VERSION, 1), NO_DONGLE),
+READING = (("the first version", (VERSION, 1), NO_DONGLE),
            ("the version", (VERSION, 2), "CC/NR"),
            ("the status", (STATUS, 1), "VS/CC"),
            ("the protocol", (PROTOCOL, 1), "VC/TC"),
@@ -98,7 +98,7 @@ def pulled_while_reading(bench, query, text):
 
 
 for _what, _query, _text in READING:
-    check(f"pulled while {_what} is asked for: {_text.removesuffix('.')}", _query, _text,
+    check(f"pulled when asked for {_what}: {_text.removesuffix('.')}", _query, _text,
           name=f"pulled_reading_{_what.removeprefix('the ').replace(' ', '_')}")(pulled_while_reading)
 
 
@@ -116,5 +116,5 @@ def pulled_while_writing(bench, command, code):
 
 
 for _what, _command, _code in WRITTEN:
-    check(f"pulled while {_what} {'are' if _what.endswith('s') else 'is'} written: {_code}", _command, _code,
+    check(f"pulled when sent {_what}: {_code}", _command, _code,
           name=f"pulled_writing_{_what.removeprefix('the ').replace(' ', '_')}")(pulled_while_writing)

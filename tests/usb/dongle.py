@@ -17,7 +17,7 @@ WRITTEN = (PROTOCOL, PATH, DURATION, RELAYS, THRESHOLDS, KEYS, STORE)
 
 def conversation(title):
     """The example of that title in the pages about the wire: what the host sends, and what the device answers."""
-    page = (pathlib.Path(__file__).parent / "protocol.md").read_text()
+    page = (pathlib.Path(__file__).parents[2] / "docs/protocol.md").read_text()
     block = page.split(f"### {title}\n", 1)[1].split("```conversation\n", 1)[1].split("```", 1)[0]
     lines = [(line[0], bytes.fromhex(line[1:])) for line in block.splitlines()]
     return [frame for side, frame in lines if side == ">"], [frame for side, frame in lines if side == "<"]

@@ -2,13 +2,12 @@
 to any network."""
 
 import contextlib
-import os
-import pathlib
 import socket
 import subprocess
 import sys
 import time
 
+TREE = "/checks"
 MEMORY = "1536"
 SECONDS_TO_BOOT = 300
 
@@ -26,7 +25,6 @@ class Machine:
                    "-drive", f"file={image / 'disk'},if=virtio,format=raw,snapshot=on",
                    "-netdev", f"user,id=net,restrict=on,hostfwd=tcp:127.0.0.1:{self.port}-:22",
                    "-device", "virtio-net-pci,netdev=net,romfile="]
-        # The kernel ends it if this program dies first.
         self.process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL)
 
     def __enter__(self):
@@ -54,23 +52,22 @@ class Machine:
             time.sleep(1)
         sys.exit(f"the machine was not up after {SECONDS_TO_BOOT} s")
 
-    def send(self, directory, *paths):
-        """Copies files and whole directories into a directory of the machine, by their last names."""
-        pack = ["tar", "--create", "--exclude=__pycache__"]
-        for path in paths:
-            pack += ["-C", str(path.parent), path.name]
+    def send(self, root, *paths):
+        """Copies what lies below `root` to the same places below TREE."""
+        pack = ["tar", "--create", "--exclude=__pycache__", "-C", str(root), *(str(path.relative_to(root)) for path in paths)]
         with subprocess.Popen(pack, stdout=subprocess.PIPE) as packing:
-            subprocess.run(self.ssh(f"mkdir -p {directory} && tar --extract -C {directory}"), stdin=packing.stdout,
+            subprocess.run(self.ssh(f"mkdir -p {TREE} && tar --extract --no-same-owner -C {TREE}"), stdin=packing.stdout,
                            check=True)
 
     def fetch(self, directory, to):
-        with subprocess.Popen(self.ssh(f"tar --create -C {directory} ."), stdin=subprocess.DEVNULL,
+        """Copies what is in a directory below TREE."""
+        with subprocess.Popen(self.ssh(f"tar --create -C {TREE}/{directory} ."), stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE) as packing:
             subprocess.run(["tar", "--extract", "-C", str(to)], stdin=packing.stdout, check=True)
 
     def run(self, command):
-        """With the output of this program. Returns the exit status."""
-        return subprocess.run(self.ssh(command), stdin=subprocess.DEVNULL, check=False).returncode
+        """In TREE, with the output of this program. Returns the exit status."""
+        return subprocess.run(self.ssh(f"cd {TREE} && {command}"), stdin=subprocess.DEVNULL, check=False).returncode
 
 
 def free_port():

@@ -2,15 +2,20 @@
 """Runs the checks in the virtual machine, as root: one line for each, and a count at the end.
 
 Usage: run_checks.py [NAME...]
+       run_checks.py --list
 
-NAME is a check's name or the start of some; without one all of them run. Each leaves its programs' output in logs/.
+NAME is a check's name or the start of some; without one all of them run. Each leaves its programs' output in logs/. With
+--list, on any machine, names and describes the checks.
 """
 
 import contextlib
+import pathlib
 import signal
 import sys
 import time
 import traceback
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "packaging"))
 
 import checks_line  # noqa: F401
 import checks_modem_manager  # noqa: F401
@@ -53,6 +58,10 @@ def passes(machine, name):
 
 
 def main():
+    if sys.argv[1:] == ["--list"]:
+        for name, (statement, _) in CHECKS.items():
+            print(f"{name}: {statement}")
+        return
     unknown = [name for name in sys.argv[1:] if not any(each.startswith(name) for each in CHECKS)]
     if unknown:
         sys.exit(f"no check is called {', '.join(unknown)}; there are: {' '.join(CHECKS)}")

@@ -121,6 +121,7 @@ class Wizard:
         """What a screen reader knows of the windows on the screen."""
         if self._reader is None:
             self._reader = self.person.start(["/usr/bin/python3", HERE / "reader.py", str(self.process.pid)],
+                                             environment={"PYTHONPATH": str(HERE.parent / "accessibility")},
                                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                                              text=True)
         self._reader.stdin.write("\n")
