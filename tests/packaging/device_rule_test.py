@@ -59,7 +59,7 @@ class DeviceRule(unittest.TestCase):
     def test_keeps_devices_from_the_modem_manager_only_while_a_wizard_is_open(self):
         ignoring = [rule for rule in rules() for key, attribute, _, _ in rule if (attribute or "").startswith("ID_MM_")]
         self.assertEqual(ignoring, [[("PROGRAM", None, "==", "/usr/bin/pgrep -x velmorindal-set"),
-                                     ("ENV", "ID_MM_DEVICE_IGNORE", "=", "1")]])
+                                     ("ENV", "ID_MM_PORT_IGNORE", "=", "1")]])
 
     def test_comes_after_what_it_needs_and_before_access_is_given(self):
         self.assertLess("60-serial.rules", RULE.name)

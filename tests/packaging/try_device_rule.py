@@ -90,7 +90,7 @@ def check_rule(number, ignored_as_modem):
     expect(f"/dev/cu.usbmodem{number}" in properties.get("DEVLINKS", "").split(), True, "the link among the device's")
     expect(os.readlink(f"/dev/cu.usbmodem{number}"), f"ttyACM{number}", "where the link leads")
     expect("uaccess" in properties["TAGS"].split(":"), True, "access for the person at the seat")
-    ignored = properties.get("ID_MM_DEVICE_IGNORE") == "1"
+    ignored = properties.get("ID_MM_PORT_IGNORE") == "1"
     expect(ignored, ignored_as_modem, "whether modem managers ignore the device")
 
 
