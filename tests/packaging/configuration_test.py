@@ -32,11 +32,11 @@ class Configured:
                 raise AssertionError(f"{CMAKE} {options} ended with {done.returncode}:\n{done.stdout}")
             self.output = done.stdout
             answers = build / ".cmake/api/v1/reply"
-            targets = {answer["id"]: answer
-                       for answer in (json.loads(each.read_text()) for each in answers.glob("target-*.json"))}
-            directories = [json.loads(each.read_text()) for each in answers.glob("directory-*.json")]
-            self.programs = {each["name"] for each in targets.values() if each["type"] == "EXECUTABLE"}
-            self.installed_programs = {each["name"] for each in targets.values() if "install" in each}
+            model = json.loads(next(answers.glob("codemodel-*.json")).read_text())["configurations"][0]
+            targets = [json.loads((answers / each["jsonFile"]).read_text()) for each in model["targets"]]
+            directories = [json.loads((answers / each["jsonFile"]).read_text()) for each in model["directories"]]
+            self.programs = {each["name"] for each in targets if each["type"] == "EXECUTABLE"}
+            self.installed_programs = {each["name"] for each in targets if "install" in each}
             self.installed_files = sum(len(each.get("installers", [])) for each in directories)
             self.commands = json.loads((build / "compile_commands.json").read_text())
 

@@ -43,8 +43,10 @@ def main():
         sys.exit("usage: busy.py COMMAND...")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     with tempfile.TemporaryDirectory() as directory:
-        load = [multiprocessing.Process(target=loop, args=(os.getpid(),)) for _ in range(LOOPS)]
-        load.append(multiprocessing.Process(target=write, args=(os.getpid(), directory)))
+        # Children of this process itself, so that they see it end.
+        fork = multiprocessing.get_context("fork")
+        load = [fork.Process(target=loop, args=(os.getpid(),)) for _ in range(LOOPS)]
+        load.append(fork.Process(target=write, args=(os.getpid(), directory)))
         for each in load:
             each.start()
         try:
