@@ -40,8 +40,6 @@ void Wizard::hideWindows() {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         widget->hide();
     }
-    // Hands it to the window system before the waits begin.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 }  // namespace velmorindal
