@@ -1,12 +1,7 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <unistd.h>
 
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "wizard/WizardDriver.h"
+#include "wizard/WizardTest.h"
 
 namespace velmorindal {
 namespace {
@@ -21,7 +16,7 @@ constexpr const char* errorLine = "Unknown Error. Please quit and restart this p
 
 struct FailedConnection {
     const char* name;
-    void (*spoil)(VirtualDongle& dongle);
+    void (*spoil)(SimulatedDongle& dongle);
     const char* message;
     const char* statusLine;
     /// Of the conversation: the probe, version, status, protocol, output path, duration, thresholds, keys.
@@ -30,58 +25,53 @@ struct FailedConnection {
 
 const std::vector<FailedConnection>& failedConnections() {
     static const std::vector<FailedConnection> table{
-        {"NoDongle", [](VirtualDongle& dongle) { dongle.unplug(); }, noDongleText, errorLine, 0},
-        {"SilentDongle", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::version); }, noDongleText,
+        {"NoDongle", [](SimulatedDongle& dongle) { dongle.unplug(); }, noDongleText, errorLine, 0},
+        {"SilentDongle", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::version); }, noDongleText,
          errorLine, 1},
         {"SilentVersionCheck",
-         [](VirtualDongle& dongle) { dongle.onOccurrence(2, Type::version, Fault::silence()); },
+         [](SimulatedDongle& dongle) { dongle.onOccurrence(2, Type::version, Fault::silence()); },
          "The device sent an unrecognized response.\n\n(Error code: CC/NR)", errorLine, 2},
-        {"SilentStatusCheck", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::status); },
+        {"SilentStatusCheck", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::status); },
          "The device sent an unrecognized response.\n\n(Error code: VS/CC)", errorLine, 3},
         {"LinkDown",
-         [](VirtualDongle& dongle) { dongle.prepare([](DeviceState& device) { device.linkState = 0; }); },
+         [](SimulatedDongle& dongle) { dongle.prepare([](DeviceState& device) { device.linkState = 0; }); },
          "Please ensure that your Velmorindal is turned on and in configuration mode.", "Not Connected", 3},
-        {"SilentProtocol", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::protocolSelect); },
+        {"SilentProtocol", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::protocolSelect); },
          thrownText, errorLine, 4},
-        {"SilentOutputPath", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::outputPath); }, thrownText,
+        {"SilentOutputPath", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::outputPath); }, thrownText,
          errorLine, 5},
-        {"SilentHumDuration", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::humDuration); },
+        {"SilentHumDuration", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humDuration); },
          thrownText, errorLine, 6},
-        {"SilentThresholds", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::humThresholds); },
+        {"SilentThresholds", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humThresholds); },
          thrownText, errorLine, 7},
-        {"SilentKeyboard", [](VirtualDongle& dongle) { dongle.staySilentOn(Type::keyboardConfig); },
+        {"SilentKeyboard", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::keyboardConfig); },
          thrownText, errorLine, 8},
         {"InvalidProtocol",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::protocolSelect, Fault::payloadOneByteLonger()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::protocolSelect, Fault::payloadOneByteLonger()); },
          "Invalid response from dongle (Error code: VCPS/IV)", errorLine, 4},
         {"InvalidOutputPath",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::outputPath, Fault::payloadOneByteLonger()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::outputPath, Fault::payloadOneByteLonger()); },
          "Invalid response from dongle (Error code: VCOP/IV)", errorLine, 5},
         {"InvalidHumDuration",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter()); },
          "Invalid response from dongle (Error code: VCHD/IV)", errorLine, 6},
         {"InvalidThresholds",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::humThresholds, Fault::errorFrame()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humThresholds, Fault::errorFrame()); },
          "Invalid response from dongle (Error code: VCHT/IV)", errorLine, 7},
         {"InvalidKeyboard",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::keyboardConfig, Fault::wrongMarker()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::keyboardConfig, Fault::wrongMarker()); },
          "Invalid response from dongle (Error code: VCKC/IV)", errorLine, 8},
         {"PulledOutWhileReading",
-         [](VirtualDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::unplugBeforeAnswer()); },
+         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::unplugBeforeAnswer()); },
          thrownText, errorLine, 6},
     };
     return table;
 }
 
-class FailedConnectionTest : public testing::TestWithParam<FailedConnection> {
-  protected:
-    TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
-};
+class FailedConnectionTest : public WizardTest, public testing::WithParamInterface<FailedConnection> {};
 
 TEST_P(FailedConnectionTest, SaysSoInADialogAndOnThePageAndLeavesOnlyClose) {
     GetParam().spoil(dongle);
-    WizardDriver driver{directory.path()};
     driver.press("Next");
     EXPECT_EQ(driver.dialog(), (WizardDriver::ShownDialog{"Connection Failed", GetParam().message, {"OK"}}));
     driver.press("OK");
@@ -96,19 +86,12 @@ TEST_P(FailedConnectionTest, SaysSoInADialogAndOnThePageAndLeavesOnlyClose) {
 INSTANTIATE_TEST_SUITE_P(EveryFailure, FailedConnectionTest, testing::ValuesIn(failedConnections()),
                          [](const auto& test) { return std::string{test.param.name}; });
 
-TEST(HeldPort, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
-    const TemporaryDirectory directory;
-    const VirtualDongle dongle{directory.path()};
-    WizardDriver driver{directory.path()};
+TEST_F(WizardTest, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
     int held = -1;
     const auto subscription = driver.velmorindal().objectWillChange.subscribe([&] {
         if (held == -1 && dongle.timesReceived(Type::version) == 1) {
-            held = ::open(dongle.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-            if (::flock(held, LOCK_EX | LOCK_NB) != 0) {
-                // Still being probed. There will be another change before it is opened for good.
-                ::close(held);
-                held = -1;
-            }
+            // Refused while it is being probed. There will be another change before it is opened for good.
+            held = system.openExclusively(dongle.path(), O_RDWR, {});
         }
     });
     driver.press("Next");
@@ -118,14 +101,10 @@ TEST(HeldPort, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
                                          {"OK"}}));
     driver.press("OK");
     EXPECT_EQ(driver.buttons(), Buttons{"Close"});
-    ::close(held);
 }
 
-TEST(TwoDongles, ConnectWithAWarning) {
-    const TemporaryDirectory directory;
-    const VirtualDongle first{directory.path()};
-    const VirtualDongle second{directory.path(), {.name = "cu.usbmodem-second"}};
-    WizardDriver driver{directory.path()};
+TEST_F(WizardTest, TwoDonglesConnectWithAWarning) {
+    const InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     driver.press("Next");
     EXPECT_EQ(driver.dialog(), (WizardDriver::ShownDialog{
                                    "Warning",
@@ -137,17 +116,12 @@ TEST(TwoDongles, ConnectWithAWarning) {
     EXPECT_EQ(driver.buttons(), (Buttons{"Cancel", "Back", "Next"}));
 }
 
-class WaitingWindowTest : public testing::Test {
-  protected:
-    TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
-};
+using WaitingWindowTest = WizardTest;
 
 TEST_F(WaitingWindowTest, AnswersItsButtonsWhileASilentDeviceIsWaitedFor) {
     dongle.staySilentOn(Type::status);
-    WizardDriver driver{directory.path()};
     driver.press("Next");
-    ASSERT_TRUE(WizardDriver::waitUntil([&] { return dongle.timesReceived(Type::status) == 1; }));
+    ASSERT_TRUE(driver.reaches([&] { return dongle.timesReceived(Type::status) == 1; }));
     EXPECT_TRUE(driver.shows("Connecting..."));
     EXPECT_EQ(driver.buttons(), Buttons{"Cancel"});
     driver.press("Cancel");
@@ -159,7 +133,6 @@ TEST_F(WaitingWindowTest, AnswersItsButtonsWhileASilentDeviceIsWaitedFor) {
 
 TEST_F(WaitingWindowTest, AnswersItsButtonsDuringAFloodOfForeignFrames) {
     dongle.onFirst(Type::humDuration, Fault::floodFirst(10'000));
-    WizardDriver driver{directory.path()};
     driver.press("Next");
     driver.press("Cancel");
     EXPECT_EQ(
@@ -167,15 +140,14 @@ TEST_F(WaitingWindowTest, AnswersItsButtonsDuringAFloodOfForeignFrames) {
         "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you want to "
         "quit?");
     driver.press("No");
-    EXPECT_TRUE(WizardDriver::waitUntil(
+    EXPECT_TRUE(driver.reaches(
         [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::connected; }));
 }
 
 TEST_F(WaitingWindowTest, LeavesAtOnceWhileConnecting) {
     dongle.staySilentOn(Type::status);
-    WizardDriver driver{directory.path()};
     driver.press("Next");
-    ASSERT_TRUE(WizardDriver::waitUntil([&] { return dongle.timesReceived(Type::status) == 1; }));
+    ASSERT_TRUE(driver.reaches([&] { return dongle.timesReceived(Type::status) == 1; }));
     driver.press("Cancel");
     driver.press("Yes");
     EXPECT_TRUE(driver.hasLeft());

@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "wizard/WizardDriver.h"
+#include "wizard/WizardTest.h"
 
 namespace velmorindal {
 namespace {
@@ -59,27 +57,23 @@ std::vector<FailedWrite> failedWrites() {
     return table;
 }
 
-class WritingTest : public testing::Test {
+class WritingTest : public WizardTest {
   protected:
-    void walkToSave(WizardDriver& driver, const std::string& output) {
+    void walkToSave(const std::string& output) {
         driver.walkTo(wizardState::Output);
         driver.choose(output);
         driver.walkTo(wizardState::Summary);
     }
-
-    TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
 };
 
 class FailedWriteTest : public WritingTest, public testing::WithParamInterface<FailedWrite> {};
 
 TEST_P(FailedWriteTest, SaysWhereItFailedOffersAFileAndSendsNothingMore) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, GetParam().output);
+    walkToSave(GetParam().output);
     dongle.onNext(GetParam().type, GetParam().fault);
     driver.press("Save");
     driver.press("Yes");
-    ASSERT_TRUE(WizardDriver::waitUntil([&] { return driver.dialogIsShown(); }));
+    ASSERT_TRUE(driver.reaches([&] { return driver.dialogIsShown(); }));
     EXPECT_EQ(driver.dialog(), (WizardDriver::ShownDialog{"Save Failed", GetParam().text + restart, {"OK"}}));
     driver.press("OK");
     EXPECT_EQ(driver.dialog(),
@@ -101,8 +95,7 @@ INSTANTIATE_TEST_SUITE_P(EveryStep, FailedWriteTest, testing::ValuesIn(failedWri
                          [](const auto& test) { return test.param.name; });
 
 TEST_F(WritingTest, ASecondTryAfterAFailedWriteSaysThatTheConnectionIsLost) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, "Switch Output");
+    walkToSave("Switch Output");
     dongle.onNext(Type::relayConfig, Fault::silence());
     driver.press("Save");
     driver.press("Yes");
@@ -120,8 +113,7 @@ TEST_F(WritingTest, ASecondTryAfterAFailedWriteSaysThatTheConnectionIsLost) {
 }
 
 TEST_F(WritingTest, DecliningTheQuestionSendsNothing) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, "USB Keyboard");
+    walkToSave("USB Keyboard");
     driver.press("Save");
     driver.press("No");
     EXPECT_FALSE(driver.dialogIsShown());
@@ -130,12 +122,11 @@ TEST_F(WritingTest, DecliningTheQuestionSendsNothing) {
 }
 
 TEST_F(WritingTest, ShowsOnlyCancelWhileItRunsAndAnswersIt) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, "Switch Output");
+    walkToSave("Switch Output");
     dongle.onNext(Type::humDuration, Fault::lateBy(std::chrono::milliseconds{1000}));
     driver.press("Save");
     driver.press("Yes");
-    ASSERT_TRUE(WizardDriver::waitUntil(
+    ASSERT_TRUE(driver.reaches(
         [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::writing; }));
     EXPECT_EQ(driver.buttons(), Buttons{"Cancel"});
     EXPECT_TRUE(driver.shows("Writing data..."));
@@ -146,12 +137,11 @@ TEST_F(WritingTest, ShowsOnlyCancelWhileItRunsAndAnswersIt) {
 }
 
 TEST_F(WritingTest, QuittingDuringAWriteWaitsForItsEnd) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, "Switch Output");
+    walkToSave("Switch Output");
     dongle.onNext(Type::humDuration, Fault::lateBy(std::chrono::milliseconds{700}));
     driver.press("Save");
     driver.press("Yes");
-    ASSERT_TRUE(WizardDriver::waitUntil(
+    ASSERT_TRUE(driver.reaches(
         [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::writing; }));
     driver.press("Cancel");
     driver.press("Yes");
@@ -161,8 +151,7 @@ TEST_F(WritingTest, QuittingDuringAWriteWaitsForItsEnd) {
 }
 
 TEST_F(WritingTest, GoingBackAfterASuccessTakesTheSuccessAway) {
-    WizardDriver driver{directory.path()};
-    walkToSave(driver, "Switch Output");
+    walkToSave("Switch Output");
     driver.press("Save");
     driver.press("Yes");
     driver.press("No");

@@ -2,8 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "wizard/WizardDriver.h"
+#include "wizard/WizardTest.h"
 
 namespace velmorindal {
 namespace {
@@ -132,42 +131,28 @@ const std::vector<Programming>& programmings() {
     return table;
 }
 
-class ProgrammingTest : public testing::TestWithParam<Programming> {
-  protected:
-    void chooseMode(WizardDriver& driver) {
-        driver.choose(GetParam().longShort ? "Long/Short Mode" : "Direct Mode");
-        if (GetParam().longShort) {
-            driver.check("Enable short output", GetParam().shortOutput);
-            driver.check("Enable long output", GetParam().longOutput);
-        }
+/// From the first page to the last, as a person goes, and looks at what has reached the device.
+void expectExactlyTheFramesOf(const Programming& programming, WizardDriver& driver,
+                              const SimulatedDongle& dongle) {
+    driver.walkTo(wizardState::Mode);
+    driver.choose(programming.longShort ? "Long/Short Mode" : "Direct Mode");
+    if (programming.longShort) {
+        driver.check("Enable short output", programming.shortOutput);
+        driver.check("Enable long output", programming.longOutput);
     }
-
-    void chooseOutput(WizardDriver& driver) {
-        driver.choose(GetParam().output);
-        if (GetParam().output == std::string{"Switch Output"}) {
-            return;
-        }
-        if (!GetParam().longShort) {
+    driver.press("Next");
+    driver.choose(programming.output);
+    if (programming.output != std::string{"Switch Output"}) {
+        if (!programming.longShort) {
             driver.chooseKey("Keystroke", "F5");
         }
-        if (GetParam().longShort && GetParam().shortOutput) {
+        if (programming.shortOutput) {
             driver.chooseKey("Short hum keystroke", "Tab");
         }
-        if (GetParam().longShort && GetParam().longOutput) {
+        if (programming.longOutput) {
             driver.chooseKey("Long hum keystroke", "Shift+Tab");
         }
     }
-
-    TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
-};
-
-TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
-    WizardDriver driver{directory.path()};
-    driver.walkTo(wizardState::Mode);
-    chooseMode(driver);
-    driver.press("Next");
-    chooseOutput(driver);
     driver.press("Next");
     driver.moveSlider("Clarity threshold", 75);
     driver.moveSlider("Cutoff", 38);
@@ -178,7 +163,7 @@ TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
         (WizardDriver::ShownDialog{
             "Save Settings?", "Would you like to program your device with these settings?", {"Yes", "No"}}));
     driver.press("Yes");
-    EXPECT_TRUE(WizardDriver::waitUntil(
+    EXPECT_TRUE(driver.reaches(
         [&] { return driver.dialogIsShown() && driver.dialog().title == "Write Configuration File?"; }));
     EXPECT_EQ(driver.dialog().message,
               "Congratulations! Your Velmorindal has been successfully programmed.\n\nYour configuration can "
@@ -189,19 +174,37 @@ TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
     EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Back", "Close"}));
 
     std::vector<ByteBuffer> expected = connecting;
-    expected.insert(expected.end(), GetParam().frames.begin(), GetParam().frames.end());
+    expected.insert(expected.end(), programming.frames.begin(), programming.frames.end());
     EXPECT_THAT(dongle.receivedFrames(), ElementsAreArray(expected));
     EXPECT_EQ(dongle.skippedBytes(), 0U);
     EXPECT_EQ(dongle.state().stored, dongle.state().settings);
 }
 
+class ProgrammingTest : public WizardTest, public testing::WithParamInterface<Programming> {};
+
+TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
+    expectExactlyTheFramesOf(GetParam(), driver, dongle);
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryOutputAndMode, ProgrammingTest, testing::ValuesIn(programmings()),
                          [](const auto& test) { return std::string{test.param.name}; });
 
-TEST(ProgrammingNothing, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {
-    const TemporaryDirectory directory;
-    const VirtualDongle dongle{directory.path()};
+class ProgrammingOnATerminalTest : public testing::TestWithParam<Programming> {
+  protected:
+    TemporaryDirectory directory;
+    VirtualDongle dongle{directory.path()};
     WizardDriver driver{directory.path()};
+};
+
+TEST_P(ProgrammingOnATerminalTest, AWholeRunSendsExactlyTheseFrames) {
+    expectExactlyTheFramesOf(GetParam(), driver, dongle);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryKindOfDevice, ProgrammingOnATerminalTest,
+                         testing::Values(programmings()[0], programmings()[5], programmings()[11]),
+                         [](const auto& test) { return std::string{test.param.name}; });
+
+TEST_F(WizardTest, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {
     driver.walkTo(wizardState::Mode);
     driver.choose("Long/Short Mode");
     driver.check("Enable short output", false);

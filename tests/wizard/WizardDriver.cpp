@@ -59,8 +59,10 @@ MessageDialog* shownMessage() {
 }  // namespace
 
 WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
-    : wizard_{std::make_unique<Wizard>(dispatch_, system_,
-                                       DongleSearch{.directory = deviceDirectory.string()},
+    : WizardDriver{deviceDirectory, dispatch_, system_} {}
+
+WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system)
+    : wizard_{std::make_unique<Wizard>(dispatch, system, DongleSearch{.directory = deviceDirectory.string()},
                                        QtFilePanel::Kind::toolkit, [this] { left_ = true; })} {
     wizard_->show();
     if (!QTest::qWaitForWindowExposed(&wizard_->window())) {
@@ -69,8 +71,12 @@ WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
 }
 
 WizardDriver::~WizardDriver() {
+    shutDown();
+}
+
+void WizardDriver::shutDown() {
     velmorindal().stopPollingAndWait();
-    waitUntil([this] { return !wizard_->container().hasBackgroundWork(); });
+    reaches([this] { return !wizard_->container().hasBackgroundWork(); });
     velmorindal().disconnect(false);
 }
 
@@ -86,7 +92,7 @@ QWidget& WizardDriver::top() const {
 template <typename Control>
 Control& WizardDriver::reachable(const std::string& text) {
     Control* found = nullptr;
-    const bool came = waitUntil([&] {
+    const bool came = reaches([&] {
         for (Control* control : top().template findChildren<Control*>()) {
             if (control->isVisible() && control->isEnabled() && textOf(*control) == text) {
                 found = control;
@@ -172,7 +178,7 @@ void WizardDriver::moveSlider(const std::string& name, int steps) const {
 
 void WizardDriver::answerFileDialog(const std::optional<std::filesystem::path>& path) {
     QFileDialog* dialog = nullptr;
-    if (!waitUntil([&] {
+    if (!reaches([&] {
             dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
             return dialog != nullptr;
         })) {
@@ -195,7 +201,7 @@ void WizardDriver::walkTo(wizardState page) {
 }
 
 WizardDriver::ShownDialog WizardDriver::dialog() {
-    if (!waitUntil([] { return shownMessage() != nullptr; })) {
+    if (!reaches([] { return shownMessage() != nullptr; })) {
         fail("No message appeared.");
     }
     const MessageDialog& message = *shownMessage();

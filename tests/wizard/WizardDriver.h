@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "transport/PosixSystem.h"
+#include "support/UnhurriedSystem.h"
 #include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/Wizard.h"
 
@@ -31,18 +31,23 @@ class WizardDriver {
 
     static constexpr std::chrono::seconds bound{30};
 
-    /// Opens the window; dongles are looked for in `deviceDirectory`.
+    /// Opens the window; dongles are looked for in `deviceDirectory`. For dongles that answer everything: no
+    /// exchange ever times out.
     explicit WizardDriver(const std::filesystem::path& deviceDirectory);
     WizardDriver(const WizardDriver&) = delete;
     WizardDriver& operator=(const WizardDriver&) = delete;
     /// Waits for background work to end.
-    ~WizardDriver();
+    virtual ~WizardDriver();
 
     Wizard& wizard() { return *wizard_; }
     VelmorindalSwitch& velmorindal() { return wizard_->velmorindal(); }
 
     /// Turns the event loop until `condition` holds. @returns false when the bound passed first.
     static bool waitUntil(const std::function<bool()>& condition);
+
+    /// Lets the wizard and its device go on until `condition` holds. @returns false when the bound passed
+    /// first.
+    virtual bool reaches(const std::function<bool()>& condition) { return waitUntil(condition); }
 
     /// Presses the button with that text in the dialog on top, or in the window where there is none.
     void press(const std::string& button);
@@ -73,13 +78,19 @@ class WizardDriver {
     /// The window or dialog that takes the next press.
     QWidget& top() const;
 
+  protected:
+    /// As the public one, with a dispatch and a system that outlive the driver.
+    WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system);
+
+    /// What the destructor does, for a derived class whose reaches() is needed for it.
+    void shutDown();
+
   private:
     template <typename Control>
     Control& reachable(const std::string& text);
 
-    std::filesystem::path settingsDirectory_;
     bool left_ = false;
-    PosixSystem system_;
+    UnhurriedSystem system_;
     QtDispatch dispatch_;
     std::unique_ptr<Wizard> wizard_;
 };
