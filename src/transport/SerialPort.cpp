@@ -173,8 +173,9 @@ ByteBuffer SerialPort::readData(std::size_t length) {
         const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline);
         if (count > 0) {
             received += static_cast<std::size_t>(count);
-        } else if (system_.now() - turn < restAfterNothing) {
-            system_.sleepFor(restAfterNothing);
+        } else if (const TimePoint now = system_.now(); now - turn < restAfterNothing) {
+            system_.sleepFor(deadline ? std::min<System::Clock::duration>(restAfterNothing, *deadline - now)
+                                      : restAfterNothing);
         }
         if (received < length) {
             turn = system_.now();
