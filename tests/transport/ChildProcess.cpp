@@ -55,7 +55,7 @@ pid_t start(std::vector<std::string> arguments, const Pipe& input, const Pipe& o
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     // `timeout` ends the program, so that no wait below can last for ever.
-    std::vector<std::string> bounded{"timeout", "--kill-after=5", "30"};
+    std::vector<std::string> bounded{"timeout", "--kill-after=5", "300"};
     bounded.insert(bounded.end(), arguments.begin(), arguments.end());
     const Pipe input;
     const Pipe output;

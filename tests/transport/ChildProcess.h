@@ -9,7 +9,7 @@
 namespace velmorindal {
 
 /// Another program beside the test, with its standard input, output and error in the test's hands. It is
-/// ended after half a minute at the latest, and when the object goes.
+/// ended after five minutes at the latest, and when the object goes.
 class ChildProcess {
   public:
     /// Starts `arguments`; the first is the program.

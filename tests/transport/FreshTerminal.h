@@ -25,7 +25,7 @@ class FreshTerminal {
 
     /// What the host has sent to the device: `count` bytes, or fewer when they do not arrive within `bound`.
     std::vector<std::uint8_t> receive(std::size_t count,
-                                      std::chrono::milliseconds bound = std::chrono::seconds{10}) const;
+                                      std::chrono::milliseconds bound = std::chrono::minutes{2}) const;
 
     /// Takes the device away: its node vanishes.
     void unplug();

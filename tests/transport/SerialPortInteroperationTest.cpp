@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "support/UnhurriedSystem.h"
 #include "transport/ChildProcess.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
@@ -28,6 +29,7 @@ class SerialCable : public testing::Test {
     const std::string directory_ = newDirectory();
 
   protected:
+    UnhurriedSystem system;
     const std::string nearEnd = directory_ + "/near";
     const std::string farEnd = directory_ + "/far";
 
@@ -37,11 +39,11 @@ class SerialCable : public testing::Test {
 };
 
 TEST_F(SerialCable, CarriesEveryByteBothWaysBetweenTwoPorts) {
-    SerialPort nearPort{nearEnd, posix};
-    SerialPort farPort{farEnd, posix};
+    SerialPort nearPort{nearEnd, system};
+    SerialPort farPort{farEnd, system};
     for (SerialPort* port : {&nearPort, &farPort}) {
         port->openPort();
-        port->setSettings(dongleSettings(10));
+        port->setSettings(dongleSettings(2));
     }
     ByteBuffer backwards = everyByte();
     std::ranges::reverse(backwards);
@@ -58,7 +60,7 @@ TEST_F(SerialCable, CarriesEveryByteBothWaysBetweenTwoPorts) {
 TEST_F(SerialCable, CarriesEveryByteToAndFromAnotherSerialLibrary) {
     constexpr const char* answerBackwards = R"(
 import serial, sys
-line = serial.Serial(sys.argv[1], 115200, timeout=20)
+line = serial.Serial(sys.argv[1], 115200)
 print("listening", flush=True)
 received = line.read(256)
 line.write(received[::-1])
@@ -68,9 +70,9 @@ print(received == bytes(range(256)))
 )";
     ChildProcess answerer{python(answerBackwards, {farEnd})};
     ASSERT_TRUE(answerer.says("listening")) << answerer.output();
-    SerialPort port{nearEnd, posix};
+    SerialPort port{nearEnd, system};
     port.openPort();
-    port.setSettings(dongleSettings(20));
+    port.setSettings(dongleSettings(2));
     ByteBuffer backwards = everyByte();
     std::ranges::reverse(backwards);
 

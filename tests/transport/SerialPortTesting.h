@@ -44,7 +44,7 @@ std::optional<PortError> errorOf(Operation operation) {
 /// @returns false when it never did.
 template <typename Condition>
 bool comesTrue(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes{2};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;

@@ -1,27 +1,22 @@
 #include <gtest/gtest.h>
 
-#include "transport/FreshTerminal.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "transport/VirtualPortTest.h"
 
 namespace velmorindal {
 namespace {
 
-class SerialPortText : public testing::Test {
+using namespace std::chrono_literals;
+
+class SerialPortText : public VirtualPortTest {
   protected:
     SerialPortText() {
         port.openPort();
         port.setSettings(dongleSettings(2));
     }
-
-    void TearDown() override { port.closePort(); }
-
-    FreshTerminal device;
-    SerialPort port{device.path(), posix};
 };
 
 TEST_F(SerialPortText, ReadsALengthOfBytesAsUTF8) {
-    device.send(ByteBuffer{'V', 0xC3, 0xA9, 0xF0, 0x9F, 0x8E, 0xA4, '!'});
+    send({'V', 0xC3, 0xA9, 0xF0, 0x9F, 0x8E, 0xA4, '!'});
 
     EXPECT_EQ(port.readString(7), "V\u00E9\U0001F3A4");
     EXPECT_EQ(port.readString(1), "!");
@@ -33,13 +28,13 @@ TEST_F(SerialPortText, ReadsNoTextFromBytesThatAreNotUTF8) {
     const ByteBuffer surrogate{0xED, 0xA0, 0x80};
 
     for (const ByteBuffer& bytes : {cutShort, overlong, surrogate}) {
-        device.send(bytes);
+        send(bytes);
         EXPECT_EQ(errorOf([&] { port.readString(bytes.size()); }), PortError::stringsMustBeUTF8);
     }
 }
 
 TEST_F(SerialPortText, ReadsALineWithoutItsLineFeed) {
-    device.send(ByteBuffer{'o', 'n', 'e', '\r', '\n', '\n', 't', 'w', 'o', '\n'});
+    send({'o', 'n', 'e', '\r', '\n', '\n', 't', 'w', 'o', '\n'});
 
     EXPECT_EQ(port.readLine(), "one\r");
     EXPECT_EQ(port.readLine(), "");
@@ -47,48 +42,41 @@ TEST_F(SerialPortText, ReadsALineWithoutItsLineFeed) {
 }
 
 TEST_F(SerialPortText, RefusesALineWithAByteAbove0x7F) {
-    device.send(ByteBuffer{'a', 0xC3, 0xA9, '\n'});
+    send({'a', 0xC3, 0xA9, '\n'});
 
     EXPECT_EQ(errorOf([&] { port.readLine(); }), PortError::unableToConvertByteToCharacter);
     EXPECT_EQ(port.readByte(), 0xA9) << "the byte that was refused is consumed, what follows is not";
 }
 
 TEST_F(SerialPortText, RefusesAByteAbove0x7FEvenWhenItIsTheTerminator) {
-    device.send(ByteBuffer{0x80});
+    send({0x80});
 
     EXPECT_EQ(errorOf([&] { port.readUntilChar('\x80'); }), PortError::unableToConvertByteToCharacter);
 }
 
 TEST_F(SerialPortText, ReadsUpToATerminatorOfAnyKind) {
-    device.send(ByteBuffer{'a', '\n', 0x7F, ';', 'b', 0x00, 'c'});
+    send({'a', '\n', 0x7F, ';', 'b', 0x00, 'c'});
 
     EXPECT_EQ(port.readUntilChar(';'), "a\n\x7F");
     EXPECT_EQ(port.readUntilChar('\0'), "b");
     EXPECT_EQ(port.readByte(), 'c');
 }
 
-TEST_F(SerialPortText, WaitsForATerminatorPastEmptyReads) {
-    SerialSettings impatient = dongleSettings(0);
-    impatient.minimumBytesToRead = 0;
-    port.setSettings(impatient);
-    std::thread host{[this] { EXPECT_EQ(port.readLine(), "late"); }};
+TEST_F(SerialPortText, WaitsForATerminatorPastEmptyReadsAndTheTimeout) {
+    line.sendAt(500ms, {'l', 'a', 't'});
+    line.sendAt(10s, {'e', '\n'});
 
-    for (const char character : {'l', 'a', 't', 'e', '\n'}) {
-        device.send(ByteBuffer{static_cast<std::uint8_t>(character)});
-        std::this_thread::yield();
-    }
-
-    host.join();
+    EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readLine(), "late"); }), 10.0);
 }
 
 TEST_F(SerialPortText, ReadsSingleBytesAndCharactersOfEveryValue) {
-    device.send(ByteBuffer{0x00, 0x7F, 0x80, 0xFF});
+    send({0x00, 0x7F, 0x80, 0xFF});
     EXPECT_EQ(port.readByte(), 0x00);
     EXPECT_EQ(port.readByte(), 0x7F);
     EXPECT_EQ(port.readByte(), 0x80);
     EXPECT_EQ(port.readByte(), 0xFF);
 
-    device.send(ByteBuffer{'A', 0xC3});
+    send({'A', 0xC3});
     EXPECT_EQ(port.readChar(), U'A');
     EXPECT_EQ(port.readChar(), U'\u00C3');
 }
@@ -96,14 +84,14 @@ TEST_F(SerialPortText, ReadsSingleBytesAndCharactersOfEveryValue) {
 TEST_F(SerialPortText, WritesTextAsItsUTF8Bytes) {
     EXPECT_EQ(port.writeString("V\u00E9\n"), 4);
 
-    EXPECT_EQ(device.receive(4), (ByteBuffer{'V', 0xC3, 0xA9, '\n'}));
+    EXPECT_EQ(line.written(), (ByteBuffer{'V', 0xC3, 0xA9, '\n'}));
 }
 
 TEST_F(SerialPortText, WritesNothingOfATextThatIsNotUTF8) {
     EXPECT_EQ(errorOf([&] { port.writeString("good\xC3"); }), PortError::stringsMustBeUTF8);
     port.writeString("!");
 
-    EXPECT_EQ(device.receive(1), (ByteBuffer{'!'}));
+    EXPECT_EQ(line.written(), (ByteBuffer{'!'}));
 }
 
 TEST_F(SerialPortText, WritesAScalarAsOneToFourBytes) {
@@ -115,7 +103,7 @@ TEST_F(SerialPortText, WritesAScalarAsOneToFourBytes) {
     EXPECT_EQ(port.writeChar(U'\U00010000'), 4);
     EXPECT_EQ(port.writeChar(U'\U0010FFFF'), 4);
 
-    EXPECT_EQ(device.receive(19), (ByteBuffer{0x7F, 0xC2, 0x80, 0xDF, 0xBF, 0xE0, 0xA0, 0x80, 0xEF, 0xBF,
+    EXPECT_EQ(line.written(), (ByteBuffer{0x7F, 0xC2, 0x80, 0xDF, 0xBF, 0xE0, 0xA0, 0x80, 0xEF, 0xBF,
                                               0xBD, 0xF0, 0x90, 0x80, 0x80, 0xF4, 0x8F, 0xBF, 0xBF}));
 }
 

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <optional>
 
+#include "support/UnhurriedSystem.h"
 #include "transport/FreshTerminal.h"
 #include "transport/SerialPort.h"
 #include "transport/SerialPortTesting.h"
@@ -19,11 +20,11 @@ namespace velmorindal {
 namespace {
 
 /// Counts how often a thread has come to wait for a line.
-class CountingSystem final : public PosixSystem {
+class CountingSystem final : public UnhurriedSystem {
   public:
     bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override {
         ++waits;
-        return PosixSystem::wait(descriptor, readiness, until);
+        return UnhurriedSystem::wait(descriptor, readiness, until);
     }
 
     std::atomic<int> waits{0};
@@ -113,8 +114,8 @@ TEST_F(SerialPortUnderAReader, GathersBytesThatArriveInPiecesWithoutADeadline) {
     EXPECT_EQ(reader.bytes(), (ByteBuffer{0x72, 0x62, 0x76, 0x01}));
 }
 
-TEST_F(SerialPortUnderAReader, EndsTheReaderPromptlyWhenItIsClosed) {
-    port.setSettings(dongleSettings(100));
+TEST_F(SerialPortUnderAReader, EndsTheReaderWithItsPresentReadWhenItIsClosed) {
+    port.setSettings(dongleSettings(1));
     const int descriptor = port.fileDescriptor().value();
     Reader reader{port, 4};
     ASSERT_TRUE(readerComesToWait(reader));
@@ -122,7 +123,7 @@ TEST_F(SerialPortUnderAReader, EndsTheReaderPromptlyWhenItIsClosed) {
     port.closePort();
 
     EXPECT_EQ(port.fileDescriptor(), std::nullopt);
-    EXPECT_EQ(reader.outcome(), PortError::mustBeOpen) << "and not the deadline";
+    EXPECT_EQ(reader.outcome(), PortError::mustBeOpen);
     EXPECT_FALSE(isOpen(descriptor));
 }
 

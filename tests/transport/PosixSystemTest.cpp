@@ -1,0 +1,65 @@
+#include "transport/PosixSystem.h"
+
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "transport/SerialPortTesting.h"
+
+namespace velmorindal {
+namespace {
+
+/// Two connected sockets. The system waits in the close of the first for what the second has not taken, as it
+/// does for a serial line, and as it never does for a pseudo-terminal.
+class ALineThatIsSlowToClose : public testing::Test {
+  protected:
+    void SetUp() override {
+        const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto* const general = reinterpret_cast<sockaddr*>(&address);
+        socklen_t size = sizeof address;
+        ASSERT_EQ(::bind(listener, general, size), 0);
+        ASSERT_EQ(::listen(listener, 1), 0);
+        ASSERT_EQ(::getsockname(listener, general, &size), 0);
+        line = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        ASSERT_EQ(::connect(line, general, size), 0);
+        device = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        ASSERT_NE(device, -1);
+        ::close(listener);
+        const linger patience{.l_onoff = 1, .l_linger = 3600};
+        ASSERT_EQ(::setsockopt(line, SOL_SOCKET, SO_LINGER, &patience, sizeof patience), 0);
+    }
+
+    void TearDown() override { ::close(device); }
+
+    int line = -1;
+    int device = -1;
+};
+
+TEST_F(ALineThatIsSlowToClose, IsClosedWithoutWaitingAndLosesNothing) {
+    const std::array<char, 4096> bytes{};
+    std::size_t sent = 0;
+    ssize_t count = 0;
+    while ((count = ::send(line, bytes.data(), bytes.size(), MSG_DONTWAIT)) > 0) {
+        sent += static_cast<std::size_t>(count);
+    }
+
+    posix.close(line);
+
+    // Only now does the device take anything.
+    std::array<char, 65536> taken{};
+    std::size_t received = 0;
+    while ((count = ::recv(device, taken.data(), taken.size(), 0)) > 0) {
+        received += static_cast<std::size_t>(count);
+    }
+    EXPECT_EQ(received, sent);
+    EXPECT_TRUE(comesTrue([this] { return !isOpen(line); }));
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "support/Choices.h"
+#include "support/Scheduler.h"
+#include "transport/ScriptedLine.h"
+#include "transport/SerialPort.h"
+#include "transport/SerialPortTesting.h"
+
+namespace velmorindal {
+
+/// A virtual system that notes the calls that change something, and what is to be called when an open is slow.
+class NotedSystem final : public VirtualSystem {
+  public:
+    using VirtualSystem::VirtualSystem;
+
+    int openExclusively(const std::string& path, int accessMode,
+                        const std::function<void()>& whenSlow) override {
+        calls.emplace_back("open");
+        if (whenSlow) {
+            whenSlow();
+        }
+        return VirtualSystem::openExclusively(path, accessMode, whenSlow);
+    }
+    void endExclusiveUse(int descriptor) override {
+        calls.push_back("end the exclusive use of " + std::to_string(descriptor));
+        VirtualSystem::endExclusiveUse(descriptor);
+    }
+    void close(int descriptor) override {
+        calls.push_back("close " + std::to_string(descriptor));
+        VirtualSystem::close(descriptor);
+    }
+    bool setLineAttributes(int descriptor, const termios& attributes) override {
+        calls.emplace_back("set attributes");
+        return VirtualSystem::setLineAttributes(descriptor, attributes);
+    }
+
+    std::vector<std::string> calls;
+};
+
+/// A port on a line whose far end follows a script, on virtual time.
+class VirtualPortTest : public testing::Test {
+  protected:
+    VirtualPortTest() { system.add(port.path, line); }
+
+    /// What the device sends now.
+    void send(const ByteBuffer& bytes) { line.sendAt(scheduler.now(), bytes); }
+
+    /// How much virtual time `operation` takes, in seconds.
+    template <typename Operation>
+    double secondsTakenBy(Operation operation) {
+        const Scheduler::Moment start = scheduler.now();
+        operation();
+        return std::chrono::duration<double>{scheduler.now() - start}.count();
+    }
+
+    Choices choices;
+    Scheduler scheduler{choices, {.deviations = 0, .points = std::numeric_limits<std::size_t>::max()}};
+    NotedSystem system{scheduler};
+    ScriptedLine line;
+    SerialPort port{"line", system};
+};
+
+}  // namespace velmorindal
