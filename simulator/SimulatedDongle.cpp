@@ -8,7 +8,6 @@ namespace {
 
 /// Reports are left out while a host that does not read has more than this waiting.
 constexpr std::size_t longestBacklog = 4096;
-constexpr std::chrono::seconds longestWaitForTheHost{1};
 
 }  // namespace
 
@@ -210,7 +209,7 @@ void SimulatedDongle::deliver(const AnswerPlan& plan, Clock::time_point now) {
             break;
     }
     if (plan.unplugging == AnswerPlan::Unplugging::after) {
-        unplugBy_ = now + longestWaitForTheHost;
+        unplugBy_ = now + options_.waitForTheHost;
     }
 }
 

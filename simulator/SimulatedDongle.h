@@ -61,6 +61,8 @@ class SimulatedDongle {
         std::chrono::microseconds reportInterval{50'000};
         /// Whether received frames are kept. Off for a dongle that serves for hours.
         bool keepsReceivedFrames = true;
+        /// How long a dongle that is pulled out after an answer waits for the host to take it.
+        std::chrono::milliseconds waitForTheHost{1000};
     };
 
     SimulatedDongle(const SimulatedDongle&) = delete;

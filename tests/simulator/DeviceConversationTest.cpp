@@ -1,18 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "RawHost.h"
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
+#include "VirtualHost.h"
 
 namespace velmorindal {
 namespace {
 
-class DeviceConversation : public testing::Test {
-  protected:
-    TemporaryDirectory directory_;
-    VirtualDongle dongle_{directory_.path()};
-    RawHost host_{dongle_.path()};
-};
+using DeviceConversation = VirtualDongleTest;
 
 TEST_F(DeviceConversation, EveryQueryIsAnsweredWithTheDevicesPresentValue) {
     EXPECT_EQ(host_.ask(query('v'), 20), (ByteBuffer{'r', 'b', 'v', 16,  'V', 'e', 'l', 'm', 'o', 'r',

@@ -4,9 +4,8 @@
 #include <cctype>
 #include <string>
 
-#include "RawHost.h"
+#include "VirtualHost.h"
 #include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {
@@ -20,12 +19,7 @@ struct Bent {
 };
 
 /// After each fault a status query follows. What arrives before its answer is what the fault let through.
-class FaultyAnswer : public testing::TestWithParam<Bent> {
-  protected:
-    TemporaryDirectory directory_;
-    VirtualDongle dongle_{directory_.path()};
-    RawHost host_{dongle_.path()};
-};
+class FaultyAnswer : public VirtualDongleTest, public testing::WithParamInterface<Bent> {};
 
 TEST_P(FaultyAnswer, ArrivesBentAndTheNextAnswerIsSound) {
     const ByteBuffer& arrives = GetParam().arrives;
@@ -69,12 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-class Faults : public testing::Test {
-  protected:
-    TemporaryDirectory directory_;
-    VirtualDongle dongle_{directory_.path()};
-    RawHost host_{dongle_.path()};
-};
+using Faults = VirtualDongleTest;
 
 TEST_F(Faults, TenThousandOtherFramesComeFirstAndTheAnswerAfterAll) {
     dongle_.onFirst(status, Fault::floodFirst());
@@ -127,20 +116,36 @@ TEST_F(Faults, AHumWhoseReportWasLostIsReportedAgain) {
     EXPECT_EQ(host_.ask(query('l') + query('l'), 7), (ByteBuffer{'r', 'b', 'l', 3, 25, 0, 0}));
 }
 
-TEST_F(Faults, UnpluggingBeforeTheAnswerLetsNothingThrough) {
+TEST_F(Faults, AFaultOfOnesOwnSeesTheRequestAndTheAnswer) {
+    dongle_.onFirst(status, Fault{"doubled", [](AnswerPlan& plan) {
+                                      plan.bytesBefore = plan.request;
+                                      plan.answer = plan.answer + plan.answer;
+                                  }});
+    EXPECT_EQ(host_.ask(query('s'), 14), query('s') + frame('r', 's', {1}) + frame('r', 's', {1}));
+}
+
+/// Where the end of the port is the subject.
+class FaultsOnATerminal : public testing::Test {
+  protected:
+    TemporaryDirectory directory_;
+    VirtualDongle dongle_{directory_.path(), {.waitForTheHost = std::chrono::hours{1}}};
+    RawHost host_{dongle_.path()};
+};
+
+TEST_F(FaultsOnATerminal, UnpluggingBeforeTheAnswerLetsNothingThrough) {
     dongle_.onFirst(outputPath, Fault::unplugBeforeAnswer());
     EXPECT_EQ(host_.ask(frame('c', 'p', {0}), 5), ByteBuffer{});
     EXPECT_TRUE(host_.sawTheNodeVanish());
     EXPECT_EQ(dongle_.state().settings.outputPath, 1);
 }
 
-TEST_F(Faults, UnpluggingDuringTheAnswerLetsHalfOfItThrough) {
+TEST_F(FaultsOnATerminal, UnpluggingDuringTheAnswerLetsHalfOfItThrough) {
     dongle_.onFirst(humThresholds, Fault::unplugDuringAnswer());
     EXPECT_EQ(host_.ask(query('h'), 12), (ByteBuffer{'r', 'b', 'h', 8, 0x00, 0x00, 0x00, 0x3F}));
     EXPECT_TRUE(host_.sawTheNodeVanish());
 }
 
-TEST_F(Faults, UnpluggingAfterTheAnswerLetsAllOfItThrough) {
+TEST_F(FaultsOnATerminal, UnpluggingAfterTheAnswerLetsAllOfItThrough) {
     dongle_.onFirst(outputPath, Fault::unplugAfterAnswer());
     EXPECT_EQ(host_.ask(frame('c', 'p', {0}), 5), frame('r', 'p', {0}));
     EXPECT_TRUE(host_.sawTheEnd());
@@ -148,19 +153,14 @@ TEST_F(Faults, UnpluggingAfterTheAnswerLetsAllOfItThrough) {
     EXPECT_EQ(dongle_.state().settings.outputPath, 0);
 }
 
-TEST_F(Faults, UnpluggingAfterAnAnswerThatNobodyReadsDoesNotWaitForEver) {
-    dongle_.onFirst(status, Fault::unplugAfterAnswer());
-    host_.write(query('s'));
-    EXPECT_FALSE(dongle_.waitForFrames(2, RawHost::patience));
-    EXPECT_FALSE(dongle_.isPlugged());
-}
-
-TEST_F(Faults, AFaultOfOnesOwnSeesTheRequestAndTheAnswer) {
-    dongle_.onFirst(status, Fault{"doubled", [](AnswerPlan& plan) {
-                                      plan.bytesBefore = plan.request;
-                                      plan.answer = plan.answer + plan.answer;
-                                  }});
-    EXPECT_EQ(host_.ask(query('s'), 14), query('s') + frame('r', 's', {1}) + frame('r', 's', {1}));
+TEST(FaultWithoutAHost, UnpluggingAfterAnAnswerThatNobodyReadsDoesNotWaitForever) {
+    const TemporaryDirectory directory;
+    VirtualDongle dongle{directory.path(), {.waitForTheHost = std::chrono::milliseconds{1}}};
+    const RawHost host{dongle.path()};
+    dongle.onFirst(status, Fault::unplugAfterAnswer());
+    host.write(query('s'));
+    EXPECT_FALSE(dongle.waitForFrames(2, RawHost::patience));
+    EXPECT_FALSE(dongle.isPlugged());
 }
 
 }  // namespace

@@ -158,7 +158,7 @@ TEST_F(Program, TalksToAnIndependentSerialLibrary) {
     program.readLine();
     const std::string script = R"(
 import serial, sys
-port = serial.Serial(sys.argv[1], 115200, timeout=10, exclusive=True)
+port = serial.Serial(sys.argv[1], 115200, timeout=120, exclusive=True)
 def ask(request, length):
     port.write(request)
     return port.read(length).hex()

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "RawHost.h"
+#include "support/InProcessDongle.h"
+#include "support/TemporaryDirectory.h"
+#include "support/VirtualWorld.h"
+
+namespace velmorindal {
+
+/// A RawHost of a virtual system: its patience is virtual, and it takes what has arrived at the moment at
+/// which it arrives.
+class VirtualHost {
+  public:
+    VirtualHost(VirtualSystem& system, const std::filesystem::path& port)
+        : system_{system}, descriptor_{system.openExclusively(port, 0, {})} {}
+    VirtualHost(const VirtualHost&) = delete;
+    VirtualHost& operator=(const VirtualHost&) = delete;
+    ~VirtualHost() { system_.close(descriptor_); }
+
+    void write(std::span<const std::uint8_t> bytes) {
+        EXPECT_EQ(system_.write(descriptor_, bytes), std::ssize(bytes));
+    }
+    ByteBuffer read(std::size_t length) {
+        const auto deadline = system_.now() + RawHost::patience;
+        ByteBuffer bytes(length);
+        std::size_t count = 0;
+        while (count < length && system_.wait(descriptor_, System::Readiness::toRead, deadline)) {
+            const auto more = system_.read(descriptor_, std::span{bytes}.subspan(count));
+            if (more <= 0) {
+                break;
+            }
+            count += static_cast<std::size_t>(more);
+        }
+        bytes.resize(count);
+        return bytes;
+    }
+    ByteBuffer ask(const ByteBuffer& request, std::size_t answerLength) {
+        write(request);
+        return read(answerLength);
+    }
+
+  private:
+    VirtualSystem& system_;
+    const int descriptor_;
+};
+
+/// A test on virtual time.
+class VirtualTimeTest : public testing::Test, protected VirtualWorld {
+  protected:
+    /// How much virtual time `operation` takes, in seconds.
+    template <typename Operation>
+    double secondsTakenBy(Operation operation) {
+        const Scheduler::Moment start = scheduler.now();
+        operation();
+        return std::chrono::duration<double>{scheduler.now() - start}.count();
+    }
+};
+
+/// A dongle in this process, and a host that knows nothing.
+class VirtualDongleTest : public VirtualTimeTest {
+  protected:
+    TemporaryDirectory directory_;
+    InProcessDongle dongle_{system, directory_.path()};
+    VirtualHost host_{system, dongle_.path()};
+};
+
+}  // namespace velmorindal
