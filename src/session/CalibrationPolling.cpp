@@ -105,7 +105,10 @@ bool VelmorindalSwitch::pollClarity() {
     }
     const float reading = report->_maxThreshold;
     print("Have a reading of ", reading);
-    dispatch_.postToMain([this, reading] { detectedClarity = static_cast<double>(reading); });
+    dispatch_.postToMain([this, reading] {
+        ++readingsReceived;
+        detectedClarity = static_cast<double>(reading);
+    });
     return true;
 }
 
@@ -143,7 +146,10 @@ bool VelmorindalSwitch::pollDuration() {
     }
     constexpr double tickSeconds = 0.04;
     const double seconds = messageAs<VCLastHumDuration>(*answer)._duration * tickSeconds;
-    dispatch_.postToMain([this, seconds] { detectedDuration = seconds; });
+    dispatch_.postToMain([this, seconds] {
+        ++readingsReceived;
+        detectedDuration = seconds;
+    });
     if (seconds > 0.0) {
         print("Last hum duration was ", seconds, "s");
     }

@@ -131,8 +131,7 @@ void Tour::calibrate(WizardDriver& driver, VirtualDongle& dongle) {
             "duration polling");
     waitFor([&] { return dongle.timesReceived(Type::lastHumDuration) > 2; }, "asking for the last hum");
     dongle.humOnce(40);
-    waitFor([&] { return driver.wizard().container().calibrationPanel.durationBar().value > 0.0; },
-            "the last hum");
+    waitFor([&] { return driver.wizard().container().calibrationPanel.lastHum() > 0.0; }, "the last hum");
     QTest::qWait(100);
     takePicture(driver, "10-calibration-duration");
     driver.press("Show Duration");

@@ -1,32 +1,33 @@
 #include "ui/views/CalibrationPanelView.h"
 
+#include <utility>
+
 #include "diagnostics/Print.h"
+#include "settingsfile/TwoDecimals.h"
 
 namespace velmorindal {
 namespace {
 
-ProgressBar readingBar(double value, double maximum) {
+ProgressBar readingBar(double value, double maximum, bool muted) {
     return {.value = value,
             .maxValue = maximum,
             .backgroundEnabled = true,
             .backgroundColor = colors::veryLightGrey,
-            .foregroundColor = colors::blue};
+            .foregroundColor = muted ? colors::grey : colors::blue};
+}
+
+std::string number(double value) {
+    return twoDecimals(static_cast<float>(value));
 }
 
 }  // namespace
 
 Color CalibrationPanelView::Indicator::color() const {
-    return lit ? colors::green : colors::grey;
+    return lit && !muted ? colors::green : colors::grey;
 }
 
-CalibrationPanelView::CalibrationPanelView(VelmorindalSwitch& model)
-    : velmorindal{model}, changes_{model.objectWillChange.subscribe([this] {
-          // What an ended run still announces is no hum of the next one.
-          const double duration = velmorindal.detectedDuration.get();
-          if (duration > 0.0 && velmorindal.pollingState.get() == PollingState::duration) {
-              lastHum_ = duration;
-          }
-      })} {}
+CalibrationPanelView::CalibrationPanelView(VelmorindalSwitch& model, CalibrationReadings::Clock clock)
+    : velmorindal{model}, readings_{model, std::move(clock)} {}
 
 bool CalibrationPanelView::showClarityEnabled() const {
     return velmorindal.pollingState.get() != PollingState::duration;
@@ -58,7 +59,6 @@ void CalibrationPanelView::toggle(PollingState measurement) {
         return;
     }
     begun_ = measurement;
-    lastHum_ = 0.0;
     if (measurement == PollingState::clarity) {
         velmorindal.beginClarityPolling();
     } else {
@@ -70,6 +70,10 @@ int CalibrationPanelView::position(const Slider& slider) const {
     return slider.range.nearestPosition((velmorindal.*slider.threshold).get());
 }
 
+std::string CalibrationPanelView::thresholdText(const Slider& slider) const {
+    return twoDecimals((velmorindal.*slider.threshold).get()) + std::string{slider.unit};
+}
+
 void CalibrationPanelView::moveSlider(const Slider& slider, int position) {
     if (position != this->position(slider)) {
         velmorindal.*slider.threshold = slider.range.valueAt(position);
@@ -77,17 +81,36 @@ void CalibrationPanelView::moveSlider(const Slider& slider, int position) {
 }
 
 ProgressBar CalibrationPanelView::clarityBar() const {
-    return readingBar(velmorindal.detectedClarity.get(), 1.0);
+    return readingBar(velmorindal.detectedClarity.get(), 1.0, readingsAreStale());
 }
 
 ProgressBar CalibrationPanelView::durationBar() const {
-    return readingBar(shownDuration(), 3.0);
+    return readingBar(velmorindal.detectedDuration.get(), 3.0, readingsAreStale());
 }
 
-double CalibrationPanelView::shownDuration() const {
+double CalibrationPanelView::lastHum() const {
+    return readings_.lastHum();
+}
+
+double CalibrationPanelView::heardDuration() const {
     const double duration = velmorindal.detectedDuration.get();
-    const bool between = duration == 0.0 && velmorindal.pollingState.get() == PollingState::duration;
-    return between ? lastHum_.load() : duration;
+    return duration > 0.0 ? duration : lastHum();
+}
+
+std::vector<std::string> CalibrationPanelView::takeHumsInWords() {
+    std::vector<std::string> words;
+    for (const CalibrationReadings::Hum& hum : readings_.takeHums()) {
+        const auto value = static_cast<float>(hum.value);
+        if (hum.measurement == PollingState::clarity) {
+            words.push_back(number(hum.value) + (value >= velmorindal.clarity.get()
+                                                     ? ", above the threshold"
+                                                     : ", below the threshold"));
+        } else {
+            words.push_back(number(hum.value) + " seconds, " +
+                            (value >= velmorindal.cutoff.get() ? "long" : "short"));
+        }
+    }
+    return words;
 }
 
 CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
@@ -97,23 +120,33 @@ CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
     return {.accessibleName = "Clarity indicator",
             .text = "",
             .lit = reached,
-            .description = reached ? "Above threshold" : "Below threshold"};
+            .description = reached ? "Above threshold" : "Below threshold",
+            .reading = velmorindal.pollingState.get() == PollingState::clarity
+                           ? number(velmorindal.detectedClarity.get())
+                           : "",
+            .muted = readingsAreStale()};
 }
 
 std::array<CalibrationPanelView::Indicator, 2> CalibrationPanelView::durationIndicators() const {
-    const auto duration = static_cast<float>(shownDuration());
+    const auto duration = static_cast<float>(heardDuration());
     const bool hummed = duration > 0.0F;
     const bool reachesCutoff = duration >= velmorindal.cutoff.get();
     const bool isShort = hummed && !reachesCutoff;
     const bool isLong = hummed && reachesCutoff;
+    const std::string reading = number(heardDuration()) + " s";
+    const bool muted = readingsAreStale();
     return {{{.accessibleName = "Duration indicator",
               .text = "Short hum",
               .lit = isShort,
-              .description = isShort ? "Short hum: on" : "Short hum: off"},
+              .description = isShort ? "Short hum: on" : "Short hum: off",
+              .reading = isShort ? reading : "",
+              .muted = muted},
              {.accessibleName = "Duration indicator",
               .text = "Long hum",
               .lit = isLong,
-              .description = isLong ? "Long hum: on" : "Long hum: off"}}};
+              .description = isLong ? "Long hum: on" : "Long hum: off",
+              .reading = isLong ? reading : "",
+              .muted = muted}}};
 }
 
 }  // namespace velmorindal

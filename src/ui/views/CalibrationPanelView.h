@@ -1,14 +1,16 @@
 #pragma once
 
 #include <array>
-#include <atomic>
+#include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "session/ChangeNotifier.h"
 #include "session/ModelTypes.h"
 #include "session/Published.h"
 #include "session/VelmorindalSwitch.h"
+#include "ui/views/CalibrationReadings.h"
 #include "ui/views/Color.h"
 #include "ui/views/ProgressBar.h"
 #include "ui/views/SliderRange.h"
@@ -30,6 +32,10 @@ class CalibrationPanelView {
         bool lit;
         /// The state in words, for who cannot see the colour.
         std::string_view description;
+        /// The reading beside it, with its unit; empty where there is none.
+        std::string reading;
+        /// Not live: readings have stopped coming.
+        bool muted = false;
 
         static constexpr int diameter = 20;
         Color color() const;
@@ -40,9 +46,15 @@ class CalibrationPanelView {
         std::string_view accessibleName;
         SliderRange range;
         Published<float> VelmorindalSwitch::*threshold;
+        /// Follows the number; empty for a threshold without a unit.
+        std::string_view unit;
+        /// The unit in full, for a screen reader.
+        std::string_view spokenUnit;
     };
 
-    explicit CalibrationPanelView(VelmorindalSwitch& model);
+    /// `clock` tells how old a reading is.
+    explicit CalibrationPanelView(VelmorindalSwitch& model,
+                                  CalibrationReadings::Clock clock = std::chrono::steady_clock::now);
 
     VelmorindalSwitch& velmorindal;
 
@@ -60,7 +72,9 @@ class CalibrationPanelView {
     static constexpr std::string_view showClarityLabel = "Show Clarity";
     static constexpr Slider claritySlider{.accessibleName = "Clarity threshold",
                                           .range = {.minimum = 0.0, .maximum = 1.0, .step = 0.01},
-                                          .threshold = &VelmorindalSwitch::clarity};
+                                          .threshold = &VelmorindalSwitch::clarity,
+                                          .unit = "",
+                                          .spokenUnit = ""};
     static constexpr std::string_view clarityBarName = "Clarity level";
 
     /// In the smaller font.
@@ -73,8 +87,14 @@ class CalibrationPanelView {
     /// In seconds.
     static constexpr Slider cutoffSlider{.accessibleName = "Cutoff",
                                          .range = {.minimum = 0.1, .maximum = 3.0, .step = 0.05},
-                                         .threshold = &VelmorindalSwitch::cutoff};
+                                         .threshold = &VelmorindalSwitch::cutoff,
+                                         .unit = " s",
+                                         .spokenUnit = "seconds"};
     static constexpr std::string_view durationBarName = "Duration of last hum";
+
+    /// Beside the readings while they do not come.
+    static constexpr std::string_view staleReadingsText =
+        "No readings are arriving. Check that the dongle is plugged in and the Velmorindal is turned on.";
 
     bool showClarityEnabled() const;
     bool showDurationEnabled() const;
@@ -86,13 +106,25 @@ class CalibrationPanelView {
 
     /// The position at which a slider stands.
     int position(const Slider& slider) const;
+    /// The threshold as it is, with its unit: "0.55", "1.00 s".
+    std::string thresholdText(const Slider& slider) const;
     /// The user has moved a slider. Does nothing at the position where the slider stands already.
     void moveSlider(const Slider& slider, int position);
 
     ProgressBar clarityBar() const;
-    /// In seconds. A device tells of each hum once and reports nothing after it: the last hum stays shown
-    /// until the next one or the end of the display.
+    /// In seconds.
     ProgressBar durationBar() const;
+    /// A device tells of each hum once and reports nothing after it. The last hum in seconds stays behind the
+    /// duration bar as a paler fill until the next one or the end of the display; 0 where there is none.
+    double lastHum() const;
+
+    /// Whether a display runs and readings have stopped coming: what is shown is not live.
+    bool readingsAreStale() const { return readings_.stale(); }
+    /// When to ask again, if nothing else happens.
+    std::optional<std::chrono::milliseconds> untilStale() const { return readings_.untilStale(); }
+
+    /// What each hum that has ended since the last call came to: "1.60 seconds, long".
+    std::vector<std::string> takeHumsInWords();
 
     /// Lit while the clarity measured reaches the threshold.
     Indicator clarityIndicator() const;
@@ -101,14 +133,13 @@ class CalibrationPanelView {
 
   private:
     void toggle(PollingState measurement);
-    double shownDuration() const;
+    /// What the last hum counts as, and how long it was.
+    double heardDuration() const;
 
     /// The measurement begun last: a run that is only starting has not set the model's `pollingState` yet.
     PollingState begun_ = PollingState::none;
-    /// The last hum of this display in seconds, 0 before the first one. Kept as it is about to be replaced,
-    /// so that none is missed between two refreshes; a change may be announced on another thread.
-    std::atomic<double> lastHum_{0.0};
-    ChangeNotifier::Subscription changes_;
+    /// Asking it makes it take in what has come meanwhile.
+    mutable CalibrationReadings readings_;
 };
 
 }  // namespace velmorindal

@@ -1,6 +1,7 @@
 #include "ui/views/ConnectPanelView.h"
 
 #include "diagnostics/Print.h"
+#include "ui/views/Reason.h"
 
 namespace velmorindal {
 
@@ -10,7 +11,8 @@ ConnectPanelView::ConnectPanelView(VelmorindalSwitch& model, FilePanel& filePane
       showingAlert{objectWillChange, false},
       alertTitle{objectWillChange, {}},
       alertMessage{objectWillChange, {}},
-      filePanel_{filePanel} {}
+      filePanel_{filePanel},
+      objectWillChange_{objectWillChange} {}
 
 std::string_view ConnectPanelView::statusText() const {
     switch (velmorindal.connectionState.get()) {
@@ -42,12 +44,16 @@ std::optional<ProgressBar> ConnectPanelView::progressBar() const {
 
 void ConnectPanelView::loadButtonPressed() {
     print("Load pressed");
+    filePanelIsOpen_ = true;
     filePanel_.chooseFileToOpen({"xml"}, [this](const std::optional<std::string>& filename) {
+        filePanelIsOpen_ = false;
+        objectWillChange_.announce();
         if (!filename) {
             return;
         }
         if (velmorindal.loadXML(*filename)) {
             loadedSettings_ = ChosenSettings::of(velmorindal);
+            lastReason.clear();
         } else {
             loadFailed(velmorindal.loadError.get());
         }
@@ -58,6 +64,7 @@ void ConnectPanelView::loadFailed(const std::optional<std::string>& lastError) {
     alertTitle = "Could Not Load XML File";
     alertMessage =
         lastError.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
+    lastReason = asReason(alertMessage.get());
     showingAlert = true;
     print("Could not read XML: ", lastError.value_or("Something weird happened"));
 }

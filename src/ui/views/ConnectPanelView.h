@@ -37,6 +37,12 @@ class ConnectPanelView {
 
     std::string_view statusText() const;
 
+    /// What the last failure or warning of this page said, to be read again under the status line once its
+    /// dialog is gone; empty where there was none since the last attempt.
+    std::string lastReason;
+    /// Whether the panel that asks for a file is up.
+    bool filePanelIsOpen() const { return filePanelIsOpen_; }
+
     /// The bar under the status line, only while connecting.
     std::optional<ProgressBar> progressBar() const;
 
@@ -56,6 +62,8 @@ class ConnectPanelView {
 
   private:
     FilePanel& filePanel_;
+    const ChangeNotifier& objectWillChange_;
+    bool filePanelIsOpen_ = false;
     std::optional<ChosenSettings> loadedSettings_;
 };
 

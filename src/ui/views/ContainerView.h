@@ -120,6 +120,12 @@ class ContainerView {
     /// then the container must not be destroyed.
     bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_ || offerToCome_; }
 
+    /// Whether what the page shows is there to stay: no connection attempt and no write is under way, no
+    /// dialog is raised and no file is asked for.
+    bool isAtRest();
+    /// A dialog or a file panel is over the page.
+    bool isCovered();
+
     /// The dialogs whose flag is set, the Connect page's included, in the order in which to show them: one
     /// after the other, each until it is dismissed.
     std::vector<Dialog> raisedDialogs();
@@ -143,6 +149,7 @@ class ContainerView {
     bool writeUnderWay_ = false;
     /// The result of a write is there, or on its way, and the offer to save a file is not.
     bool offerToCome_ = false;
+    bool savePanelIsOpen_ = false;
 };
 
 }  // namespace velmorindal

@@ -1,6 +1,7 @@
 #include "ui/views/ContainerView.h"
 
 #include "diagnostics/Print.h"
+#include "ui/views/Reason.h"
 
 namespace velmorindal {
 
@@ -11,10 +12,12 @@ void ContainerView::startConnectionAttempt() {
     }
     connectionAttemptUnderWay_ = true;
     connectPanel.forgetLoadedSettings();
+    connectPanel.lastReason.clear();
     dispatch_.runInBackground([this] {
         const bool connected = velmorindal.connect();
         dispatch_.postToMain([this, connected, lastError = velmorindal.connectionError.get()] {
             connectionAttemptUnderWay_ = false;
+            objectWillChange.announce();
             connectionAttemptEnded(connected, lastError);
         });
     });
@@ -29,6 +32,7 @@ void ContainerView::connectionAttemptEnded(bool connected, const std::optional<s
     }
     alertTitle = connected ? "Warning" : "Connection Failed";
     alertMessage = lastError.value_or("(Unknown Error)");
+    connectPanel.lastReason = asReason(alertMessage.get());
     showingGenericAlert = true;
     print(connected ? "Connected, with warnings." : "Could not connect.");
 }
@@ -49,11 +53,13 @@ void ContainerView::saveButtonPressed() {
         alertMessage =
             "The cutoff between short and long hums is out of the device's range.\n\n"
             "Please move its slider on the Calibration page. Nothing has been written to the device.";
+        summaryPanel.lastReason = asReason(alertMessage.get());
         showingGenericAlert = true;
         return;
     }
     stopPollingRun();
     print("dispatching background save");
+    summaryPanel.lastReason.clear();
     writeUnderWay_ = true;
     offerToCome_ = true;
     objectWillChange.announce();
@@ -81,6 +87,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         if (lastError) {
             alertTitle = "Warning";
             alertMessage = *lastError;
+            summaryPanel.lastReason = asReason(*lastError);
             showingGenericAlert = true;
             print("Saved, with warnings.");
         }
@@ -93,6 +100,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         // "Unknwon" is meant to be spelled so.
         alertMessage = lastError.value_or("(Unknwon Error)") +
                        "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
+        summaryPanel.lastReason = asReason(alertMessage.get());
         showingGenericAlert = true;
         print("Could not save.");
     }

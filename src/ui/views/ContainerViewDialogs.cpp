@@ -7,12 +7,23 @@
 namespace velmorindal {
 
 void ContainerView::saveXMLButtonPressed() {
+    savePanelIsOpen_ = true;
     filePanel_.chooseFileToSave({"xml"}, [this](const std::optional<std::string>& filename) {
+        savePanelIsOpen_ = false;
+        objectWillChange.announce();
         if (filename) {
             print("URL: ", *filename);
             velmorindal.writeXML(*filename);
         }
     });
+}
+
+bool ContainerView::isCovered() {
+    return savePanelIsOpen_ || connectPanel.filePanelIsOpen() || !raisedDialogs().empty();
+}
+
+bool ContainerView::isAtRest() {
+    return !hasBackgroundWork() && !isCovered();
 }
 
 std::vector<Dialog> ContainerView::raisedDialogs() {

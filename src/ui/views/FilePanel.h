@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmorindal {
@@ -23,7 +24,10 @@ class FilePanel {
     virtual void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes,
                                   Completion completion) = 0;
 
-    /// Asks where to save a file, which need not exist.
+    /// What a new file is called until the user gives it another name.
+    static constexpr std::string_view suggestedName = "Velmorindal settings.xml";
+
+    /// Asks where to save a file, which need not exist. Suggests `suggestedName` among the user's documents.
     virtual void chooseFileToSave(const std::vector<std::string>& allowedFileTypes,
                                   Completion completion) = 0;
 };

@@ -34,6 +34,17 @@ std::vector<SummaryPanelView::Row> SummaryPanelView::rows() const {
     return rows;
 }
 
+const std::vector<SummaryPanelView::Row>& SummaryPanelView::widestRows() {
+    static const std::vector<Row> rows{
+        {.label = "Mode:", .value = "Long/short mode"},
+        {.label = "Long/Short outputs:", .value = "Short output: DISABLED; Long output: DISABLED"},
+        {.label = "Output:", .value = "Bluetooth Keyboard"},
+        {.label = "Output Keystroke:", .value = "Short: Space; Long: Enter"},
+        {.label = "Long/Short cutoff:", .value = "10.00s"},
+        {.label = "Clarity:", .value = "0.00"}};
+    return rows;
+}
+
 std::string_view SummaryPanelView::pathString() const {
     switch (velmorindal.outputPath.get()) {
         case OutputPath::USBKeyboard:
@@ -54,10 +65,10 @@ std::string_view SummaryPanelView::pathString() const {
 
 std::string_view SummaryPanelView::statusText() const {
     if (velmorindal.connectionState.get() == ConnectionStatus::writing) {
-        return "Writing data...";
+        return writingText;
     }
     if (velmorindal.justSaved.get()) {
-        return "Settings successfully written. Please restart your Velmorindal.";
+        return writtenText;
     }
     return "";
 }

@@ -36,8 +36,18 @@ class SummaryPanelView {
     /// The value of the row "Output:".
     std::string_view pathString() const;
 
+    /// The longest summary there is, row by row: the page keeps room for it.
+    static const std::vector<Row>& widestRows();
+
     /// The text under the rows; empty while there is nothing to say.
     std::string_view statusText() const;
+    static constexpr std::string_view writingText = "Writing data...";
+    static constexpr std::string_view writtenText =
+        "Settings successfully written. Please restart your Velmorindal.";
+
+    /// What the last write that failed or was a warning said, to be read again once its dialog is gone; empty
+    /// where there was none since the last write began.
+    std::string lastReason;
 
     /// The bar under that text, only while writing.
     std::optional<ProgressBar> progressBar() const;

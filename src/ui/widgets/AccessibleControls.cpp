@@ -2,14 +2,18 @@
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
+#include <QStackedWidget>
 #include <algorithm>
 #include <cmath>
 
+#include "ui/widgets/Announcer.h"
+#include "ui/widgets/ChoiceGroup.h"
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/KeyList.h"
 #include "ui/widgets/LogoWidget.h"
 #include "ui/widgets/MainWindow.h"
 #include "ui/widgets/ProgressBarWidget.h"
+#include "ui/widgets/ShowButton.h"
 #include "ui/widgets/StepSlider.h"
 #include "ui/widgets/TextLabel.h"
 
@@ -69,16 +73,42 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
 };
 
 /// A pop-up list under its own name. The toolkit's own interface takes the chosen entry for the name.
-class AccessibleKeyList final : public QAccessibleWidget {
+///
+/// The bus carries no value of a list. What is chosen is known by its text, which cannot be edited, and by
+/// the one entry that is selected.
+class AccessibleKeyList final : public QAccessibleWidget, public QAccessibleTextInterface {
   public:
     explicit AccessibleKeyList(KeyList& list) : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {
-        // The bus carries no value of a list: what is chosen is known by the one entry that is selected,
-        // which the toolkit marks only when the list is opened.
+        // The toolkit marks the chosen entry only when the list is opened, and tells of each mark: of a list
+        // that is not shown nobody wants to hear.
         const auto select = [&list] {
+            const QSignalBlocker quiet{list.view()->selectionModel()};
             list.view()->setCurrentIndex(list.model()->index(list.currentIndex(), 0));
         };
         QObject::connect(&list, &KeyList::currentIndexChanged, list.view(), select);
         select();
+    }
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface*>(this)
+                                                  : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(int from, int to) const override { return list_.currentText().mid(from, to - from); }
+    int characterCount() const override { return static_cast<int>(list_.currentText().size()); }
+    void selection(int /*index*/, int* from, int* to) const override { *from = *to = 0; }
+    int selectionCount() const override { return 0; }
+    void addSelection(int /*from*/, int /*to*/) override {}
+    void removeSelection(int /*index*/) override {}
+    void setSelection(int /*index*/, int /*from*/, int /*to*/) override {}
+    int cursorPosition() const override { return 0; }
+    void setCursorPosition(int /*position*/) override {}
+    QRect characterRect(int /*offset*/) const override { return rect(); }
+    int offsetAtPoint(const QPoint& /*point*/) const override { return 0; }
+    void scrollToSubstring(int /*from*/, int /*to*/) override {}
+    QString attributes(int /*offset*/, int* from, int* to) const override {
+        *from = 0;
+        *to = characterCount();
+        return {};
     }
 
     QString text(QAccessible::Text kind) const override {
@@ -130,6 +160,65 @@ class UnspokenText final : public QAccessibleWidget {
     }
 };
 
+/// A text that the program, and not the Tab key, gives the focus.
+class Heading final : public QAccessibleWidget {
+  public:
+    explicit Heading(TextLabel& label) : QAccessibleWidget{&label, QAccessible::StaticText}, label_{label} {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? label_.text() : QAccessibleWidget::text(kind);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = true;
+        return state;
+    }
+
+  private:
+    const TextLabel& label_;
+};
+
+/// The toolkit makes a button that can stay pressed a check box.
+class AccessibleShowButton final : public QAccessibleWidget {
+  public:
+    explicit AccessibleShowButton(ShowButton& button)
+        : QAccessibleWidget{&button, QAccessible::Button}, button_{button} {}
+
+    QString text(QAccessible::Text kind) const override {
+        switch (kind) {
+            case QAccessible::Name:
+                return button_.text();
+            case QAccessible::Description:
+                return button_.isRunning() ? QStringLiteral("running") : QString{};
+            case QAccessible::Accelerator:
+                return button_.shortcut().toString();
+            default:
+                return QAccessibleWidget::text(kind);
+        }
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.pressed = button_.isDown();
+        return state;
+    }
+    QStringList actionNames() const override {
+        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction()) {
+            button_.animateClick();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+    QStringList keyBindingsForAction(const QString& name) const override {
+        return name == pressAction() ? QStringList{button_.shortcut().toString()} : QStringList{};
+    }
+
+  private:
+    ShowButton& button_;
+};
+
 QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
     if (auto* window = qobject_cast<MainWindow*>(object)) {
         return new QAccessibleWidget{window, QAccessible::Window};
@@ -137,6 +226,21 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
     if (auto* label = qobject_cast<TextLabel*>(object);
         label != nullptr && label->role() == TextRole::DialogTitle) {
         return new UnspokenText{*label};
+    } else if (label != nullptr && label->isHeading()) {
+        return new Heading{*label};
+    }
+    if (qobject_cast<SpokenText*>(object) != nullptr) {
+        return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Notification};
+    }
+    if (qobject_cast<ChoiceGroup*>(object) != nullptr) {
+        return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Grouping};
+    }
+    if (qobject_cast<QStackedWidget*>(object) != nullptr) {
+        // That pages lie upon each other is of no use to who cannot see them.
+        return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Client};
+    }
+    if (auto* button = qobject_cast<ShowButton*>(object)) {
+        return new AccessibleShowButton{*button};
     }
     if (auto* bar = qobject_cast<ProgressBarWidget*>(object)) {
         return new AccessibleBar{*bar};

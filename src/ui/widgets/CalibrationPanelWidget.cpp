@@ -1,12 +1,13 @@
 #include "ui/widgets/CalibrationPanelWidget.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <cstddef>
 
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/Look.h"
+#include "ui/widgets/ShowButton.h"
 #include "ui/widgets/TextLabel.h"
 #include "ui/widgets/ThresholdMeter.h"
 #include "ui/widgets/ToQt.h"
@@ -23,79 +24,106 @@ void setEnabledIfChanged(QWidget* control, bool enabled) {
 
 }  // namespace
 
-CalibrationPanelWidget::CalibrationPanelWidget(CalibrationPanelView& view) : view_{view} {
+CalibrationPanelWidget::CalibrationPanelWidget(CalibrationPanelView& view)
+    : view_{view}, grid_{new QGridLayout} {
     using View = CalibrationPanelView;
     addTitle(View::title);
     addText(View::placement);
+    // Both meters share a column, so that they begin and end at the same places.
+    grid_->setHorizontalSpacing(2 * look::spacing());
+    grid_->setVerticalSpacing(look::spacing());
+    grid_->setColumnStretch(0, 1);
+    column().addLayout(grid_);
 
-    addHeading(View::clarityHeading);
-    addText(View::clarityExplanation);
-    showClarity_ = addShowButton(View::showClarityLabel, Qt::Key_H, &View::showClarityPressed);
-    auto* clarityRow = new QHBoxLayout;
-    clarityRow->setSpacing(2 * look::spacing());
-    clarity_ = new ThresholdMeter{view, View::claritySlider, View::clarityBarName};
-    clarityRow->addWidget(clarity_, 1);
-    clarityIndicator_ = addIndicator(*clarityRow, view.clarityIndicator());
-    column().addLayout(clarityRow);
+    addSectionTexts(View::clarityHeading, View::clarityExplanation);
+    clarity_.show = addShowRow(View::showClarityLabel, Qt::Key_H, &View::showClarityPressed, clarity_.stale);
+    clarity_.meter = new ThresholdMeter{view, View::claritySlider, View::clarityBarName};
+    clarity_.indicators = addMeterRow(clarity_.meter, {view.clarityIndicator()});
 
-    addHeading(View::durationHeading);
-    addText(View::durationExplanation);
-    showDuration_ = addShowButton(View::showDurationLabel, Qt::Key_D, &View::showDurationPressed);
-    auto* durationRow = new QHBoxLayout;
-    durationRow->setSpacing(2 * look::spacing());
-    duration_ = new ThresholdMeter{view, View::cutoffSlider, View::durationBarName};
-    durationRow->addWidget(duration_, 1);
-    auto* indicators = new QVBoxLayout;
-    indicators->setSpacing(look::spacing() / 2);
+    addSectionTexts(View::durationHeading, View::durationExplanation);
+    duration_.show =
+        addShowRow(View::showDurationLabel, Qt::Key_D, &View::showDurationPressed, duration_.stale);
+    duration_.meter = new ThresholdMeter{view, View::cutoffSlider, View::durationBarName};
     const auto described = view.durationIndicators();
-    for (std::size_t i = 0; i < described.size(); ++i) {
-        auto* line = new QHBoxLayout;
-        line->setSpacing(look::spacing() / 2);
-        indicators->addLayout(line);
-        durationIndicators_.at(i) = addIndicator(*line, described.at(i));
-    }
-    durationRow->addLayout(indicators);
-    column().addLayout(durationRow);
+    duration_.indicators = addMeterRow(duration_.meter, {described.begin(), described.end()});
     column().addStretch();
     refresh();
 }
 
-QPushButton* CalibrationPanelWidget::addShowButton(std::string_view label, Qt::Key shortcut,
-                                                   void (CalibrationPanelView::*pressed)()) {
-    auto* button = new QPushButton{toQString(label)};
+QWidget* CalibrationPanelWidget::firstControl() const {
+    return view_.showClarityEnabled() ? clarity_.show : duration_.show;
+}
+
+void CalibrationPanelWidget::addSectionTexts(std::string_view heading, std::string_view explanation) {
+    const int row = grid_->rowCount();
+    grid_->addWidget(new TextLabel{TextRole::Callout, heading}, row, 0, 1, 2);
+    grid_->addWidget(new TextLabel{TextRole::Body, explanation}, row + 1, 0, 1, 2);
+}
+
+ShowButton* CalibrationPanelWidget::addShowRow(std::string_view label, Qt::Key shortcut,
+                                               void (CalibrationPanelView::*pressed)(), TextLabel*& stale) {
+    auto* button = new ShowButton{toQString(label)};
     button->setAutoDefault(true);
     button->setShortcut(Qt::ALT | shortcut);
     connect(button, &QPushButton::clicked, this, [&view = view_, pressed] { (view.*pressed)(); });
-    column().addWidget(button, 0, Qt::AlignLeft);
+    stale = new TextLabel{TextRole::Body, CalibrationPanelView::staleReadingsText};
+    mayBeHidden(stale);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(2 * look::spacing());
+    row->addWidget(button, 0, Qt::AlignTop);
+    row->addWidget(stale, 1);
+    row->addStretch();
+    grid_->addLayout(row, grid_->rowCount(), 0, 1, 2);
     return button;
 }
 
-CalibrationPanelWidget::IndicatorRow CalibrationPanelWidget::addIndicator(
-    QLayout& layout, const CalibrationPanelView::Indicator& indicator) {
-    const IndicatorRow row{.circle = new IndicatorWidget{indicator}, .text = new TextLabel{TextRole::Plain}};
-    layout.addWidget(row.circle);
-    layout.addWidget(row.text);
-    row.text->showText(indicator.text);
-    row.text->setHidden(indicator.text.empty());
-    return row;
-}
-
-void CalibrationPanelWidget::addHeading(std::string_view text) {
-    column().addSpacing(look::spacing());
-    column().addWidget(new TextLabel{TextRole::Callout, text});
+std::vector<CalibrationPanelWidget::IndicatorRow> CalibrationPanelWidget::addMeterRow(
+    ThresholdMeter* meter, const std::vector<CalibrationPanelView::Indicator>& indicators) {
+    auto* cell = new QGridLayout;
+    cell->setHorizontalSpacing(look::spacing() / 2);
+    cell->setVerticalSpacing(look::spacing() / 2);
+    std::vector<IndicatorRow> rows;
+    for (const CalibrationPanelView::Indicator& indicator : indicators) {
+        const IndicatorRow row{.circle = new IndicatorWidget{indicator},
+                               .text = new TextLabel{TextRole::Plain, indicator.text},
+                               .reading = new TextLabel{TextRole::Plain}};
+        const int line = cell->rowCount();
+        cell->addWidget(row.circle, line, 0);
+        cell->addWidget(row.text, line, 1);
+        cell->addWidget(row.reading, line, 2);
+        row.text->setHidden(indicator.text.empty());
+        row.reading->keepRoomFor(QStringLiteral("00.00 s"));
+        rows.push_back(row);
+    }
+    const int gridRow = grid_->rowCount();
+    grid_->addWidget(meter, gridRow, 0, Qt::AlignTop);
+    grid_->addLayout(cell, gridRow, 1, indicators.size() > 1 ? Qt::AlignTop : Qt::AlignBottom);
+    return rows;
 }
 
 void CalibrationPanelWidget::refresh() {
-    setEnabledIfChanged(showClarity_, view_.showClarityEnabled());
-    setEnabledIfChanged(showDuration_, view_.showDurationEnabled());
-    clarity_->refresh(view_.clarityBar());
-    duration_->refresh(view_.durationBar());
-    clarityIndicator_.circle->setIndicator(view_.clarityIndicator());
+    const PollingState running = view_.velmorindal.pollingState.get();
+    const bool stale = view_.readingsAreStale();
+    setEnabledIfChanged(clarity_.show, view_.showClarityEnabled());
+    setEnabledIfChanged(duration_.show, view_.showDurationEnabled());
+    clarity_.show->setRunning(running == PollingState::clarity);
+    duration_.show->setRunning(running == PollingState::duration);
+    setShown(clarity_.stale, stale && running == PollingState::clarity);
+    setShown(duration_.stale, stale && running == PollingState::duration);
+    clarity_.meter->refresh(view_.clarityBar());
+    duration_.meter->refresh(view_.durationBar(), view_.lastHum());
+    refreshIndicator(clarity_.indicators.front(), view_.clarityIndicator());
     const auto indicators = view_.durationIndicators();
     for (std::size_t i = 0; i < indicators.size(); ++i) {
-        durationIndicators_.at(i).circle->setIndicator(indicators.at(i));
-        durationIndicators_.at(i).text->showText(indicators.at(i).text);
+        refreshIndicator(duration_.indicators.at(i), indicators.at(i));
     }
+}
+
+void CalibrationPanelWidget::refreshIndicator(const IndicatorRow& row,
+                                              const CalibrationPanelView::Indicator& indicator) {
+    row.circle->setIndicator(indicator);
+    row.text->showText(indicator.text);
+    row.reading->showText(indicator.reading);
 }
 
 }  // namespace velmorindal

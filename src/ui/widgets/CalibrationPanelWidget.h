@@ -1,16 +1,17 @@
 #pragma once
 
-#include <array>
+#include <string_view>
+#include <vector>
 
 #include "ui/views/CalibrationPanelView.h"
 #include "ui/widgets/PageWidget.h"
 
-class QLayout;
-class QPushButton;
+class QGridLayout;
 
 namespace velmorindal {
 
 class IndicatorWidget;
+class ShowButton;
 class ThresholdMeter;
 
 class CalibrationPanelWidget final : public PageWidget {
@@ -21,25 +22,33 @@ class CalibrationPanelWidget final : public PageWidget {
     explicit CalibrationPanelWidget(CalibrationPanelView& view);
 
     void refresh() override;
+    QWidget* firstControl() const override;
 
   private:
     struct IndicatorRow {
         IndicatorWidget* circle;
         TextLabel* text;
+        TextLabel* reading;
+    };
+    /// What belongs to one measurement.
+    struct Section {
+        ShowButton* show = nullptr;
+        TextLabel* stale = nullptr;
+        ThresholdMeter* meter = nullptr;
+        std::vector<IndicatorRow> indicators;
     };
 
-    QPushButton* addShowButton(std::string_view label, Qt::Key shortcut,
-                               void (CalibrationPanelView::*pressed)());
-    static IndicatorRow addIndicator(QLayout& layout, const CalibrationPanelView::Indicator& indicator);
-    void addHeading(std::string_view text);
+    void addSectionTexts(std::string_view heading, std::string_view explanation);
+    ShowButton* addShowRow(std::string_view label, Qt::Key shortcut, void (CalibrationPanelView::*pressed)(),
+                           TextLabel*& stale);
+    std::vector<IndicatorRow> addMeterRow(ThresholdMeter* meter,
+                                          const std::vector<CalibrationPanelView::Indicator>& indicators);
+    static void refreshIndicator(const IndicatorRow& row, const CalibrationPanelView::Indicator& indicator);
 
     CalibrationPanelView& view_;
-    QPushButton* showClarity_;
-    ThresholdMeter* clarity_;
-    IndicatorRow clarityIndicator_{};
-    QPushButton* showDuration_;
-    ThresholdMeter* duration_;
-    std::array<IndicatorRow, 2> durationIndicators_{};
+    QGridLayout* grid_;
+    Section clarity_;
+    Section duration_;
 };
 
 }  // namespace velmorindal

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include "ui/views/Reason.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/ProgressBarWidget.h"
 #include "ui/widgets/TextLabel.h"
@@ -13,6 +14,9 @@ namespace velmorindal {
 ConnectPanelWidget::ConnectPanelWidget(ConnectPanelView& view) : view_{view} {
     addTitle(ConnectPanelView::title);
     status_ = addText(view.statusText());
+    reason_ = addText({});
+    mayBeHidden(reason_);
+    reason_->mayShow({toQString(longReason)});
     progress_ = new ProgressBarWidget{toQString(ConnectPanelView::progressBarName)};
     column().addWidget(progress_);
     mayBeHidden(progress_);
@@ -33,6 +37,7 @@ ConnectPanelWidget::ConnectPanelWidget(ConnectPanelView& view) : view_{view} {
 
 void ConnectPanelWidget::refresh() {
     status_->showText(view_.statusText());
+    showWhereAny(reason_, view_.lastReason);
     const auto bar = view_.progressBar();
     if (bar) {
         progress_->setBar(*bar);

@@ -19,6 +19,7 @@ class ConnectPanelWidget final : public PageWidget {
   private:
     ConnectPanelView& view_;
     TextLabel* status_;
+    TextLabel* reason_;
     ProgressBarWidget* progress_;
 };
 

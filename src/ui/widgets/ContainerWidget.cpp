@@ -1,6 +1,5 @@
 #include "ui/widgets/ContainerWidget.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -16,13 +15,18 @@
 #include "ui/widgets/PageScroller.h"
 #include "ui/widgets/StepColumn.h"
 #include "ui/widgets/SummaryPanelWidget.h"
+#include "ui/widgets/TextLabel.h"
 #include "ui/widgets/ToQt.h"
 #include "ui/widgets/WelcomePanelWidget.h"
 
 namespace velmorindal {
 
 ContainerWidget::ContainerWidget(ContainerView& view)
-    : view_{view}, steps_{new StepColumn}, pages_{new QStackedWidget}, buttons_{new NavigationRow{view}} {
+    : view_{view},
+      steps_{new StepColumn},
+      pages_{new QStackedWidget},
+      buttons_{new NavigationRow{view}},
+      plan_{view} {
     addPage(new WelcomePanelWidget{view.welcomePanel});
     addPage(new ConnectPanelWidget{view.connectPanel});
     addPage(new ModePanelWidget{view.modePanel});
@@ -33,19 +37,19 @@ ContainerWidget::ContainerWidget(ContainerView& view)
     auto* right = new QVBoxLayout;
     right->setSpacing(0);
     right->addWidget(pages_, 1);
-    right->addWidget(buttons_);
+    // In the column of the texts, as the pages lay it out.
+    auto* below = new QHBoxLayout;
+    below->addStretch();
+    below->addWidget(buttons_, 1);
+    below->addStretch();
+    buttons_->setMaximumWidth(look::comfortableLineWidth());
+    right->addLayout(below);
     auto* row = new QHBoxLayout{this};
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(steps_);
     row->addLayout(right, 1);
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
-        if (before == placed_ && now != nullptr) {
-            placed_ = nullptr;
-        }
-    });
     refresh();
-    placeFocus(true);
 }
 
 void ContainerWidget::addPage(PageWidget* page) {
@@ -56,49 +60,75 @@ void ContainerWidget::addPage(PageWidget* page) {
 void ContainerWidget::refresh() {
     const wizardState current = view_.currentState.get();
     const int index = static_cast<int>(current);
-    const bool pageChanged = pages_->currentIndex() != index;
-    scroller(index).page().refresh();
-    buttons_->refresh([this, pageChanged] { placeFocus(pageChanged); });
-    pages_->setCurrentIndex(index);
+    PageWidget& page = scroller(index).page();
+    page.refresh();
+    buttons_->setInset(page.textInset());
     steps_->showCurrent(current);
+    buttons_->refresh([this, index] {
+        // What has the focus now stays until the new page is there to take it.
+        pages_->setCurrentIndex(index);
+        placeFocus();
+    });
 }
 
 PageScroller& ContainerWidget::scroller(int index) const {
     return *static_cast<PageScroller*>(pages_->widget(index));
 }
 
-void ContainerWidget::placeFocus(bool pageChanged) {
+void ContainerWidget::placeFocus() {
     QWidget* const focused = window()->focusWidget();
     const bool leaves = buttons_->owns(focused) && !buttons_->offers(focused);
     const bool lost = focused == nullptr || !focused->isVisibleTo(window()) || leaves;
-    // A default button that has just appeared takes the focus from a button that nobody chose.
-    const bool unchosen = focused == placed_ && buttons_->owns(focused);
-    if (!pageChanged && !lost && !unchosen) {
-        return;
-    }
-    QPushButton* const button =
-        buttons_->defaultButton() != nullptr ? buttons_->defaultButton() : buttons_->firstButton();
-    if (button != nullptr) {
-        if (button != focused) {
-            button->setFocus(Qt::OtherFocusReason);
-        }
-        placed_ = button;
+    QWidget* const place = widgetAt(plan_.due(lost));
+    if (place != nullptr && place != focused) {
+        place->setFocus(Qt::OtherFocusReason);
     }
 }
 
-QSize ContainerWidget::wholeSize(const QSize& wanted) const {
+QWidget* ContainerWidget::widgetAt(FocusPlace place) const {
+    PageWidget& page = scroller(static_cast<int>(view_.currentState.get())).page();
+    switch (place) {
+        case FocusPlace::stays:
+            return nullptr;
+        case FocusPlace::heading:
+            return page.heading();
+        case FocusPlace::firstControl:
+            return page.firstControl();
+        case FocusPlace::back:
+            return buttons_->button(ButtonOptions::Back);
+        case FocusPlace::next:
+            return buttons_->button(ButtonOptions::Next);
+        case FocusPlace::close:
+            return buttons_->button(ButtonOptions::Close);
+    }
+    return nullptr;
+}
+
+QSize ContainerWidget::wholeSize(const QSize& wanted, const QSize& room) const {
     const int columnWidth = steps_->sizeHint().width();
     const QSize row = buttons_->minimumSizeHint();
-    QSize page{std::max(wanted.width() - columnWidth, row.width()), 0};
-    page.setWidth(std::max(page.width(), look::narrowestLineWidth()));
+    const int others = row.height();
+    int width = std::max({wanted.width() - columnWidth, row.width(), look::narrowestLineWidth()});
     for (int i = 0; i < pages_->count(); ++i) {
-        page.setWidth(std::max(page.width(), scroller(i).page().wholeSize(page.width()).width()));
+        width = std::max(width, scroller(i).page().wholeSize(width).width());
     }
+    int height = heightOfPages(width);
+    const int widest = std::min(room.width() - columnWidth, look::comfortableLineWidth());
+    const int step = 4 * look::spacing();
+    while (height + others > room.height() && width < widest) {
+        width = std::min(width + step, widest);
+        height = heightOfPages(width);
+    }
+    height = std::max(height + others, steps_->minimumSizeHint().height());
+    return QSize{columnWidth + width, height}.expandedTo(wanted);
+}
+
+int ContainerWidget::heightOfPages(int width) const {
+    int height = 0;
     for (int i = 0; i < pages_->count(); ++i) {
-        page.setHeight(std::max(page.height(), scroller(i).page().wholeSize(page.width()).height()));
+        height = std::max(height, scroller(i).page().wholeSize(width).height());
     }
-    const int height = std::max(page.height() + row.height(), steps_->minimumSizeHint().height());
-    return QSize{columnWidth + page.width(), height}.expandedTo(wanted);
+    return height;
 }
 
 void ContainerWidget::keyPressEvent(QKeyEvent* event) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
 
 #include "ui/views/ContainerView.h"
+#include "ui/views/FocusPlan.h"
 
 class QStackedWidget;
 
@@ -25,8 +25,12 @@ class ContainerWidget final : public QWidget {
     /// Copies the view's answers into the page that is up, the steps and the buttons.
     void refresh();
 
-    /// The smallest size, from `wanted` upwards, at which every page is whole.
-    QSize wholeSize(const QSize& wanted) const;
+    /// The smallest size, from `wanted` upwards, at which every page is whole in each of its states. It gets
+    /// wider, and the lines of the pages longer, before it gets higher than `room`.
+    QSize wholeSize(const QSize& wanted, const QSize& room) const;
+
+    /// Where the focus was put and why.
+    const FocusPlan& focusPlan() const { return plan_; }
 
   protected:
     /// Enter presses the default button where the control with the focus has no use for it.
@@ -35,14 +39,15 @@ class ContainerWidget final : public QWidget {
   private:
     void addPage(PageWidget* page);
     PageScroller& scroller(int index) const;
-    void placeFocus(bool pageChanged);
+    void placeFocus();
+    QWidget* widgetAt(FocusPlace place) const;
+    int heightOfPages(int width) const;
 
     ContainerView& view_;
     StepColumn* steps_;
     QStackedWidget* pages_;
     NavigationRow* buttons_;
-    /// The button that was given the focus here and has kept it since: nobody chose it.
-    QPointer<QWidget> placed_;
+    FocusPlan plan_;
 };
 
 }  // namespace velmorindal

@@ -20,7 +20,8 @@ void IndicatorWidget::setIndicator(const CalibrationPanelView::Indicator& indica
         setAccessibleDescription(description);
     }
     const QColor color = toQColor(indicator.color());
-    if (lit_ != indicator.lit || color_ != color) {
+    if (lit_ != indicator.lit || muted_ != indicator.muted || color_ != color) {
+        muted_ = indicator.muted;
         lit_ = indicator.lit;
         color_ = color;
         update();
@@ -41,6 +42,12 @@ void IndicatorWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(color_);
     painter.drawEllipse(QPointF{}, radius, radius);
+    if (muted_) {
+        // A ring says that it is not live.
+        painter.setBrush(palette().color(QPalette::Window));
+        painter.drawEllipse(QPointF{}, radius - 3, radius - 3);
+        return;
+    }
     if (lit_) {
         look::drawTick(painter, {-radius, -radius, 2 * radius, 2 * radius});
     }

@@ -22,6 +22,7 @@ class IndicatorWidget final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    bool muted_ = false;
     bool lit_;
     QColor color_;
 };

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 
+#include "ui/widgets/Announcer.h"
 #include "ui/widgets/KeyList.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/TextLabel.h"
@@ -16,6 +17,12 @@ KeyChoiceWidget::KeyChoiceWidget(OutputPanelView& view, const OutputPanelView::K
     connect(keys_, &KeyList::currentIndexChanged, this, [this] {
         if (keys_->key() != view_.chosenKey(choice_)) {
             view_.chooseKey(choice_, keys_->key());
+        }
+    });
+
+    connect(keys_, &KeyList::stepped, this, [this](const QString& entry) {
+        if (auto* announcer = window()->findChild<Announcer*>()) {
+            announcer->say(entry);
         }
     });
 

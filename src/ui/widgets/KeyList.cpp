@@ -22,6 +22,14 @@ void KeyList::setKey(OutputKey key) {
     setCurrentIndex(findData(static_cast<int>(key)));
 }
 
+void KeyList::keyPressEvent(QKeyEvent* event) {
+    const int before = currentIndex();
+    QComboBox::keyPressEvent(event);
+    if (currentIndex() != before) {
+        emit stepped(currentText());
+    }
+}
+
 void KeyList::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }

@@ -16,7 +16,12 @@ class KeyList final : public QComboBox {
     OutputKey key() const;
     void setKey(OutputKey key);
 
+  signals:
+    /// A key press has chosen another entry of the closed list, which no screen reader speaks by itself.
+    void stepped(const QString& entry);
+
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     /// The wheel scrolls the page; it does not change a key that the pointer happens to be over.
     void wheelEvent(QWheelEvent* event) override;
 };

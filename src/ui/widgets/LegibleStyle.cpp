@@ -3,6 +3,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPushButton>
 #include <QSlider>
 #include <QStyleOption>
 #include <algorithm>
@@ -11,6 +12,7 @@
 
 #include "ui/widgets/FocusRing.h"
 #include "ui/widgets/Look.h"
+#include "ui/widgets/NavigationRow.h"
 
 namespace velmorindal {
 
@@ -58,7 +60,57 @@ void drawCheckMark(const QStyleOption& option, QPainter& painter) {
     }
 }
 
+void drawFrame(const QStyleOption& option, QPainter& painter) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen{look::outlineColor(option.palette), 1.0});
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF{option.rect}.adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
+}
+
+/// The text with the mark that underlines the letter of the button's shortcut. The button itself has none in
+/// its text, which is its name.
+QString withAccessKey(const QPushButton& button, const QString& text) {
+    const QKeySequence shortcut = button.shortcut();
+    const qsizetype at =
+        shortcut.isEmpty() ? -1 : text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
+    return at < 0 ? text : text.left(at) + u'&' + text.mid(at);
+}
+
 }  // namespace
+
+void LegibleStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto* pushed = qobject_cast<const QPushButton*>(widget);
+    const auto* label = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element != CE_PushButtonLabel || pushed == nullptr || label == nullptr) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionButton marked{*label};
+    marked.text = withAccessKey(*pushed, label->text);
+    QProxyStyle::drawControl(element, &marked, painter, widget);
+}
+
+QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    switch (type) {
+        case CT_PushButton: {
+            const bool leads =
+                widget != nullptr && qobject_cast<const NavigationRow*>(widget->parentWidget()) != nullptr;
+            const QSize least{contents.width() + 4 * look::spacing(),
+                              leads ? look::navigationHeight() : look::targetHeight()};
+            return size.expandedTo(least);
+        }
+        case CT_RadioButton:
+        case CT_CheckBox:
+        case CT_ComboBox:
+        case CT_Slider:
+            return size.expandedTo({0, look::targetHeight()});
+        default:
+            return size;
+    }
+}
 
 void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
@@ -74,6 +126,9 @@ void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         drawCheckMark(*option, *painter);
     } else {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_PanelButtonCommand) {
+            drawFrame(*option, *painter);
+        }
     }
     painter->restore();
 }
@@ -83,6 +138,11 @@ void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOption
     const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
     if (control != CC_Slider || slider == nullptr || slider->orientation != Qt::Horizontal) {
         QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control == CC_ComboBox) {
+            painter->save();
+            drawFrame(*option, *painter);
+            painter->restore();
+        }
         return;
     }
     painter->save();
@@ -92,11 +152,10 @@ void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOption
 
 void LegibleStyle::drawSlider(const QStyleOptionSlider& slider, QPainter& painter,
                               const QWidget* widget) const {
-    const QRectF handle = squareIn(subControlRect(CC_Slider, &slider, SC_SliderHandle, widget));
-    const double thickness = handle.height() / 4;
-    QRectF groove{slider.rect};
-    groove.setHeight(thickness);
-    groove.moveCenter({groove.center().x(), handle.center().y()});
+    QRectF handle = squareIn(subControlRect(CC_Slider, &slider, SC_SliderHandle, widget));
+    handle.moveCenter({handle.center().x(), QRectF{slider.rect}.center().y()});
+    const QRectF groove = look::sliderGroove(slider.rect, pixelMetric(PM_SliderLength, &slider, widget));
+    const double thickness = groove.height();
     QRectF passed = groove;
     passed.setRight(handle.center().x());
 
@@ -150,8 +209,14 @@ int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 
 int LegibleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
-    // Below its control, the ring would be hidden by any that paints its whole ground.
-    return hint == SH_FocusFrame_AboveWidget ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
+    switch (hint) {
+        case SH_FocusFrame_AboveWidget:
+            // Below its control, the ring would be hidden by any that paints its whole ground.
+        case SH_UnderlineShortcut:
+            return 1;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+    }
 }
 
 }  // namespace velmorindal

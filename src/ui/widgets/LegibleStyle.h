@@ -7,8 +7,10 @@ class QStyleOptionSlider;
 namespace velmorindal {
 
 /// The desktop's style, but for the marks that many styles draw too faintly or too small: radio buttons,
-/// check boxes and sliders stand out from the page at 3 : 1 in every palette and grow with the font, the text
-/// of what cannot be chosen just now can still be read, and the mark of the focus is left to the FocusRing.
+/// check boxes, sliders and the frames of buttons stand out from the page at 3 : 1 in every palette and grow
+/// with the font, the text of what cannot be chosen just now can still be read, and the mark of the focus is
+/// left to the FocusRing. What is pressed is high enough to be hit, and a button always underlines its access
+/// key.
 class LegibleStyle final : public QProxyStyle {
     Q_OBJECT
 
@@ -19,6 +21,10 @@ class LegibleStyle final : public QProxyStyle {
                        const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;

@@ -48,6 +48,20 @@ int spacing() {
     return std::max(4, QFontMetrics{bodyFont()}.height() / 2);
 }
 
+int targetHeight() {
+    return std::max(24, QFontMetrics{bodyFont()}.height() * 13 / 8);
+}
+
+int navigationHeight() {
+    return std::max(44, QFontMetrics{bodyFont()}.height() * 3);
+}
+
+QRectF sliderGroove(const QRectF& slider, int handle) {
+    const double thickness = handle / 4.0;
+    return {slider.left() + handle / 2.0, slider.center().y() - thickness / 2, slider.width() - handle,
+            thickness};
+}
+
 QFont bodyFont() {
     return QApplication::font();
 }
@@ -96,6 +110,12 @@ QColor legible(const QColor& faint, const QColor& full, const QColor& ground) {
 
 QColor accentColor() {
     return toQColor(colors::blue);
+}
+
+QColor paler(const QColor& color) {
+    constexpr int part = 55;
+    const auto mix = [](int from) { return from + (255 - from) * part / 100; };
+    return {mix(color.red()), mix(color.green()), mix(color.blue())};
 }
 
 void drawTick(QPainter& painter, const QRectF& square) {

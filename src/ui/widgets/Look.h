@@ -3,9 +3,9 @@
 #include <QColor>
 #include <QFont>
 #include <QPalette>
+#include <QRectF>
 
 class QPainter;
-class QRectF;
 
 /// The measures and colours that all pages share. Everything follows the application's font and palette, so
 /// that doubled fonts and dark themes need no case of their own.
@@ -13,6 +13,14 @@ namespace velmorindal::look {
 
 /// The one unit of spacing, in pixels: half the height of a line of body text, at least 4.
 int spacing();
+
+/// The least height of what is pressed, in pixels, and of the buttons that lead from page to page: 24 and 44
+/// at a font of 9 points, growing with it.
+int targetHeight();
+int navigationHeight();
+
+/// The groove of a slider with that geometry, from the middle of its handle at one end to that at the other.
+QRectF sliderGroove(const QRectF& slider, int handle);
 
 QFont bodyFont();
 QFont titleFont();
@@ -36,6 +44,9 @@ QColor legible(const QColor& faint, const QColor& full, const QColor& ground);
 
 /// The fill of what is chosen; white shows upon it.
 QColor accentColor();
+
+/// Beside `color` and upon a light track it can be told from both.
+QColor paler(const QColor& color);
 
 /// A white tick inside `square`, for what is on.
 void drawTick(QPainter& painter, const QRectF& square);

@@ -9,6 +9,7 @@
 
 #include "ui/widgets/FocusRing.h"
 #include "ui/widgets/Look.h"
+#include "ui/widgets/ToQt.h"
 
 namespace velmorindal {
 
@@ -21,13 +22,15 @@ constexpr auto frameName = "Main Window";
 }  // namespace
 
 MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
-    : terminate_{std::move(terminate)},
+    : view_{view},
+      terminate_{std::move(terminate)},
       content_{new ContainerWidget{view}},
+      announcer_{new Announcer{this}},
+      announcements_{view, content_->focusPlan()},
       dialogs_{view, *this},
-      refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] {
-                     content_->refresh();
-                     dialogs_.refresh();
-                 }} {
+      refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] { refresh(); }} {
+    staleTimer_.setSingleShot(true);
+    connect(&staleTimer_, &QTimer::timeout, this, &MainWindow::refresh);
     setWindowTitle(QStringLiteral("Velmorindal Setup"));
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins(0, 0, 0, 0);
@@ -38,10 +41,32 @@ MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
     placeOnScreen();
 }
 
+void MainWindow::refresh() {
+    content_->refresh();
+    dialogs_.refresh();
+    announce();
+    if (const auto wait = view_.calibrationPanel.untilStale()) {
+        staleTimer_.start(*wait);
+    } else {
+        staleTimer_.stop();
+    }
+}
+
+void MainWindow::announce() {
+    // Before it is active, and while another window is, its words would be cut off.
+    if (!isActiveWindow()) {
+        return;
+    }
+    if (const auto text = announcements_.due()) {
+        announcer_->say(toQString(*text));
+    }
+}
+
 void MainWindow::keepPagesWhole() {
     // A page scrolls where the screen itself is too small; a tenth is left to the desktop's bars and the
     // frame.
-    setMinimumSize(content_->wholeSize(openingSize).boundedTo(screen()->availableSize() * 9 / 10));
+    const QSize room = screen()->availableSize() * 9 / 10;
+    setMinimumSize(content_->wholeSize(openingSize, room).boundedTo(room));
 }
 
 void MainWindow::placeOnScreen() {
@@ -71,6 +96,9 @@ void MainWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         keepPagesWhole();
+    }
+    if (event->type() == QEvent::ActivationChange) {
+        announce();
     }
 }
 

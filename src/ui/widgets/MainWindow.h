@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 
+#include "ui/views/Announcements.h"
 #include "ui/views/ContainerView.h"
+#include "ui/widgets/Announcer.h"
 #include "ui/widgets/ContainerWidget.h"
 #include "ui/widgets/DialogPresenter.h"
 #include "ui/widgets/Refresher.h"
@@ -29,11 +32,19 @@ class MainWindow final : public QWidget {
     void changeEvent(QEvent* event) override;
 
   private:
+    void refresh();
+    /// Says what is due, once the window is there to be spoken of.
+    void announce();
     void keepPagesWhole();
     void placeOnScreen();
 
+    ContainerView& view_;
     std::function<void()> terminate_;
     ContainerWidget* content_;
+    Announcer* announcer_;
+    Announcements announcements_;
+    /// For readings that stop coming, which nothing else tells of.
+    QTimer staleTimer_;
     DialogPresenter dialogs_;
     Refresher refresher_;
 };

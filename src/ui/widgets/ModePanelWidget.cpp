@@ -17,11 +17,16 @@ ModePanelWidget::ModePanelWidget(ModePanelView& view) : view_{view} {
     addExplanations();
     column().addSpacing(look::spacing());
     addText(ModePanelView::question);
-    modes_ = new RadioGroup<OutputMode>{ModePanelView::modeChoices, view.velmorindal.outputMode};
+    modes_ = new RadioGroup<OutputMode>{ModePanelView::question, ModePanelView::modeChoices,
+                                        view.velmorindal.outputMode};
     column().addWidget(modes_);
     addCheckBoxes();
     column().addStretch();
     refresh();
+}
+
+QWidget* ModePanelWidget::firstControl() const {
+    return modes_->entry();
 }
 
 void ModePanelWidget::addExplanations() {

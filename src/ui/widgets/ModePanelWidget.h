@@ -20,6 +20,7 @@ class ModePanelWidget final : public PageWidget {
     explicit ModePanelWidget(ModePanelView& view);
 
     void refresh() override;
+    QWidget* firstControl() const override;
 
   private:
     void addExplanations();

@@ -13,9 +13,10 @@ namespace velmorindal {
 
 namespace {
 
-/// Alt with the first letter, but for Close, where C is taken by Cancel.
+/// Alt with the first letter, but for Close: C is taken by Cancel, L would be taken for Load's, and O is
+/// Load's.
 QKeySequence shortcutFor(ButtonOptions option, const QString& label) {
-    const QChar letter = option == ButtonOptions::Close ? label.at(1).toUpper() : label.at(0);
+    const QChar letter = option == ButtonOptions::Close ? label.back().toUpper() : label.at(0);
     return {Qt::ALT | static_cast<Qt::Key>(letter.unicode())};
 }
 
@@ -88,9 +89,19 @@ QPushButton* NavigationRow::defaultButton() const {
     return found == entries_.end() ? nullptr : found->button;
 }
 
-QPushButton* NavigationRow::firstButton() const {
-    const auto found = std::ranges::find_if(entries_, [this](const Entry& entry) { return isShown(entry); });
+QPushButton* NavigationRow::button(ButtonOptions option) const {
+    const auto found = std::ranges::find_if(
+        entries_, [&](const Entry& entry) { return isShown(entry) && entry.option == option; });
     return found == entries_.end() ? nullptr : found->button;
+}
+
+void NavigationRow::setInset(int inset) {
+    QMargins margins = row_->contentsMargins();
+    if (margins.left() != inset) {
+        margins.setLeft(inset);
+        margins.setRight(inset);
+        row_->setContentsMargins(margins);
+    }
 }
 
 bool NavigationRow::owns(const QWidget* widget) const {

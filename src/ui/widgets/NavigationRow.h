@@ -26,8 +26,10 @@ class NavigationRow final : public QWidget {
 
     /// Next or Save where there is one.
     QPushButton* defaultButton() const;
-    /// The leftmost button that is there, or none.
-    QPushButton* firstButton() const;
+    /// The button of that option where it is there.
+    QPushButton* button(ButtonOptions option) const;
+    /// How far the first and the last button stand from either side.
+    void setInset(int inset);
     /// Whether `widget` is one of the buttons, there or not.
     bool owns(const QWidget* widget) const;
     /// Whether `widget` is one of the buttons that are there.

@@ -12,7 +12,8 @@ namespace velmorindal {
 
 OutputPanelWidget::OutputPanelWidget(OutputPanelView& view) : view_{view} {
     addText(OutputPanelView::question);
-    paths_ = new RadioGroup<OutputPath>{OutputPanelView::pathChoices, view.velmorindal.outputPath};
+    paths_ = new RadioGroup<OutputPath>{OutputPanelView::question, OutputPanelView::pathChoices,
+                                        view.velmorindal.outputPath};
     column().addWidget(paths_);
     column().addSpacing(look::spacing());
     for (const OutputPanelView::KeyChoice& choice : OutputPanelView::allKeyChoices) {
@@ -23,6 +24,10 @@ OutputPanelWidget::OutputPanelWidget(OutputPanelView& view) : view_{view} {
     }
     column().addStretch();
     refresh();
+}
+
+QWidget* OutputPanelWidget::firstControl() const {
+    return paths_->entry();
 }
 
 void OutputPanelWidget::refresh() {

@@ -20,6 +20,7 @@ class OutputPanelWidget final : public PageWidget {
     explicit OutputPanelWidget(OutputPanelView& view);
 
     void refresh() override;
+    QWidget* firstControl() const override;
 
   private:
     OutputPanelView& view_;

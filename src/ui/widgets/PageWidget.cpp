@@ -27,29 +27,53 @@ PageWidget::PageWidget() : column_{new QVBoxLayout{this}} {
 }
 
 QSize PageWidget::wholeSize(int width) const {
+    const auto texts = findChildren<TextLabel*>();
+    const auto countEveryText = [&texts](bool count) {
+        for (TextLabel* text : texts) {
+            text->countEveryText(count);
+        }
+    };
     retainSizes(hideable_, true);
+    countEveryText(true);
     layout()->invalidate();
     const int needed = std::max(width, layout()->totalMinimumSize().width());
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(needed)
                                                      : layout()->totalMinimumSize().height();
+    countEveryText(false);
     retainSizes(hideable_, false);
     return {needed, height};
 }
 
 TextLabel* PageWidget::addTitle(std::string_view text) {
-    auto* label = new TextLabel{TextRole::Title, text};
-    column_->addWidget(label);
-    return label;
+    return addLabel(new TextLabel{TextRole::Title, text});
 }
 
 TextLabel* PageWidget::addText(std::string_view text) {
-    auto* label = new TextLabel{TextRole::Body, text};
+    return addLabel(new TextLabel{TextRole::Body, text});
+}
+
+TextLabel* PageWidget::addLabel(TextLabel* label) {
     column_->addWidget(label);
+    if (heading_ == nullptr) {
+        heading_ = label;
+        label->makeHeading();
+    }
     return label;
+}
+
+int PageWidget::textInset() const {
+    return column_->contentsMargins().left();
 }
 
 void PageWidget::mayBeHidden(QWidget* control) {
     hideable_.push_back(control);
+}
+
+void showWhereAny(TextLabel* label, std::string_view text) {
+    if (!text.empty()) {
+        label->showText(text);
+    }
+    setShown(label, !text.empty());
 }
 
 void setShown(QWidget* control, bool shown) {

@@ -22,11 +22,19 @@ class PageWidget : public QWidget {
     /// that can be shown.
     QSize wholeSize(int width) const;
 
+    /// Where the focus goes when the page is read and not used.
+    TextLabel* heading() const { return heading_; }
+    /// The first control that can be used, or none.
+    virtual QWidget* firstControl() const { return nullptr; }
+    /// How far its texts stand from either side.
+    int textInset() const;
+
   protected:
     PageWidget();
 
     QVBoxLayout& column() { return *column_; }
 
+    /// The first text of a page becomes its heading.
     TextLabel* addTitle(std::string_view text);
     TextLabel* addText(std::string_view text);
 
@@ -34,9 +42,16 @@ class PageWidget : public QWidget {
     void mayBeHidden(QWidget* control);
 
   private:
+    TextLabel* addLabel(TextLabel* label);
+
     QVBoxLayout* column_;
+    TextLabel* heading_ = nullptr;
     std::vector<QWidget*> hideable_;
 };
+
+/// Shows `text` in `label`, or hides the label where there is none: emptied, it would announce a change that
+/// nobody sees.
+void showWhereAny(TextLabel* label, std::string_view text);
 
 /// Shows or hides `control`, unless it is so already.
 void setShown(QWidget* control, bool shown);

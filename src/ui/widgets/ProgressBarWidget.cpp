@@ -1,6 +1,5 @@
 #include "ui/widgets/ProgressBarWidget.h"
 
-#include <QAccessible>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
@@ -16,13 +15,18 @@ namespace velmorindal {
 namespace {
 
 constexpr int glideMilliseconds = 150;
-constexpr int pauseMilliseconds = 250;
 
 QPainterPath capsule(const QRectF& rect) {
     const double radius = std::min(rect.width(), rect.height()) / 2.0;
     QPainterPath path;
     path.addRoundedRect(rect, radius, radius);
     return path;
+}
+
+double partOfTrack(const ProgressBar& bar) {
+    // A reading that is not a number fills nothing.
+    const double fraction = bar.fillWidth(1.0);
+    return std::isnan(fraction) ? 0.0 : std::clamp(fraction, 0.0, 1.0);
 }
 
 }  // namespace
@@ -32,37 +36,23 @@ ProgressBarWidget::ProgressBarWidget(const QString& accessibleName, QWidget* par
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     glide_.setDuration(glideMilliseconds);
     glide_.setEasingCurve(QEasingCurve::OutCubic);
-    pause_.setSingleShot(true);
-    pause_.setInterval(pauseMilliseconds);
-    connect(&pause_, &QTimer::timeout, this, &ProgressBarWidget::tellScreenReader);
     connect(&glide_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         shownFraction_ = value.toDouble();
         update();
     });
 }
 
-void ProgressBarWidget::setBar(const ProgressBar& bar) {
-    if (bar == bar_) {
+void ProgressBarWidget::setBar(const ProgressBar& bar, double trace) {
+    if (bar == bar_ && trace == trace_) {
         return;
     }
+    trace_ = trace;
     const double oldTarget = targetFraction();
     bar_ = bar;
     if (targetFraction() != oldTarget) {
         glideTo(targetFraction());
     }
     update();
-    tellScreenReader();
-}
-
-void ProgressBarWidget::tellScreenReader() {
-    if (pause_.isActive() || spokenValue() == toldValue_) {
-        return;
-    }
-    toldValue_ = spokenValue();
-    QAccessibleValueChangeEvent changed{this, toldValue_};
-    QAccessible::updateAccessibility(&changed);
-    emit told(toldValue_);
-    pause_.start();
 }
 
 double ProgressBarWidget::spokenValue() const {
@@ -70,9 +60,13 @@ double ProgressBarWidget::spokenValue() const {
 }
 
 double ProgressBarWidget::targetFraction() const {
-    // A reading that is not a number fills nothing.
-    const double fraction = bar_.fillWidth(1.0);
-    return std::isnan(fraction) ? 0.0 : std::clamp(fraction, 0.0, 1.0);
+    return partOfTrack(bar_);
+}
+
+double ProgressBarWidget::traceFraction() const {
+    ProgressBar trace = bar_;
+    trace.value = trace_;
+    return partOfTrack(trace);
 }
 
 void ProgressBarWidget::glideTo(double fraction) {
@@ -112,12 +106,17 @@ void ProgressBarWidget::paintEvent(QPaintEvent* /*event*/) {
     if (bar_.backgroundEnabled) {
         painter.fillPath(track, toQColor(bar_.backgroundColor));
     }
-    QRectF filled = bounds;
-    filled.setWidth(bounds.width() * shownFraction_);
-    if (filled.width() > 0.0) {
-        // A fill narrower than the bar is high would stick out of the track's rounded end.
-        painter.fillPath(capsule(filled).intersected(track), toQColor(bar_.foregroundColor));
-    }
+    const auto fill = [&](double fraction, const QColor& color) {
+        QRectF filled = bounds;
+        filled.setWidth(bounds.width() * fraction);
+        if (filled.width() > 0.0) {
+            // A fill narrower than the bar is high would stick out of the track's rounded end.
+            painter.fillPath(capsule(filled).intersected(track), color);
+        }
+    };
+    const QColor color = toQColor(bar_.foregroundColor);
+    fill(traceFraction(), look::paler(color));
+    fill(shownFraction_, color);
     if (bar_.backgroundEnabled) {
         painter.strokePath(track, QPen{look::outlineColor(palette()), 1.0});
     }

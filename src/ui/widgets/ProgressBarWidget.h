@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -9,11 +8,11 @@
 namespace velmorindal {
 
 /// Draws a ProgressBar: a capsule for the track and, over it from the left, a capsule for the fill, which
-/// glides to each new value.
+/// glides to each new value. However fast values arrive, it is painted once a frame.
 ///
-/// However fast values arrive, it is painted once a frame, and a screen reader hears of them four times a
-/// second at most. It meets a progress bar with its value between 0 and the maximum; the name is the widget's
-/// accessible name.
+/// A screen reader meets a progress bar with its value between 0 and the maximum; the name is the widget's
+/// accessible name. No event tells of a new value, which would be spoken as a bare percentage, now and then:
+/// what matters of it is announced in words.
 class ProgressBarWidget final : public QWidget {
     Q_OBJECT
 
@@ -21,7 +20,10 @@ class ProgressBarWidget final : public QWidget {
     explicit ProgressBarWidget(const QString& accessibleName, QWidget* parent = nullptr);
 
     const ProgressBar& bar() const { return bar_; }
-    void setBar(const ProgressBar& bar);
+    /// `trace` is a second value, drawn behind the bar's own as a paler fill.
+    void setBar(const ProgressBar& bar, double trace = 0.0);
+    /// The part of the track that the paler fill takes, 0 to 1.
+    double traceFraction() const;
 
     /// The part of the track that the fill is on its way to, 0 to 1.
     double targetFraction() const;
@@ -33,16 +35,11 @@ class ProgressBarWidget final : public QWidget {
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-  signals:
-    /// A screen reader, if there is one, is being told `value`.
-    void told(double value);
-
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     void glideTo(double fraction);
-    void tellScreenReader();
 
     ProgressBar bar_{.value = 0.0,
                      .maxValue = 1.0,
@@ -51,9 +48,7 @@ class ProgressBarWidget final : public QWidget {
                      .foregroundColor = colors::blue};
     double shownFraction_ = 0.0;
     QVariantAnimation glide_;
-    /// What a screen reader was told last, and the pause until it may be told again.
-    double toldValue_ = 0.0;
-    QTimer pause_;
+    double trace_ = 0.0;
 };
 
 }  // namespace velmorindal

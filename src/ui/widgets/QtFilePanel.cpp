@@ -1,7 +1,9 @@
 #include "ui/widgets/QtFilePanel.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QStringList>
 #include <algorithm>
 #include <utility>
@@ -55,7 +57,11 @@ void QtFilePanel::chooseFileToOpen(const std::vector<std::string>& allowedFileTy
 }
 
 void QtFilePanel::chooseFileToSave(const std::vector<std::string>& allowedFileTypes, Completion completion) {
-    askWhereToSave(allowedFileTypes, std::move(completion), {});
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo{folder}.isDir()) {
+        folder = QDir::homePath();
+    }
+    askWhereToSave(allowedFileTypes, std::move(completion), folder + u'/' + toQString(suggestedName));
 }
 
 void QtFilePanel::askWhereToSave(const std::vector<std::string>& allowedFileTypes, Completion completion,
@@ -67,9 +73,8 @@ void QtFilePanel::askWhereToSave(const std::vector<std::string>& allowedFileType
     if (kind_ == Kind::toolkit && !allowedFileTypes.empty()) {
         dialog.setDefaultSuffix(toQString(allowedFileTypes.front()));
     }
-    if (!suggestion.isEmpty()) {
-        dialog.selectFile(suggestion);
-    }
+    dialog.setDirectory(QFileInfo{suggestion}.path());
+    dialog.selectFile(suggestion);
     openFor(dialog, [this, allowedFileTypes, completion = std::move(completion)](const auto& chosen) {
         const auto name = chosen ? std::optional{withAllowedType(*chosen, allowedFileTypes)} : std::nullopt;
         if (name != chosen && QFileInfo::exists(*name)) {

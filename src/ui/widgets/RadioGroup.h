@@ -1,41 +1,32 @@
 #pragma once
 
-#include <QButtonGroup>
-#include <QRadioButton>
-#include <QVBoxLayout>
-#include <QWidget>
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "session/Published.h"
 #include "ui/views/Choice.h"
-#include "ui/widgets/Look.h"
+#include "ui/widgets/ChoiceGroup.h"
 #include "ui/widgets/ToQt.h"
 
 namespace velmorindal {
 
-/// A radio group bound to a property of the model: one button a choice, top to bottom.
+/// A radio group bound to a property of the model: one button a choice, top to bottom. While the property has
+/// a value that is no choice, none is chosen.
 template <typename Value>
-class RadioGroup final : public QWidget {
+class RadioGroup final : public ChoiceGroup {
   public:
     /// `property` must outlive the group.
     template <std::size_t count>
-    RadioGroup(const std::array<Choice<Value>, count>& choices, Published<Value>& property)
-        : property_{property} {
-        auto* column = new QVBoxLayout{this};
-        column->setContentsMargins(0, 0, 0, 0);
-        column->setSpacing(look::spacing() / 2);
+    RadioGroup(std::string_view question, const std::array<Choice<Value>, count>& choices,
+               Published<Value>& property)
+        : ChoiceGroup{toQString(question)}, property_{property} {
         for (const Choice<Value>& choice : choices) {
-            auto* button = new QRadioButton{toQString(choice.label)};
-            exclusive_.addButton(button);
-            column->addWidget(button, 0, Qt::AlignLeft);
-            entries_.push_back({.button = button, .value = choice.value});
-            button->setFocusPolicy(Qt::ClickFocus);
-            QObject::connect(button, &QRadioButton::toggled, this,
-                             [this, button, value = choice.value](bool chosen) {
-                                 // The Tab key comes to the chosen entry; from there the arrow keys lead on.
-                                 button->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+            values_.push_back(choice.value);
+            QObject::connect(add(toQString(choice.label)), &QRadioButton::toggled, this,
+                             [this, value = choice.value](bool chosen) {
                                  if (chosen && property_.get() != value) {
                                      property_ = value;
                                  }
@@ -45,22 +36,13 @@ class RadioGroup final : public QWidget {
     }
 
     void refresh() {
-        for (const Entry& entry : entries_) {
-            if (entry.value == property_.get()) {
-                entry.button->setChecked(true);
-            }
-        }
+        const auto chosen = std::ranges::find(values_, property_.get());
+        chooseOnly(static_cast<std::size_t>(chosen - values_.begin()));
     }
 
   private:
-    struct Entry {
-        QRadioButton* button;
-        Value value;
-    };
-
     Published<Value>& property_;
-    std::vector<Entry> entries_;
-    QButtonGroup exclusive_;
+    std::vector<Value> values_;
 };
 
 }  // namespace velmorindal

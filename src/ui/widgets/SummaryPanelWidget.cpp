@@ -4,19 +4,13 @@
 #include <QVBoxLayout>
 #include <cstddef>
 
+#include "ui/views/Reason.h"
 #include "ui/widgets/Look.h"
 #include "ui/widgets/ProgressBarWidget.h"
 #include "ui/widgets/TextLabel.h"
 #include "ui/widgets/ToQt.h"
 
 namespace velmorindal {
-
-namespace {
-
-/// As many as the longest summary has.
-constexpr std::size_t mostRows = 6;
-
-}  // namespace
 
 SummaryPanelWidget::SummaryPanelWidget(const SummaryPanelView& view) : view_{view}, grid_{new QGridLayout} {
     constexpr int inset = SummaryPanelView::contentInset;
@@ -25,13 +19,17 @@ SummaryPanelWidget::SummaryPanelWidget(const SummaryPanelView& view) : view_{vie
     grid_->setHorizontalSpacing(2 * look::spacing());
     grid_->setVerticalSpacing(look::spacing() / 2);
     grid_->setColumnStretch(1, 1);
-    while (rows_.size() < mostRows) {
+    while (rows_.size() < SummaryPanelView::widestRows().size()) {
         addRow();
     }
     column().addLayout(grid_);
     column().addSpacing(look::spacing());
     status_ = addText({});
     mayBeHidden(status_);
+    reason_ = addText({});
+    mayBeHidden(reason_);
+    status_->mayShow({toQString(SummaryPanelView::writtenText)});
+    reason_->mayShow({toQString(longReason)});
     progress_ = new ProgressBarWidget{toQString(SummaryPanelView::progressBarName)};
     column().addWidget(progress_);
     mayBeHidden(progress_);
@@ -42,6 +40,9 @@ SummaryPanelWidget::SummaryPanelWidget(const SummaryPanelView& view) : view_{vie
 void SummaryPanelWidget::addRow() {
     const Row row{.label = new TextLabel{TextRole::Label}, .value = new TextLabel{TextRole::Body}};
     const int index = static_cast<int>(rows_.size());
+    const SummaryPanelView::Row& widest = SummaryPanelView::widestRows().at(rows_.size());
+    row.label->mayShow({toQString(widest.label)});
+    row.value->mayShow({toQString(widest.value)});
     grid_->addWidget(row.label, index, 0, Qt::AlignTop);
     grid_->addWidget(row.value, index, 1, Qt::AlignTop);
     mayBeHidden(row.label);
@@ -60,12 +61,8 @@ void SummaryPanelWidget::refresh() {
         setShown(rows_[i].label, shown);
         setShown(rows_[i].value, shown);
     }
-    const auto status = view_.statusText();
-    setShown(status_, !status.empty());
-    if (!status.empty()) {
-        // A hidden text keeps its words: emptied, it would announce a change that nobody sees.
-        status_->showText(status);
-    }
+    showWhereAny(status_, view_.statusText());
+    showWhereAny(reason_, view_.lastReason);
     const auto bar = view_.progressBar();
     if (bar) {
         progress_->setBar(*bar);

@@ -32,6 +32,7 @@ class SummaryPanelWidget final : public PageWidget {
     QGridLayout* grid_;
     std::vector<Row> rows_;
     TextLabel* status_;
+    TextLabel* reason_;
     ProgressBarWidget* progress_;
 };
 

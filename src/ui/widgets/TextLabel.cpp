@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <algorithm>
+#include <utility>
 
 #include "ui/widgets/Look.h"
 #include "ui/widgets/ToQt.h"
@@ -28,11 +29,11 @@ void TextLabel::showText(std::string_view utf8) {
 }
 
 QSize TextLabel::sizeHint() const {
-    return wordWrap() ? wrappedHint(look::narrowestLineWidth()) : QLabel::sizeHint();
+    return wordWrap() ? wrappedHint(look::narrowestLineWidth()) : whole(QLabel::sizeHint());
 }
 
 QSize TextLabel::minimumSizeHint() const {
-    return wordWrap() ? wrappedHint(look::widestWordWidth()) : QLabel::minimumSizeHint();
+    return wordWrap() ? wrappedHint(look::widestWordWidth()) : whole(QLabel::minimumSizeHint());
 }
 
 QSize TextLabel::wrappedHint(int width) const {
@@ -41,8 +42,46 @@ QSize TextLabel::wrappedHint(int width) const {
 
 int TextLabel::heightForWidth(int width) const {
     const auto known = heights_.find(width);
-    return known != heights_.end() ? known->second
-                                   : heights_.emplace(width, QLabel::heightForWidth(width)).first->second;
+    if (known != heights_.end()) {
+        return known->second;
+    }
+    int height = QLabel::heightForWidth(width);
+    if (countsEveryText_) {
+        for (const QString& other : otherTexts_) {
+            const QRect bounds{0, 0, width, QWIDGETSIZE_MAX};
+            height = std::max(height, fontMetrics().boundingRect(bounds, Qt::TextWordWrap, other).height());
+        }
+    }
+    return heights_.emplace(width, height).first->second;
+}
+
+QSize TextLabel::whole(const QSize& size) const {
+    const QMargins margins = contentsMargins();
+    int width = fontMetrics().horizontalAdvance(roomFor_);
+    if (countsEveryText_) {
+        for (const QString& other : otherTexts_) {
+            width = std::max(width, fontMetrics().horizontalAdvance(other));
+        }
+    }
+    return size.expandedTo({width + margins.left() + margins.right(), fontMetrics().height()});
+}
+
+void TextLabel::keepRoomFor(const QString& text) {
+    roomFor_ = text;
+    updateGeometry();
+}
+
+void TextLabel::mayShow(std::vector<QString> texts) {
+    otherTexts_ = std::move(texts);
+}
+
+void TextLabel::countEveryText(bool count) {
+    if (otherTexts_.empty() || countsEveryText_ == count) {
+        return;
+    }
+    countsEveryText_ = count;
+    heights_.clear();
+    updateGeometry();
 }
 
 bool TextLabel::event(QEvent* event) {

@@ -2,7 +2,9 @@
 
 #include <QLabel>
 #include <map>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmorindal {
 
@@ -29,6 +31,16 @@ class TextLabel final : public QLabel {
 
     TextRole role() const { return role_; }
 
+    /// Makes it the place for the focus of a page that is read and not used.
+    void makeHeading() { isHeading_ = true; }
+    bool isHeading() const { return isHeading_; }
+
+    /// Keeps this wide at least, so that a number that comes and goes moves nothing.
+    void keepRoomFor(const QString& text);
+    /// Tells the texts that may stand here at other times. They count in the sizes while `count` is set.
+    void mayShow(std::vector<QString> texts);
+    void countEveryText(bool count);
+
     /// Of a wrapped text these are its usual and its least width; its height follows from heightForWidth()
     /// alone. The toolkit's own answers would break the text into lines several times over for every
     /// question.
@@ -44,7 +56,13 @@ class TextLabel final : public QLabel {
     void followApplicationFont();
     QSize wrappedHint(int width) const;
 
+    QSize whole(const QSize& size) const;
+
     const TextRole role_;
+    bool isHeading_ = false;
+    bool countsEveryText_ = false;
+    QString roomFor_;
+    std::vector<QString> otherTexts_;
     /// By width, until the text or the way it is drawn changes.
     mutable std::map<int, int> heights_;
 };

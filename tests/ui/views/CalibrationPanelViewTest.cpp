@@ -152,32 +152,6 @@ TEST_F(CalibrationPanelViewTest, ClarityIsComparedInThePrecisionOfTheThreshold) 
     EXPECT_TRUE(page.clarityIndicator().lit);
 }
 
-TEST_F(CalibrationPanelViewTest, TheLastHumStaysShownUntilTheNextOneOrTheEndOfTheDisplay) {
-    velmorindal.cutoff = 1.0F;
-    velmorindal.pollingState = PollingState::duration;
-    velmorindal.detectedDuration = 0.6;
-    velmorindal.detectedDuration = 0.0;
-    EXPECT_EQ(page.durationBar().value, 0.6);
-    EXPECT_TRUE(page.durationIndicators()[0].lit);
-    velmorindal.detectedDuration = 1.4;
-    EXPECT_EQ(page.durationBar().value, 1.4);
-    velmorindal.detectedDuration = 0.0;
-    EXPECT_EQ(page.durationBar().value, 1.4);
-    EXPECT_TRUE(page.durationIndicators()[1].lit);
-    velmorindal.pollingState = PollingState::none;
-    EXPECT_EQ(page.durationBar().value, 0.0);
-    EXPECT_FALSE(page.durationIndicators()[1].lit);
-}
-
-TEST_F(CalibrationPanelViewTest, AHumOfAnEndedDisplayIsNotShownByTheNextOne) {
-    velmorindal.pollingState = PollingState::none;
-    velmorindal.detectedDuration = 0.6;
-    velmorindal.detectedDuration = 0.0;
-    velmorindal.pollingState = PollingState::duration;
-    EXPECT_EQ(page.durationBar().value, 0.0);
-    EXPECT_FALSE(page.durationIndicators()[0].lit);
-}
-
 TEST_F(CalibrationPanelViewTest, TheDurationIndicatorsTellWhatTheLastHumCountedAs) {
     struct Case {
         double duration;

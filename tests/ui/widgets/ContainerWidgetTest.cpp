@@ -17,6 +17,9 @@ class ContainerWidgetTest : public WindowTest {
         return button == nullptr ? QString{} : button->text();
     }
 
+    /// The text of whatever has the focus.
+    QString focusedText() { return window().focusWidget()->property("text").toString(); }
+
     QLabel* step(wizardState state) {
         for (QLabel* label : window().findChildren<QLabel*>()) {
             if (label->text().toStdString() == stepLabel(state)) {
@@ -81,39 +84,50 @@ TEST_F(ContainerWidgetTest, AButtonIsTheSameObjectEachTimeItIsThere) {
     EXPECT_EQ(find<QPushButton>(QStringLiteral("Next")), before);
 }
 
-TEST_F(ContainerWidgetTest, TheFocusStartsOnNextAndMovesOnToSave) {
+TEST_F(ContainerWidgetTest, TheFocusStartsOnNext) {
     EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-    show(wizardState::Mode);
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-    show(wizardState::Summary);
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Save"));
 }
 
-TEST_F(ContainerWidgetTest, TheFocusWaitsOnAButtonAndGoesToNextWhenNextComes) {
-    velmorindal.connectionState = ConnectionStatus::connecting;
-    show(wizardState::Connect);
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Cancel"));
+TEST_F(ContainerWidgetTest, AfterNextTheFocusIsOnTheFirstControlOrOnTheHeading) {
+    press(QStringLiteral("Next"));
+    EXPECT_EQ(focusedText(), QStringLiteral("It's time to connect to the Velmorindal."));
+    finishBackground();
+    velmorindal.connectionState = ConnectionStatus::connected;
+    container.dismiss(DialogId::generic);
+    settle();
+    EXPECT_EQ(focusedText(), QStringLiteral("It's time to connect to the Velmorindal."));
+
+    for (const char* text : {"Direct Mode", "Switch Output", "Show Clarity",
+                             "You have configured your Velmorindal with the following parameters:"}) {
+        press(QStringLiteral("Next"));
+        EXPECT_EQ(focusedText(), QString::fromLatin1(text));
+    }
+}
+
+TEST_F(ContainerWidgetTest, AfterBackTheFocusStaysOnBackAsLongAsThereIsOne) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    show(wizardState::Summary);
+    for (int page = 0; page < 4; ++page) {
+        find<QPushButton>(QStringLiteral("Back"))->setFocus();
+        press(QStringLiteral("Back"));
+        EXPECT_EQ(focusedLabel(), QStringLiteral("Back"));
+    }
+
+    press(QStringLiteral("Back"));
+
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
+}
+
+TEST_F(ContainerWidgetTest, AfterASaveTheFocusIsOnClose) {
+    show(wizardState::Summary);
+    velmorindal.connectionState = ConnectionStatus::writing;
+    settle();
 
     velmorindal.connectionState = ConnectionStatus::connected;
+    velmorindal.justSaved = true;
     settle();
 
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-}
-
-TEST_F(ContainerWidgetTest, TheFocusGoesStraightFromAButtonThatLeavesToOneThatStays) {
-    show(wizardState::Connect);
-    ASSERT_EQ(focusedLabel(), QStringLiteral("Back"));
-    QStringList visited;
-    const auto watching =
-        QObject::connect(qApp, &QApplication::focusChanged, [&](QWidget* /*before*/, QWidget* now) {
-            visited << (now == nullptr ? QString{} : now->property("text").toString());
-        });
-
-    velmorindal.connectionState = ConnectionStatus::connecting;
-    settle();
-    QObject::disconnect(watching);
-
-    EXPECT_EQ(visited, QStringList{"Cancel"});
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Close"));
 }
 
 TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
@@ -127,17 +141,31 @@ TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
     EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
 }
 
-TEST_F(ContainerWidgetTest, AButtonThatTheUserHasComeBackToKeepsTheFocus) {
-    velmorindal.connectionState = ConnectionStatus::connecting;
-    show(wizardState::Connect);
-    ASSERT_EQ(focusedLabel(), QStringLiteral("Cancel"));
-    find<QPushButton>(QStringLiteral("Load"))->setFocus();
-    find<QPushButton>(QStringLiteral("Cancel"))->setFocus();
-
+TEST_F(ContainerWidgetTest, EnterOnTheHeadingPressesTheDefaultButton) {
     velmorindal.connectionState = ConnectionStatus::connected;
+    press(QStringLiteral("Next"));
+    auto* heading = qobject_cast<QLabel*>(window().focusWidget());
+    ASSERT_NE(heading, nullptr);
+
+    QTest::keyClick(heading, Qt::Key_Return);
     settle();
 
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Cancel"));
+    EXPECT_EQ(container.currentState.get(), wizardState::Mode);
+}
+
+TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {
+    window().resize(2000, 900);
+    settle();
+    for (const wizardState page : {wizardState::Mode, wizardState::Summary}) {
+        show(page);
+        const auto* introduction = window().findChild<PageScroller*>(QString{});
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            introduction = scroller->isVisible() ? scroller : introduction;
+        }
+        const QLabel* text = introduction->page().findChild<QLabel*>();
+        const auto* cancel = find<QPushButton>(QStringLiteral("Cancel"));
+        EXPECT_EQ(cancel->mapTo(&window(), QPoint{}).x(), text->mapTo(&window(), QPoint{}).x());
+    }
 }
 
 TEST_F(ContainerWidgetTest, EnterPressesTheDefaultButtonFromAnyOtherControl) {

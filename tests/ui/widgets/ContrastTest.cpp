@@ -53,7 +53,8 @@ class ContrastTest : public WindowTest, public testing::WithParamInterface<bool>
 
     static QColor ground() { return QApplication::palette().color(QPalette::Window); }
 
-    /// The part of a control that holds its text: all of it, but for the mark before it.
+    /// The part of a control that holds its text: all of it, but for the mark before it and the frame around
+    /// it.
     static QRect textPart(const QWidget& control) {
         QRect part = control.rect();
         const bool marked = qobject_cast<const QRadioButton*>(&control) != nullptr ||
@@ -61,7 +62,9 @@ class ContrastTest : public WindowTest, public testing::WithParamInterface<bool>
         if (marked) {
             part.setLeft(control.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &control) + 4);
         }
-        return part;
+        const bool framed = qobject_cast<const QPushButton*>(&control) != nullptr ||
+                            qobject_cast<const QComboBox*>(&control) != nullptr;
+        return framed ? part.adjusted(2, 2, -2, -2) : part;
     }
 
     /// Looks at every text in `window`. @returns how many there were.

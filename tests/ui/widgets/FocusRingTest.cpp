@@ -49,13 +49,14 @@ TEST_F(FocusRingTest, TheFocusCanBeSeenInThePicture) {
 }
 
 TEST_F(FocusRingTest, ItIsGoneWithItsControl) {
-    velmorindal.connectionState = ConnectionStatus::connecting;
-    show(wizardState::Connect);
+    velmorindal.outputMode = OutputMode::LongShort;
+    show(wizardState::Mode);
+    find<QPushButton>(QStringLiteral("Next"))->setFocus();
 
-    velmorindal.connectionState = ConnectionStatus::connected;
+    velmorindal.longEnabled = false;
     settle();
 
-    EXPECT_EQ(ring()->widget(), find<QPushButton>(QStringLiteral("Next")));
+    EXPECT_EQ(ring()->widget(), find<QPushButton>(QStringLiteral("Back")));
 }
 
 }  // namespace

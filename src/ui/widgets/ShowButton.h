@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace velmorindal {
+
+/// Starts a display and stops it. It looks pressed while its display runs, which its accessible description
+/// says too; no event tells of that, for the page announces it.
+class ShowButton final : public QPushButton {
+    Q_OBJECT
+
+  public:
+    using QPushButton::QPushButton;
+
+    void setRunning(bool running);
+    bool isRunning() const { return running_; }
+
+  protected:
+    void initStyleOption(QStyleOptionButton* option) const override;
+
+  private:
+    bool running_ = false;
+};
+
+}  // namespace velmorindal
