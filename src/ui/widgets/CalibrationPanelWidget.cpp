@@ -56,7 +56,9 @@ QWidget* CalibrationPanelWidget::firstControl() const {
 
 void CalibrationPanelWidget::addSectionTexts(std::string_view heading, std::string_view explanation) {
     const int row = grid_->rowCount();
-    grid_->addWidget(new TextLabel{TextRole::Callout, heading}, row, 0, 1, 2);
+    auto* label = new TextLabel{TextRole::Callout, heading};
+    label->setContentsMargins(0, look::spacing(), 0, 0);
+    grid_->addWidget(label, row, 0, 1, 2);
     grid_->addWidget(new TextLabel{TextRole::Body, explanation}, row + 1, 0, 1, 2);
 }
 

@@ -1,6 +1,8 @@
 #include "ui/widgets/LegibleStyle.h"
 
+#include <QFocusFrame>
 #include <QFontMetrics>
+#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
@@ -74,6 +76,11 @@ QString withAccessKey(const QPushButton& button, const QString& text) {
     const qsizetype at =
         shortcut.isEmpty() ? -1 : text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
     return at < 0 ? text : text.left(at) + u'&' + text.mid(at);
+}
+
+bool isAroundText(const QWidget* ring) {
+    const auto* frame = qobject_cast<const QFocusFrame*>(ring);
+    return frame != nullptr && qobject_cast<const QLabel*>(frame->widget()) != nullptr;
 }
 
 }  // namespace
@@ -200,8 +207,9 @@ int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
             return lineHeight * 5 / 4;
         case PM_FocusFrameHMargin:
         case PM_FocusFrameVMargin:
-            // The ring stays within its control: beyond it, the control's row would cut it off.
-            return 0;
+            // The ring stays within its control: beyond it, the control's row would cut it off. Around a text
+            // it needs some air, which there is.
+            return isAroundText(widget) ? 3 : 0;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }

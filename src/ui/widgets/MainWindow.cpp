@@ -98,7 +98,8 @@ void MainWindow::changeEvent(QEvent* event) {
         keepPagesWhole();
     }
     if (event->type() == QEvent::ActivationChange) {
-        announce();
+        // After the focus, which comes to it with this and is spoken first.
+        QMetaObject::invokeMethod(this, &MainWindow::announce, Qt::QueuedConnection);
     }
 }
 

@@ -49,7 +49,7 @@ QSize ThresholdMeter::sizeHint() const {
 }
 
 QSize ThresholdMeter::minimumSizeHint() const {
-    return {slider_->minimumSizeHint().width() * 2 + numberWidth(), wholeHeight()};
+    return sizeHint();
 }
 
 int ThresholdMeter::wholeHeight() const {

@@ -1,0 +1,262 @@
+#!/usr/bin/python3
+"""The whole setup by keys under the real screen reader, and each way in which it fails: a transcript with what is said
+beside each key, compared line by line with what is to be heard."""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import texts
+from programs import Dongle, Wizard
+from screen_reader import NotHeard, wait_for
+from screen_reader_voice import Voice, plain
+
+WINDOW = "Velmorindal Setup frame"
+CONNECT_TITLE = "It's time to connect to the Velmorindal. label"
+LOAD_TEXT = ("If you have previously saved a configuration, you can load it here. These settings will not be saved to "
+             "the Velmorindal until the end.")
+CONNECTING = "Connecting... Connection progress 0 percent"
+CONNECTED = 'Connection progress 100 percent Connection successful. Press "Next" to continue.'
+BROKEN = "Unknown Error. Please quit and restart this program."
+MODE_QUESTION = "Which mode would you like? panel"
+MODE_TEXT = ("The Velmorindal can operate in two modes: Direct Mode: control one output with a hum Long/Short Mode: "
+             "control two outputs with a short hum or a long hum")
+OUTPUT_QUESTION = "What output would you like the Velmorindal to trigger? panel"
+SUMMARY_TITLE = "You have configured your Velmorindal with the following parameters: label"
+WRITING = "Writing data... Write progress 0 percent"
+WRITTEN = "Write progress 100 percent Settings successfully written. Please restart your Velmorindal."
+STALE = "No readings are arriving. Check that the dongle is plugged in and the Velmorindal is turned on."
+DISPLAY = "display is running. The buttons below the page return when it is stopped."
+NEXT_GONE = "Next is not available. Enable an output."
+
+
+def on_one_line(*parts):
+    return " ".join(" ".join(parts).split())
+
+
+def calibration_text():
+    page = texts.calibration_page()
+    return on_one_line(*(text for text in page[:10] if not text.startswith("[")))
+
+
+def dialog(described, focus):
+    title, message, _ = described
+    return [f"{title} dialog {on_one_line(message)}", f"{focus} button"]
+
+
+def press(key):
+    subprocess.run(["xdotool", "key", key], check=True)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", text], check=True)
+
+
+class Maybe(str):
+    """What a screen reader does not come to say of a focus that a dialog takes away at once."""
+
+
+class Hearing:
+    """One run of the wizard that is heard."""
+
+    passed = 0
+    failed = 0
+
+    def __init__(self, voice, name):
+        self._voice = voice
+        directory = tempfile.TemporaryDirectory(prefix="velmorindal-hear-")
+        self._cleanup = [directory.cleanup]
+        self.directory = pathlib.Path(directory.name)
+        self._devices = self.directory / "devices"
+        self._devices.mkdir()
+        print(f"\n== {name}", flush=True)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for clean in reversed(self._cleanup):
+            clean()
+        self._voice.turn_page()
+
+    def plug_in(self):
+        self.dongle = Dongle(self.directory, self._devices)
+        self._cleanup.append(self.dongle.stop)
+        return self.dongle
+
+    def opens(self):
+        def start():
+            self.wizard = Wizard(self.directory, self._devices)
+            self._cleanup.append(self.wizard.stop)
+        self.hears("(opens)", start, WINDOW, "Next button", on_one_line(*texts.WELCOME_PAGE[1:]))
+
+    def key(self, key, *expected):
+        self.hears(key, lambda: press(key), *expected)
+
+    def tells(self, order, *expected):
+        self.hears(f"({order})", lambda: self.dongle.tell(order), *expected)
+
+    def hears(self, cause, act, *expected):
+        """These words and no others, in this order; how they are cut into utterances is the screen reader's business.
+        What comes later than the last of them is heard beside the next key, and is wrong there."""
+        ways = [[]]
+        for text in expected:
+            ways = [way + [plain(text)] for way in ways] + (ways if isinstance(text, Maybe) else [])
+        wanted = [plain(on_one_line(*way)) for way in ways]
+        self._hear(cause, act, lambda heard: heard in wanted, wanted[0])
+
+    def hears_among_others(self, cause, act, expected):
+        """In a window of the toolkit's own, which is not ours to word."""
+        self._hear(cause, act, lambda heard: plain(expected) in heard, f"... {expected} ...")
+
+    def _hear(self, cause, act, fits, wanted):
+        self._voice.turn_page()
+        act()
+        try:
+            wait_for("the words", lambda: fits(plain(on_one_line(*self._voice.said()))))
+        except NotHeard:
+            pass
+        said = self._voice.said()
+        print(f"{cause:>24} | " + ("\n" + " " * 25 + "| ").join(said or ["-"]), flush=True)
+        if fits(plain(on_one_line(*said))):
+            Hearing.passed += 1
+        else:
+            Hearing.failed += 1
+            raise NotHeard(wanted)
+
+
+def reach_connected(hearing):
+    hearing.opens()
+    hearing.key("Return", CONNECT_TITLE, LOAD_TEXT, CONNECTING, CONNECTED)
+
+
+def reach_summary(hearing, rows):
+    """By Return and the letter of Next, with everything left as the device had it."""
+    reach_connected(hearing)
+    hearing.key("Return", MODE_QUESTION, "Long/Short Mode selected radio button", MODE_TEXT)
+    hearing.key("alt+n", OUTPUT_QUESTION, "Switch Output selected radio button")
+    hearing.key("alt+n", "Show Clarity button", calibration_text())
+    hearing.key("alt+n", SUMMARY_TITLE, rows)
+
+
+LONG_SHORT = ("Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED "
+              "Output: Both switch jacks Long/Short cutoff: 1.00s Clarity: 0.50")
+
+
+def whole_setup(hearing):
+    hearing.plug_in()
+    reach_connected(hearing)
+    hearing.key("Return", MODE_QUESTION, "Long/Short Mode selected radio button", MODE_TEXT)
+    hearing.key("Tab", "Enable short output check box checked")
+    hearing.key("space", "not checked")
+    hearing.key("Tab", "Enable long output check box checked")
+    hearing.key("space", "not checked", NEXT_GONE)
+    hearing.key("space", "checked", "Next is available.")
+    hearing.key("shift+Tab", "Enable short output check box not checked")
+    hearing.key("space", "checked")
+    hearing.key("alt+n", OUTPUT_QUESTION, "Switch Output selected radio button")
+    hearing.key("Down", "USB Keyboard selected radio button")
+    hearing.key("Tab", "Short hum keystroke combo box Space")
+    hearing.key("Down", "Enter")
+    hearing.key("Tab", "Long hum keystroke combo box Enter")
+    hearing.key("alt+b", "Back button", on_one_line(MODE_TEXT, "Which mode would you like?"))
+    hearing.key("alt+n", OUTPUT_QUESTION, "USB Keyboard selected radio button")
+    hearing.key("alt+n", "Show Clarity button", calibration_text())
+    hearing.key("space", f"The clarity {DISPLAY}")
+    hearing.dongle.tell("clarity 0.72")
+    wait_for("the reading", lambda: "Have a reading of  0.72" in hearing.wizard.lines())
+    hearing.tells("clarity 0.05", "0.72, above the threshold")
+    hearing.key("Tab", "Clarity threshold slider 0.50")
+    hearing.key("Prior", "0.60")
+    hearing.key("alt+h", "The clarity display has stopped.")
+    hearing.key("Tab", "Show Duration button")
+    hearing.key("space", f"The duration {DISPLAY}")
+    # The first answer tells of a hum before the display, and is dropped.
+    wait_for("the second question", lambda: hearing.dongle.received().count("63 62 6c 00") > 1)
+    hearing.tells("hum 40", "1.60 seconds, long")
+    hearing.tells("hum 10", "0.40 seconds, short")
+    hearing.tells("hum 10", "0.40 seconds, short")
+    hearing.key("Tab", "Cutoff slider 1.00 seconds")
+    hearing.key("Right", "1.05")
+    hearing.key("alt+d", "The duration display has stopped.")
+    hearing.key("alt+n", SUMMARY_TITLE,
+                "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED Output: USB "
+                "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60")
+    hearing.dongle.tell("hold humThresholds")
+    hearing.key("Return", *dialog(texts.SAVE_SETTINGS, "No"))
+    hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
+    hearing.tells("release", *dialog(texts.FILE_AFTER_SUCCESS, "No"))
+    hearing.key("Escape", WINDOW, "Close button", WRITTEN)
+
+
+def no_dongle(hearing):
+    hearing.opens()
+    hearing.key("Return", Maybe(CONNECT_TITLE), LOAD_TEXT, *dialog(texts.connection_failed(
+        "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."), "OK"))
+    hearing.key("Return", WINDOW, CONNECT_TITLE, BROKEN)
+
+
+def link_down(hearing):
+    hearing.plug_in().tell("link 0")
+    hearing.opens()
+    hearing.key("Return", Maybe(CONNECT_TITLE), LOAD_TEXT, CONNECTING, *dialog(texts.connection_failed(
+        "Please ensure that your Velmorindal is turned on and in configuration mode."), "OK"))
+    hearing.key("Return", WINDOW, CONNECT_TITLE, texts.NOT_CONNECTED)
+
+
+def torn_file(hearing):
+    hearing.plug_in()
+    reach_connected(hearing)
+    (hearing.directory / "torn.xml").write_text('<VibrationSwitch OutputPath="Sw', encoding="utf-8")
+    hearing.hears_among_others("alt+o", lambda: press("alt+o"), f"{texts.LOAD_PANEL} dialog")
+    title, message, _ = texts.load_failed("TORN")
+    hearing.hears_among_others("(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")), f"{title} dialog")
+    hearing.key("Return", WINDOW, CONNECT_TITLE)
+
+
+def failed_write(hearing):
+    hearing.plug_in()
+    reach_summary(hearing, LONG_SHORT)
+    hearing.dongle.tell("next relayConfig pulled-out")
+    hearing.key("Return", *dialog(texts.SAVE_SETTINGS, "No"))
+    hearing.key("alt+y", Maybe(WINDOW), Maybe(SUMMARY_TITLE), WRITING, *dialog(texts.save_failed(
+        "Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"), "OK"))
+    hearing.key("Return", *dialog(texts.FILE_AFTER_FAILURE, "No"))
+    hearing.key("Return", WINDOW, SUMMARY_TITLE)
+
+
+def pulled_out_while_a_display_runs(hearing):
+    hearing.plug_in()
+    reach_connected(hearing)
+    hearing.key("Return", MODE_QUESTION, "Long/Short Mode selected radio button", MODE_TEXT)
+    hearing.key("alt+n", OUTPUT_QUESTION, "Switch Output selected radio button")
+    hearing.key("alt+n", "Show Clarity button", calibration_text())
+    hearing.key("space", f"The clarity {DISPLAY}")
+    hearing.tells("pull-out", STALE)
+    hearing.key("space", "The clarity display has stopped.")
+
+
+SCENARIOS = (whole_setup, no_dongle, link_down, torn_file, failed_write, pulled_out_while_a_display_runs)
+
+
+def main():
+    voice = Voice(os.environ["HOME"], os.environ["XDG_RUNTIME_DIR"])
+    chosen = [scenario for scenario in SCENARIOS if not sys.argv[1:] or scenario.__name__ in sys.argv[1:]]
+    try:
+        for scenario in chosen:
+            with Hearing(voice, scenario.__name__.replace("_", " ")) as hearing:
+                try:
+                    scenario(hearing)
+                except NotHeard as missing:
+                    print(f"{'FAILED, expected':>24} | {missing}", flush=True)
+                    Hearing.failed += Hearing.failed == 0
+    finally:
+        voice.stop()
+    print(f"\n{Hearing.passed} passed, {Hearing.failed} failed")
+    raise SystemExit(Hearing.failed != 0 or Hearing.passed == 0)
+
+
+if __name__ == "__main__":
+    main()

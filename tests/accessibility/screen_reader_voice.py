@@ -1,0 +1,60 @@
+"""The real screen reader, Orca, with a synthesizer that writes down what it would say."""
+
+import os
+import pathlib
+import re
+import subprocess
+
+from screen_reader import wait_for
+from synthesizer import Synthesizer
+
+BUS_LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
+# Keys are not echoed: they stand beside what is said anyway.
+SETTINGS = "import orca.settings\norca.settings.enableKeyEcho = False\n"
+
+
+def plain(utterance):
+    """One utterance without what differs between versions of Orca: full stops after names, words for roles."""
+    text = re.sub(r"\bpush button\b", "button", utterance.replace(" dot dot dot", "..."))
+    text = re.sub(r"^notification | notification$", "", text.strip().rstrip("."))
+    return text.strip().rstrip(".")
+
+
+class Voice:
+    """Orca, from its start to its end. It must be there before the program that it reads."""
+
+    def __init__(self, home, runtime):
+        socket = pathlib.Path(runtime, "synthesizer.sock")
+        self._synthesizer = Synthesizer(socket)
+        self._heard = 0
+        customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
+        customizations.parent.mkdir(parents=True)
+        customizations.write_text(SETTINGS, encoding="utf-8")
+        environment = {**os.environ, "SPEECHD_ADDRESS": f"unix_socket:{socket}"}
+        launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
+        self._programs = [subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
+                          subprocess.Popen(["orca", "--replace"], **quiet)]
+        wait_for("Orca's first words", lambda: any("on" in said for said in self.said()))
+        self.turn_page()
+
+    def turn_page(self):
+        """What is said from now on belongs to the next key."""
+        self._heard = len(self._synthesizer.utterances)
+
+    def said(self):
+        """What has been said since the page was turned; an order to be silent takes back what it cut off."""
+        said = []
+        cut_off = []
+        for utterance in self._synthesizer.utterances[self._heard:]:
+            if utterance is None:
+                cut_off += said
+                said = []
+            else:
+                said.append(plain(utterance))
+        return [f"CUT OFF: {text}" for text in cut_off] + said
+
+    def stop(self):
+        for program in reversed(self._programs):
+            program.kill()
+            program.wait()
