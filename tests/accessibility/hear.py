@@ -38,7 +38,8 @@ def on_one_line(*parts):
 
 def calibration_text():
     page = texts.calibration_page()
-    return on_one_line(*(text for text in page[:10] if not text.startswith("[")))
+    numbers = ("0.50", "1.00 s")
+    return on_one_line(*(text for text in page[:12] if not text.startswith("[") and text not in numbers))
 
 
 def dialog(described, focus):

@@ -20,10 +20,12 @@ NOT_CONNECTED = "Not Connected"
 BROKEN = "Unknown Error. Please quit and restart this program."
 
 
-def connect_page(status, progress=None):
+def connect_page(status, progress=None, reason=None):
+    """`reason` is what the last dialog said, to be read again."""
     return [
         "It's time to connect to the Velmorindal.",
         status,
+        *([] if reason is None else [" ".join(reason.split())]),
         *([] if progress is None else [f"[progress bar] Connection progress {progress}"]),
         "If you have previously saved a configuration, you can load it here.\n"
         "These settings will not be saved to the Velmorindal until the end.",
@@ -60,8 +62,11 @@ KEYS = ["Space", "Enter", "Tab", "Shift+Tab", "0", "1", "2", "3", "4", "~1", "~2
         "F11", "F12"]
 
 
-def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, kinds=("off", "off"), show=("", "")):
-    """`show` is what is said after the names of the two buttons."""
+def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, kinds=("off", "off"), show=("", ""),
+                     reading=None, hum=None):
+    """`show` is what is said after the names of the two buttons; `reading` and `hum` are the numbers beside the
+    indicators, where there are any."""
+    hums = {kind: [hum] if state == "on" and hum else [] for kind, state in zip(("short", "long"), kinds)}
     return [
         "It's time to calibrate your Velmorindal",
         "Please place the device on the user's neck, aligning hte sensor to their vocal cords.",
@@ -69,18 +74,19 @@ def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, 
         "Adjust the slider to set the clarity threshold. Hums with a clarity level higher than the threshold will "
         'activate an output.\nPress "Show Clarity" and hum to see the clarity of the user\'s hums.',
         f"[button] Show Clarity{show[0]}",
-        f"[slider] Clarity threshold {clarity}",
+        f"[slider] Clarity threshold {clarity}", f"{float(clarity):.2f}",
         f"[progress bar] Clarity level {level}",
         f"[image] Clarity indicator: {'Above threshold' if lit else 'Below threshold'}",
+        *([] if reading is None else [reading]),
         "Duration:",
         "Adjust the slider to set the cutoff time between short and long hums.\n"
         'Press "Show Duration", then hum and wait. The bar will then show the duration of the last hum after you stop '
         "humming.",
         f"[button] Show Duration{show[1]}",
-        f"[slider] Cutoff {cutoff}",
+        f"[slider] Cutoff {cutoff}", f"{float(cutoff):.2f} s",
         f"[progress bar] Duration of last hum {last}",
-        f"[image] Duration indicator: Short hum: {kinds[0]}", "Short hum",
-        f"[image] Duration indicator: Long hum: {kinds[1]}", "Long hum",
+        f"[image] Duration indicator: Short hum: {kinds[0]}", "Short hum", *hums["short"],
+        f"[image] Duration indicator: Long hum: {kinds[1]}", "Long hum", *hums["long"],
     ]
 
 
@@ -88,11 +94,12 @@ WRITING = "Writing data..."
 WRITTEN = "Settings successfully written. Please restart your Velmorindal."
 
 
-def summary_page(*rows, status=None, progress=None):
+def summary_page(*rows, status=None, progress=None, reason=None):
     return [
         "You have configured your Velmorindal with the following parameters:",
         *(text for row in rows for text in row),
         *([] if status is None else [status]),
+        *([] if reason is None else [" ".join(reason.split())]),
         *([] if progress is None else [f"[progress bar] Write progress {progress}"]),
     ]
 

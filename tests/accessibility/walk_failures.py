@@ -17,7 +17,7 @@ class FailedConnections(Walk):
         self.press("Next")
         self.hears_dialog(texts.connection_failed(text))
         self.press("OK")
-        self.hears_page(texts.connect_page(status), "Close")
+        self.hears_page(texts.connect_page(status, reason=text), "Close")
         self.logged(*log, "Could not connect.")
         self.press("Close")
         self.has_left()
@@ -53,7 +53,7 @@ class FailedConnections(Walk):
         self.press("Next")
         self.hears_dialog(texts.SEVERAL_DONGLES)
         self.press("OK")
-        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.hears_page(texts.connect_page(texts.CONNECTED, reason=texts.SEVERAL_DONGLES[1]), "Cancel", "Back", "Next")
         self.logged("This program has detected 2 dongles.", "", "One will be chosen arbitrarily.")
         self.becomes(lambda: self.wizard.lines()[-1], "Connected, with warnings.", "the log")
         # The settings are read from one of the two; the other is asked for its version alone.
@@ -97,7 +97,8 @@ class FailedWrites(Walk):
         self.press("OK")
         self.hears_dialog(texts.FILE_AFTER_FAILURE)
         self.press("No")
-        self.becomes(self.spoken, self.page, "the Summary page as before")
+        reason = " ".join(texts.save_failed(text)[1].split())
+        self.becomes(self.spoken, [*self.page[:-3], reason, *self.page[-3:]], "the Summary page with the reason")
         self.same(self.buttons(), ["Cancel", "Back", "Save"])
 
     def test_every_step_that_is_refused_has_its_code(self):

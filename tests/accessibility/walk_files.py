@@ -112,7 +112,8 @@ class Loading(Walk):
                 self.load(self.file(name, content))
                 self.hears_dialog(texts.load_failed(text))
                 self.press("OK")
-                self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+                self.hears_page(texts.connect_page(texts.CONNECTED, reason=texts.load_failed(text)[1]), "Cancel", "Back",
+                                "Next")
                 self.logged(*([printed] if printed else []), f"Could not read XML:  {text}")
         self.press("Next")
         self.hears_page(texts.mode_page("Long/Short Mode", short=True, long=True), "Cancel", "Back", "Next")
@@ -137,7 +138,8 @@ class Loading(Walk):
         self.press("OK")
         self.hears_panel(texts.LOAD_PANEL)
         self.answer_file_panel(texts.LOAD_PANEL, self.file("good.xml", LOADED))
-        self.hears_page(texts.connect_page(texts.BROKEN), "Close")
+        self.hears_page(texts.connect_page(texts.BROKEN, reason="The device sent an unrecognized response. "
+                                           "(Error code: VS/CC)"), "Close")
         self.logged("Could not connect.", "Found element:  VibrationSwitch")
 
     def test_loading_works_without_a_device_and_cancel_does_nothing(self):
@@ -151,7 +153,8 @@ class Loading(Walk):
         self.press("Cancel")
         self.becomes(self.dialogs, [], "no dialog")
         self.load(self.file("good.xml", LOADED))
-        self.hears_page(texts.connect_page(texts.BROKEN), "Close")
+        self.hears_page(texts.connect_page(texts.BROKEN, reason="Could not detect Velmorindal Dongle. Please ensure that "
+                                           "it is plugged into a USB port."), "Close")
         self.logged("Load pressed", "Load pressed", "Found element:  VibrationSwitch")
 
 

@@ -5,8 +5,12 @@ import texts
 from screen_reader import pyatspi
 from walk import Walk, main
 
-LETTERS = {"Cancel": "Alt+C", "Back": "Alt+B", "Next": "Alt+N", "Save": "Alt+S", "Close": "Alt+L", "Load": "Alt+O",
+LETTERS = {"Cancel": "Alt+C", "Back": "Alt+B", "Next": "Alt+N", "Save": "Alt+S", "Close": "Alt+E", "Load": "Alt+O",
            "Show Clarity": "Alt+H", "Show Duration": "Alt+D", "Yes": "Alt+Y", "No": "Alt+N", "OK": "Alt+O"}
+
+
+CONNECT_TITLE = texts.connect_page(texts.CONNECTED)[0]
+SUMMARY_TITLE = texts.summary_page()[0]
 
 
 class Keyboard(Walk):
@@ -15,15 +19,15 @@ class Keyboard(Walk):
         super().setUp()
         self.has_focus("Next")
 
-    def next_page(self, step):
+    def next_page(self, step, key="Return"):
         """Return is Next, which has the focus or is the default button."""
-        self.key("Return")
+        self.key(key)
         self.is_at(step)
 
     def connect(self):
         self.next_page("Connect")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
-        self.has_focus("Next")
+        self.has_focus(CONNECT_TITLE)
 
     def tabs_through(self, *names):
         """From the first of these, Tab comes to each in turn and round to the first, and with Shift back again."""
@@ -44,20 +48,43 @@ class FocusOrder(Keyboard):
     def test_tab_comes_to_every_control_in_the_order_of_the_page(self):
         self.tabs_through("Next", "Close")
         self.connect()
-        self.tabs_through("Next", "Load", "Cancel", "Back")
-        self.next_page("Mode")
-        self.tabs_through("Next", "Long/Short Mode", "Enable short output", "Enable long output", "Cancel", "Back")
-        self.next_page("Ouptut")
-        self.tabs_through("Next", "Switch Output", "Cancel", "Back")
-        self.key("Tab", "Down")
+        # A title has the focus when a page comes up, and is no stop of the Tab key.
+        self.key("Tab")
+        self.tabs_through("Load", "Cancel", "Back", "Next")
+        self.next_page("Mode", "alt+n")
+        self.tabs_through("Long/Short Mode", "Enable short output", "Enable long output", "Cancel", "Back", "Next")
+        self.next_page("Ouptut", "alt+n")
+        self.tabs_through("Switch Output", "Cancel", "Back", "Next")
+        self.key("Down")
         self.has_focus("USB Keyboard")
         self.hears_page(texts.output_page("USB Keyboard", short="Space", long="Enter"), "Cancel", "Back", "Next")
         self.tabs_through("USB Keyboard", "Short hum keystroke", "Long hum keystroke", "Cancel", "Back", "Next")
-        self.next_page("Calibration")
+        self.next_page("Calibration", "alt+n")
+        self.tabs_through("Show Clarity", "Clarity threshold", "Show Duration", "Cutoff", "Cancel", "Back", "Next")
+        self.next_page("Summary", "alt+n")
+        self.has_focus(SUMMARY_TITLE)
+        self.key("Tab")
+        self.tabs_through("Cancel", "Back", "Save")
+
+    def test_back_leaves_the_focus_on_back_and_a_save_on_close(self):
+        self.connect()
+        for step in ("Mode", "Ouptut", "Calibration", "Summary"):
+            self.next_page(step, "alt+n")
+        for step in ("Calibration", "Ouptut", "Mode", "Connect"):
+            self.key("alt+b")
+            self.is_at(step)
+            self.has_focus("Back")
+        self.key("Return")
+        self.is_at("Welcome")
         self.has_focus("Next")
-        self.tabs_through("Next", "Show Clarity", "Clarity threshold", "Show Duration", "Cutoff", "Cancel", "Back")
-        self.next_page("Summary")
-        self.tabs_through("Save", "Cancel", "Back")
+        for step in ("Connect", "Mode", "Ouptut", "Calibration", "Summary"):
+            self.next_page(step, "alt+n")
+        self.key("Return")
+        self.hears_dialog(texts.SAVE_SETTINGS)
+        self.key("alt+y")
+        self.hears_dialog(texts.FILE_AFTER_SUCCESS)
+        self.key("Escape")
+        self.has_focus("Close")
 
 
 class Letters(Keyboard):
@@ -121,7 +148,7 @@ class Dialogs(Keyboard):
             self.has_focus("No")
             self.key(decline)
             self.becomes(self.dialogs, [], "no dialog")
-            self.has_focus("Next")
+            self.has_focus(CONNECT_TITLE)
         self.key("alt+c")
         self.hears_dialog(texts.CLOSE_PROGRAM)
         self.tabs_through("No", "Yes")
@@ -144,7 +171,7 @@ class Controls(Keyboard):
     def test_a_device_is_programmed_without_a_pointer(self):
         self.connect()
         self.next_page("Mode")
-        self.key("Tab", "Tab")
+        self.key("Tab")
         self.has_focus("Enable short output")
         self.key("space")
         self.says(pyatspi.ROLE_CHECK_BOX, "Enable short output", "[check box] Enable short output (not checked)")
@@ -152,15 +179,15 @@ class Controls(Keyboard):
         self.has_focus("Direct Mode")
         self.hears_page(texts.mode_page("Direct Mode"), "Cancel", "Back", "Next")
         self.next_page("Ouptut")
-        self.key("Tab", "Down")
+        self.key("Down")
         self.hears_page(texts.output_page("USB Keyboard", keystroke="Enter"), "Cancel", "Back", "Next")
         self.key("Tab")
         self.has_focus("Keystroke")
         self.key("Down", "Down")
         self.hears_page(texts.output_page("USB Keyboard", keystroke="Shift+Tab"), "Cancel", "Back", "Next")
         self.next_page("Calibration")
-        self.next_page("Summary")
-        self.has_focus("Save")
+        self.next_page("Summary", "alt+n")
+        self.has_focus(SUMMARY_TITLE)
         self.key("Return")
         self.hears_dialog(texts.SAVE_SETTINGS)
         self.key("Tab")

@@ -54,7 +54,7 @@ void Announcements::sayArrival(wizardState page) {
         case wizardState::Connect:
             sayHeading(ConnectPanelView::title);
             sayStatus();
-            say(container_.connectPanel.lastReason);
+            say(container_.connectPanel.lastReason());
             say(ConnectPanelView::loadText);
             break;
         case wizardState::Mode:

@@ -53,7 +53,7 @@ void ConnectPanelView::loadButtonPressed() {
         }
         if (velmorindal.loadXML(*filename)) {
             loadedSettings_ = ChosenSettings::of(velmorindal);
-            lastReason.clear();
+            loadReason_.clear();
         } else {
             loadFailed(velmorindal.loadError.get());
         }
@@ -64,7 +64,7 @@ void ConnectPanelView::loadFailed(const std::optional<std::string>& lastError) {
     alertTitle = "Could Not Load XML File";
     alertMessage =
         lastError.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
-    lastReason = asReason(alertMessage.get());
+    loadReason_ = asReason(alertMessage.get());
     showingAlert = true;
     print("Could not read XML: ", lastError.value_or("Something weird happened"));
 }

@@ -38,8 +38,10 @@ class ConnectPanelView {
     std::string_view statusText() const;
 
     /// What the last failure or warning of this page said, to be read again under the status line once its
-    /// dialog is gone; empty where there was none since the last attempt.
-    std::string lastReason;
+    /// dialog is gone: that of loading, else that of connecting. Empty where neither the last file nor the
+    /// last attempt had any.
+    const std::string& lastReason() const { return loadReason_.empty() ? connectionReason : loadReason_; }
+    std::string connectionReason;
     /// Whether the panel that asks for a file is up.
     bool filePanelIsOpen() const { return filePanelIsOpen_; }
 
@@ -63,6 +65,7 @@ class ConnectPanelView {
   private:
     FilePanel& filePanel_;
     const ChangeNotifier& objectWillChange_;
+    std::string loadReason_;
     bool filePanelIsOpen_ = false;
     std::optional<ChosenSettings> loadedSettings_;
 };

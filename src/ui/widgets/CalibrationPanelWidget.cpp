@@ -95,6 +95,9 @@ std::vector<CalibrationPanelWidget::IndicatorRow> CalibrationPanelWidget::addMet
         cell->addWidget(row.reading, line, 2);
         row.text->setHidden(indicator.text.empty());
         row.reading->keepRoomFor(QStringLiteral("00.00 s"));
+        QSizePolicy kept = row.reading->sizePolicy();
+        kept.setRetainSizeWhenHidden(true);
+        row.reading->setSizePolicy(kept);
         rows.push_back(row);
     }
     const int gridRow = grid_->rowCount();
@@ -125,7 +128,7 @@ void CalibrationPanelWidget::refreshIndicator(const IndicatorRow& row,
                                               const CalibrationPanelView::Indicator& indicator) {
     row.circle->setIndicator(indicator);
     row.text->showText(indicator.text);
-    row.reading->showText(indicator.reading);
+    showWhereAny(row.reading, indicator.reading);
 }
 
 }  // namespace velmorindal
