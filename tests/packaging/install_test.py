@@ -18,7 +18,7 @@ import unittest
 
 BUILD = sys.argv.pop(2)
 CMAKE = sys.argv.pop(1)
-SECONDS = 30
+SECONDS = 600
 
 SIZES = (16, 22, 24, 32, 48, 64, 96, 128, 256, 512)
 EXPECTED = {

@@ -11,7 +11,7 @@ import sys
 import threading
 import time
 
-SECONDS = 30
+SECONDS = 600
 
 
 class Gone(RuntimeError):

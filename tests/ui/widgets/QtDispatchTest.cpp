@@ -19,7 +19,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr int bound = 30'000;
+constexpr int bound = 600'000;
 
 TEST(QtDispatch, WorkRunsOnTheMainThreadOnALaterTurnOfTheEventLoop) {
     QtDispatch dispatch;

@@ -18,7 +18,7 @@ namespace {
 
 class WizardProgramTest : public testing::Test {
   protected:
-    static constexpr int bound = 60'000;
+    static constexpr int bound = 600'000;
 
     WizardProgramTest() { QSettings{}.clear(); }
 
