@@ -30,6 +30,8 @@ class System:
         self.call("debootstrap", "--variant=minbase", name, root)
         # A mirror that lags behind does for this.
         (root / "etc/apt/apt.conf.d/00lagging-mirror").write_text('Acquire::Check-Valid-Until "false";\n')
+        # What is a mount there too can be taken apart there once more.
+        mount("--bind", root, root)
         mount("-t", "proc", "proc", root / "proc")
         mount("--rbind", "/sys", root / "sys")
         make_bare_dev(root / "dev")
