@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the linter: `lint_together.py BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
 
-Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that a dozen files of
+Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files of
 one target are put together in one and share them. What is found is told with the file and the line it stands in. Each
 file is also compiled alone, which shows whether it includes what it needs.
 """
@@ -15,7 +15,9 @@ import shlex
 import subprocess
 import sys
 
-TOGETHER = 12
+# Of the program; of tests as many as a unity build puts together, where names are distinct.
+TOGETHER = 40
+TESTS_TOGETHER = 12
 # What stands before the system's own functions cannot take the system's reserved names. A test may end by an exception,
 # and hands its events to the toolkit, which deletes them.
 BESIDE_THE_PROGRAM = (
@@ -25,7 +27,7 @@ BESIDE_THE_PROGRAM = (
 
 
 def batches(build, wanted):
-    """Yields the options, as a list, and the dozen files or fewer of one target that are compiled with them."""
+    """Yields the options, as a list, and the files of one target that are compiled with them, not too many at once."""
     targets = {}
     seen = set()
     for command in json.loads((build / "compile_commands.json").read_text()):
@@ -42,8 +44,13 @@ def batches(build, wanted):
     if missing := wanted - seen:
         sys.exit(f"No command compiles {', '.join(sorted(missing))}")
     for (_, *options), files in targets.items():
-        for first in range(0, len(files), TOGETHER):
-            yield options, files[first : first + TOGETHER]
+        size = TOGETHER if all(map(is_of_the_program, files)) else TESTS_TOGETHER
+        for first in range(0, len(files), size):
+            yield options, files[first : first + size]
+
+
+def is_of_the_program(file):
+    return os.path.relpath(file).startswith(("src/", "simulator/"))
 
 
 def put_together(files, name):
@@ -72,8 +79,7 @@ def lint(options, files, name):
     """Returns whether the linter found nothing, and what it told."""
     origins = put_together(files, name)
     folders = sorted({f"-iquote{os.path.dirname(file)}" for file in files})
-    program = all(os.path.relpath(file).startswith(("src/", "simulator/")) for file in files)
-    checks = [] if program else [BESIDE_THE_PROGRAM]
+    checks = [] if all(map(is_of_the_program, files)) else [BESIDE_THE_PROGRAM]
     result = subprocess.run(
         ["clang-tidy", "--quiet", *checks, name, "--", *options, *folders], capture_output=True, text=True
     )
