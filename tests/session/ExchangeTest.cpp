@@ -211,5 +211,29 @@ TEST_F(ExchangeTest, WithoutAPortBothThrowAndNothingIsWritten) {
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
 }
 
+TEST_F(ExchangeTest, WhatAnotherProgramMadeOfTheLineIsPutRightBeforeAFrameGoesOut) {
+    const int descriptor = velmorindal.serialPort.get()->fileDescriptor().value();
+    const auto minimumOnTheLine = [&] {
+        termios attributes{};
+        EXPECT_TRUE(system.lineAttributes(descriptor, attributes));
+        return static_cast<int>(attributes.c_cc[VMIN]);
+    };
+    const auto changeTheLine = [&] {
+        termios attributes{};
+        EXPECT_TRUE(system.lineAttributes(descriptor, attributes));
+        attributes.c_cc[VMIN] = 1;
+        EXPECT_TRUE(system.setLineAttributes(descriptor, attributes));
+    };
+    std::vector<int> minima;
+    system.beforeFrame([&](std::size_t) { minima.push_back(minimumOnTheLine()); });
+
+    changeTheLine();
+    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
+    changeTheLine();
+    EXPECT_TRUE(velmorindal.sendCommand(VCReset{}));
+
+    EXPECT_THAT(minima, ElementsAre(0, 0));
+}
+
 }  // namespace
 }  // namespace velmorindal

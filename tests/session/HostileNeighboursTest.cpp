@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -103,12 +102,10 @@ class HostileNeighbours : public TerminalSessionTest {
     std::string printed;
 };
 
-TEST_F(HostileNeighbours, WhatIsNoDeviceIsRefusedAtOnceAndTheDongleFound) {
+TEST_F(HostileNeighbours, WhatIsNoDeviceIsRefusedUnaskedAndTheDongleFound) {
     const std::ptrdiff_t neighbours = addEveryKind("");
-    const auto start = std::chrono::steady_clock::now();
+    // One that was opened and asked would be waited for without end.
     EXPECT_THAT(list(), ElementsAre(path()));
-    // One that was opened and asked would take two.
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{2});
     EXPECT_EQ(occurrences(printed, refused), neighbours) << printed;
     EXPECT_EQ(occurrences(printed, "Open Result: "), neighbours + 1) << printed;
 }

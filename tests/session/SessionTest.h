@@ -16,8 +16,8 @@
 #include "support/ManualDispatch.h"
 #include "support/PrintedLines.h"
 #include "support/TemporaryDirectory.h"
+#include "support/UnhurriedSystem.h"
 #include "support/VirtualWorld.h"
-#include "transport/PosixSystem.h"
 
 namespace velmorindal {
 
@@ -33,14 +33,14 @@ struct VirtualDongleWorld : VirtualWorld {
     InProcessDongle dongle;
 };
 
-/// A dongle on a pseudo-terminal, threads that run at once, and the system's own clock.
+/// A dongle on a pseudo-terminal, threads that run at once, and no deadline that a busy machine could miss.
 struct TerminalDongleWorld {
     explicit TerminalDongleWorld(const SimulatedDongle::Options& options)
         : dongle{directory.path(), options} {}
 
     void end() { dispatch.waitForBackground(); }
 
-    PosixSystem system;
+    UnhurriedSystem system;
     ManualDispatch dispatch;
     TemporaryDirectory directory;
     VirtualDongle dongle;
