@@ -26,7 +26,7 @@ namespace velmorindal {
 /// destroyed is let go by running what is pending, so that every background run ends.
 class ManualDispatch final : public Dispatch {
   public:
-    static constexpr std::chrono::seconds bound{30};
+    static constexpr std::chrono::minutes bound{5};
 
     ManualDispatch() = default;
     ManualDispatch(const ManualDispatch&) = delete;

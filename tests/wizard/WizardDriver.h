@@ -17,7 +17,7 @@ namespace velmorindal {
 
 /// Drives the real wizard, in this process, as a person does: presses what is shown, reads what is there.
 ///
-/// Everything waits for what it needs, half a minute at most, and throws std::runtime_error when it does not
+/// Everything waits for what it needs, five minutes at most, and throws std::runtime_error when it does not
 /// come: a press of a button that is not shown, not enabled or behind a dialog does not happen.
 class WizardDriver {
   public:
@@ -29,7 +29,7 @@ class WizardDriver {
         bool operator==(const ShownDialog&) const = default;
     };
 
-    static constexpr std::chrono::seconds bound{30};
+    static constexpr std::chrono::minutes bound{5};
 
     /// Opens the window; dongles are looked for in `deviceDirectory`. For dongles that answer everything: no
     /// exchange ever times out.
