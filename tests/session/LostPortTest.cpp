@@ -38,7 +38,8 @@ class LostPortTest : public CalibrationPollingTest, public testing::WithParamInt
     void begin() {
         if (GetParam().run == PollingState::clarity) {
             velmorindal.beginClarityPolling();
-            ASSERT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+            ASSERT_TRUE(
+                dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
         } else {
             velmorindal.beginDurationPolling();
             ASSERT_TRUE(dispatch.runMainWorkUntil(
@@ -74,16 +75,16 @@ TEST_P(LostPortTest, LeavesARunThatStopsWithinTwoChecks) {
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    EveryRun, LostPortTest,
-    testing::Values(Loss{"ClarityPulledOut", PollingState::clarity, pullOut, ""},
-                    Loss{"ClarityClosed", PollingState::clarity, closePort, ""},
-                    Loss{"ClarityTakenAway", PollingState::clarity, takePortAway, ""},
-                    Loss{"DurationPulledOut", PollingState::duration, pullOut,
-                         "Could not write my whole sequence.\n"},
-                    Loss{"DurationClosed", PollingState::duration, closePort, "Caught an error on write\n"},
-                    Loss{"DurationTakenAway", PollingState::duration, takePortAway, ""}),
-    [](const auto& loss) { return std::string{loss.param.name}; });
+INSTANTIATE_TEST_SUITE_P(EveryRun, LostPortTest,
+                         testing::Values(Loss{"ClarityPulledOut", PollingState::clarity, pullOut, ""},
+                                         Loss{"ClarityClosed", PollingState::clarity, closePort, ""},
+                                         Loss{"ClarityTakenAway", PollingState::clarity, takePortAway, ""},
+                                         Loss{"DurationPulledOut", PollingState::duration, pullOut,
+                                              "Could not write my whole sequence.\n"},
+                                         Loss{"DurationClosed", PollingState::duration, closePort,
+                                              "Caught an error on write\n"},
+                                         Loss{"DurationTakenAway", PollingState::duration, takePortAway, ""}),
+                         [](const auto& loss) { return std::string{loss.param.name}; });
 
 }  // namespace
 }  // namespace velmorindal

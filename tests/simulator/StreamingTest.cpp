@@ -172,7 +172,8 @@ TEST_F(Streaming, APacedLineCarries11520BytesASecond) {
     plugIn({.paced = true});
     const ByteBuffer halfASecond(5'760, 0x55);
     dongle_->send(halfASecond);
-    EXPECT_NEAR(secondsTakenBy([&] { EXPECT_EQ(host_->read(halfASecond.size()), halfASecond); }), 0.5, 0.0001);
+    EXPECT_NEAR(secondsTakenBy([&] { EXPECT_EQ(host_->read(halfASecond.size()), halfASecond); }), 0.5,
+                0.0001);
 }
 
 TEST_F(Streaming, APacedLineOwesNothingAfterAPause) {

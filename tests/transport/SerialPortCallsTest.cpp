@@ -82,8 +82,7 @@ TEST_F(SerialPortCalls, ClosingEndsTheExclusiveUseAndThenTheDescriptorOnce) {
     port.closePort();
     port.closePort();
 
-    EXPECT_EQ(system.calls,
-              (Calls{"open", "end the exclusive use of " + descriptor, "close " + descriptor}));
+    EXPECT_EQ(system.calls, (Calls{"open", "end the exclusive use of " + descriptor, "close " + descriptor}));
 }
 
 TEST_F(SerialPortCalls, OpeningAnOpenPortDoesNotCloseTheDescriptorItHad) {

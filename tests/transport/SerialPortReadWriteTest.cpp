@@ -90,7 +90,10 @@ TEST_F(SerialPortOnVirtualTime, ReadsUpToTheMomentOfTheLastByte) {
     line.sendAt(300ms, {0x72, 0x62});
     line.sendAt(1700ms, {0x76, 0x00});
 
-    EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readData(4), (ByteBuffer{0x72, 0x62, 0x76, 0x00})); }), 1.7);
+    EXPECT_EQ(secondsTakenBy([&] {
+                  EXPECT_EQ(port.readData(4), (ByteBuffer{0x72, 0x62, 0x76, 0x00}));
+              }),
+              1.7);
 }
 
 TEST_F(SerialPortOnVirtualTime, GivesUpOnASilentLineAfterTheTimeoutInWholeSeconds) {
@@ -134,10 +137,9 @@ TEST_F(SerialPortOnVirtualTime, ThrowsFromAReadWhenTheDeviceVanishesMeanwhile) {
         line.vanish();
     });
 
-    EXPECT_EQ(secondsTakenBy([&] {
-                  EXPECT_EQ(errorOf([&] { port.readData(4); }), PortError::deviceNotConnected);
-              }),
-              0.8)
+    EXPECT_EQ(
+        secondsTakenBy([&] { EXPECT_EQ(errorOf([&] { port.readData(4); }), PortError::deviceNotConnected); }),
+        0.8)
         << "at the next of its reads, of two tenths of a second each";
 }
 
@@ -147,8 +149,8 @@ TEST_F(SerialPortOnVirtualTime, ThrowsFromAReadWhenThePortIsClosedMeanwhile) {
         port.closePort();
     });
 
-    EXPECT_EQ(
-        secondsTakenBy([&] { EXPECT_EQ(errorOf([&] { port.readData(4); }), PortError::mustBeOpen); }), 0.8);
+    EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(errorOf([&] { port.readData(4); }), PortError::mustBeOpen); }),
+              0.8);
 }
 
 TEST_F(SerialPortOnVirtualTime, FinishesAFrameThatHalfFitsWhenRoomComesInTime) {

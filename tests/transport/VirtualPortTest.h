@@ -15,7 +15,8 @@
 
 namespace velmorindal {
 
-/// A virtual system that notes the calls that change something, and what is to be called when an open is slow.
+/// A virtual system that notes the calls that change something, and what is to be called when an open is
+/// slow.
 class NotedSystem final : public VirtualSystem {
   public:
     using VirtualSystem::VirtualSystem;

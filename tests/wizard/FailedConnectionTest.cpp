@@ -1,7 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "wizard/WizardTest.h"
+#include "wizard/WholeRunTest.h"
 
 namespace velmorindal {
 namespace {
@@ -38,8 +38,8 @@ const std::vector<FailedConnection>& failedConnections() {
          "Please ensure that your Velmorindal is turned on and in configuration mode.", "Not Connected", 3},
         {"SilentProtocol", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::protocolSelect); },
          thrownText, errorLine, 4},
-        {"SilentOutputPath", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::outputPath); }, thrownText,
-         errorLine, 5},
+        {"SilentOutputPath", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::outputPath); },
+         thrownText, errorLine, 5},
         {"SilentHumDuration", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humDuration); },
          thrownText, errorLine, 6},
         {"SilentThresholds", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humThresholds); },
@@ -68,7 +68,7 @@ const std::vector<FailedConnection>& failedConnections() {
     return table;
 }
 
-class FailedConnectionTest : public WizardTest, public testing::WithParamInterface<FailedConnection> {};
+class FailedConnectionTest : public WholeRunTest, public testing::WithParamInterface<FailedConnection> {};
 
 TEST_P(FailedConnectionTest, SaysSoInADialogAndOnThePageAndLeavesOnlyClose) {
     GetParam().spoil(dongle);
@@ -86,7 +86,7 @@ TEST_P(FailedConnectionTest, SaysSoInADialogAndOnThePageAndLeavesOnlyClose) {
 INSTANTIATE_TEST_SUITE_P(EveryFailure, FailedConnectionTest, testing::ValuesIn(failedConnections()),
                          [](const auto& test) { return std::string{test.param.name}; });
 
-TEST_F(WizardTest, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
+TEST_F(WholeRunTest, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
     int held = -1;
     const auto subscription = driver.velmorindal().objectWillChange.subscribe([&] {
         if (held == -1 && dongle.timesReceived(Type::version) == 1) {
@@ -103,7 +103,7 @@ TEST_F(WizardTest, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
     EXPECT_EQ(driver.buttons(), Buttons{"Close"});
 }
 
-TEST_F(WizardTest, TwoDonglesConnectWithAWarning) {
+TEST_F(WholeRunTest, TwoDonglesConnectWithAWarning) {
     const InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     driver.press("Next");
     EXPECT_EQ(driver.dialog(), (WizardDriver::ShownDialog{
@@ -116,7 +116,7 @@ TEST_F(WizardTest, TwoDonglesConnectWithAWarning) {
     EXPECT_EQ(driver.buttons(), (Buttons{"Cancel", "Back", "Next"}));
 }
 
-using WaitingWindowTest = WizardTest;
+using WaitingWindowTest = WholeRunTest;
 
 TEST_F(WaitingWindowTest, AnswersItsButtonsWhileASilentDeviceIsWaitedFor) {
     dongle.staySilentOn(Type::status);

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "wizard/WizardTest.h"
+#include "wizard/WholeRunTest.h"
 
 namespace velmorindal {
 namespace {
@@ -57,7 +57,7 @@ std::vector<FailedWrite> failedWrites() {
     return table;
 }
 
-class WritingTest : public WizardTest {
+class WritingTest : public WholeRunTest {
   protected:
     void walkToSave(const std::string& output) {
         driver.walkTo(wizardState::Output);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/VirtualDongle.h"
-#include "wizard/WizardTest.h"
+#include "wizard/WholeRunTest.h"
 
 namespace velmorindal {
 namespace {
@@ -180,7 +180,7 @@ void expectExactlyTheFramesOf(const Programming& programming, WizardDriver& driv
     EXPECT_EQ(dongle.state().stored, dongle.state().settings);
 }
 
-class ProgrammingTest : public WizardTest, public testing::WithParamInterface<Programming> {};
+class ProgrammingTest : public WholeRunTest, public testing::WithParamInterface<Programming> {};
 
 TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
     expectExactlyTheFramesOf(GetParam(), driver, dongle);
@@ -204,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(EveryKindOfDevice, ProgrammingOnATerminalTest,
                          testing::Values(programmings()[0], programmings()[5], programmings()[11]),
                          [](const auto& test) { return std::string{test.param.name}; });
 
-TEST_F(WizardTest, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {
+TEST_F(WholeRunTest, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {
     driver.walkTo(wizardState::Mode);
     driver.choose("Long/Short Mode");
     driver.check("Enable short output", false);

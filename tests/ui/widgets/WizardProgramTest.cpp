@@ -8,7 +8,7 @@
 
 #include "simulator/VirtualDongle.h"
 #include "support/TemporaryDirectory.h"
-#include "transport/PosixSystem.h"
+#include "support/UnhurriedSystem.h"
 #include "ui/views/WizardTest.h"
 #include "ui/widgets/QtDispatch.h"
 #include "ui/widgets/Wizard.h"
@@ -46,7 +46,7 @@ class WizardProgramTest : public testing::Test {
     TemporaryDirectory directory;
     VirtualDongle dongle{directory.path()};
     int departures = 0;
-    PosixSystem system;
+    UnhurriedSystem system;
     QtDispatch dispatch;
     Wizard wizard{
         dispatch, system, {.directory = directory.path().string() + "/"}, QtFilePanel::Kind::toolkit, [this] {

@@ -9,7 +9,7 @@
 namespace velmorindal {
 
 /// The real widgets beside one simulated dongle, on virtual time.
-class WizardTest : public testing::Test, protected VirtualWorld {
+class WholeRunTest : public testing::Test, protected VirtualWorld {
   protected:
     TemporaryDirectory directory;
     InProcessDongle dongle{system, directory.path()};
