@@ -38,6 +38,7 @@ class ScriptedLine final : public System {
     void sleepFor(Clock::duration /*duration*/) override {}
     int openExclusively(const std::string& path, int accessMode,
                         const std::function<void()>& whenSlow) override;
+    std::optional<NodeHolder> holderOf(const std::string& /*path*/) override { return std::nullopt; }
     void endExclusiveUse(int /*descriptor*/) override {}
     void close(int /*descriptor*/) override {}
     std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> buffer) override;

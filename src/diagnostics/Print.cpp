@@ -68,10 +68,10 @@ std::recursive_mutex& turn() {
     return mutex;
 }
 
-/// Where printed lines go, if not to standard output. Under turn().
-std::function<void(std::string_view)>& diversion() {
-    static std::function<void(std::string_view)> sink;
-    return sink;
+/// Where printed lines go, if not to their stream. Under turn().
+std::function<void(std::string_view)>& diversion(PrintStream stream) {
+    static std::array<std::function<void(std::string_view)>, 2> sinks;
+    return sinks[static_cast<std::size_t>(stream)];
 }
 
 }  // namespace
@@ -105,7 +105,7 @@ void writeLine(int descriptor, std::string_view text) {
     }
 }
 
-void printItems(std::span<const PrintItem> items) {
+void printItems(PrintStream stream, std::span<const PrintItem> items) {
     std::string line;
     for (const PrintItem& item : items) {
         if (&item != items.data()) {
@@ -114,21 +114,22 @@ void printItems(std::span<const PrintItem> items) {
         line += item.text();
     }
     const std::lock_guard lock{turn()};
-    if (diversion()) {
-        diversion()(line + '\n');
+    if (const auto& sink = diversion(stream)) {
+        sink(line + '\n');
     } else {
-        writeLine(STDOUT_FILENO, line);
+        writeLine(stream == PrintStream::standardOutput ? STDOUT_FILENO : STDERR_FILENO, line);
     }
 }
 
-PrintDiversion::PrintDiversion(std::function<void(std::string_view)> sink) {
+PrintDiversion::PrintDiversion(std::function<void(std::string_view)> sink, PrintStream stream)
+    : stream_{stream} {
     const std::lock_guard lock{turn()};
-    earlier_ = std::exchange(diversion(), std::move(sink));
+    earlier_ = std::exchange(diversion(stream_), std::move(sink));
 }
 
 PrintDiversion::~PrintDiversion() {
     const std::lock_guard lock{turn()};
-    diversion() = std::move(earlier_);
+    diversion(stream_) = std::move(earlier_);
 }
 
 LastWord::LastWord() : lock_{turn()} {}

@@ -48,9 +48,10 @@ class PrintItem {
 /// diagnostics never stop the program.
 void writeLine(int descriptor, std::string_view text);
 
-/// Writes the items, joined by one space, and a newline to standard output as one write. Safe from any
-/// thread.
-void printItems(std::span<const PrintItem> items);
+enum class PrintStream { standardOutput, standardError };
+
+/// Writes the items, joined by one space, and a newline to `stream` as one write. Safe from any thread.
+void printItems(PrintStream stream, std::span<const PrintItem> items);
 
 /// While one exists, only the thread that made it prints; what other threads want to print waits for its end.
 class LastWord {
@@ -61,24 +62,33 @@ class LastWord {
     std::unique_lock<std::recursive_mutex> lock_;
 };
 
-/// While one exists, printed lines go to `sink` instead of standard output. A later one overrides an earlier
-/// one until its end.
+/// While one exists, the lines printed to one of the streams go to `sink` instead. A later one for the same
+/// stream overrides an earlier one until its end.
 class PrintDiversion {
   public:
     /// @param sink called with each line, its newline included, on the thread that prints it; for one line at
     ///        a time.
-    explicit PrintDiversion(std::function<void(std::string_view line)> sink);
+    explicit PrintDiversion(std::function<void(std::string_view line)> sink,
+                            PrintStream stream = PrintStream::standardOutput);
     PrintDiversion(const PrintDiversion&) = delete;
     PrintDiversion& operator=(const PrintDiversion&) = delete;
     ~PrintDiversion();
 
   private:
+    const PrintStream stream_;
     std::function<void(std::string_view line)> earlier_;
 };
 
+/// Tells how the program is getting on: a line on standard output.
 template <typename... Items>
 void print(const Items&... items) {
-    printItems(std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});
+    printItems(PrintStream::standardOutput, std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});
+}
+
+/// Tells what went wrong and what a person can do about it: a line on standard error.
+template <typename... Items>
+void warn(const Items&... items) {
+    printItems(PrintStream::standardError, std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});
 }
 
 }  // namespace velmorindal

@@ -7,6 +7,7 @@
 #include "protocol/VCStatus.h"
 #include "protocol/VCVersion.h"
 #include "session/DongleProbe.h"
+#include "session/DongleTrouble.h"
 #include "session/MessageCast.h"
 #include "session/VelmorindalSwitch.h"
 
@@ -35,6 +36,8 @@ std::vector<std::string> VelmorindalSwitch::listDevices() {
         if (text->starts_with(versionTextStart)) {
             dongles.push_back(path);
             print("Definitely this one ", path);
+        } else {
+            DongleTrouble{path, system_}.otherDevice(*text);
         }
     }
     return dongles;
@@ -90,9 +93,11 @@ bool VelmorindalSwitch::connect() {
 bool VelmorindalSwitch::openDongle(const std::string& path) {
     const auto port = std::make_shared<SerialPort>(path, system_);
     serialPort = port;
+    const DongleTrouble trouble{path, system_};
     try {
-        port->openPort(true, true);
-    } catch (const PortException&) {
+        port->openPort(true, true, [&trouble] { trouble.stillBeingClosed(); });
+    } catch (const PortException& exception) {
+        trouble.notOpened(exception.systemError);
         return failConnection("Error connecting to the serial port. It might already be in use.");
     }
     port->setSettings(dongleLine);

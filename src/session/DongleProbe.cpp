@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include "protocol/RawValue.h"
 #include "protocol/VelmorindalCommand.h"
 #include "protocol/VelmorindalMessageType.h"
+#include "session/DongleTrouble.h"
 #include "transport/SerialPort.h"
 
 namespace velmorindal {
@@ -19,13 +21,16 @@ namespace {
 /// Reads `remaining` bytes of text, fewer when the port's deadline passes.
 ///
 /// @returns nothing when a piece is not UTF-8. @throws PortException when the port is gone.
-std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining, System& system) {
+std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaining, System& system,
+                                           const DongleTrouble& trouble) {
     std::string text;
     const auto start = system.now();
     const std::chrono::seconds limit{port.timeout()};
     while (remaining > 0) {
         const ByteBuffer piece = port.readData(remaining);
         if (!utf8::is_valid(piece.begin(), piece.end())) {
+            text.append(piece.begin(), piece.end());
+            trouble.otherDevice(text);
             return std::nullopt;
         }
         text.append(piece.begin(), piece.end());
@@ -37,9 +42,8 @@ std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaini
     return text;
 }
 
-/// Only a character device can be a dongle. Whatever else has the name of one is not so much as opened: a
-/// pipe would pass the query on to a stranger, a file would be written over, and each would cost two seconds
-/// of silence.
+/// Only a character device can be a dongle. Whatever else has the name of one is never opened: a pipe would
+/// pass the query on to a stranger, a file would be written over, and each would cost two seconds of silence.
 bool canBeADongle(const std::string& path) {
     std::error_code unreadable;
     return std::filesystem::is_character_file(path, unreadable);
@@ -48,14 +52,18 @@ bool canBeADongle(const std::string& path) {
 }  // namespace
 
 std::optional<std::string> versionTextOf(const std::string& path, System& system) {
+    const DongleTrouble trouble{path, system};
     SerialPort port{path, system};
+    if (!canBeADongle(path)) {
+        print("Open Result: ", -1);
+        trouble.notASerialPort();
+        return std::nullopt;
+    }
     try {
-        if (!canBeADongle(path)) {
-            throw PortException{PortError::failedToOpen};
-        }
-        port.openPort(true, true);
-    } catch (const PortException&) {
+        port.openPort(true, true, [&trouble] { trouble.stillBeingClosed(); });
+    } catch (const PortException& exception) {
         print("Open Result: ", port.fileDescriptor().value_or(-1));
+        trouble.notOpened(exception.systemError);
         return std::nullopt;
     }
     print("Open Result: ", port.fileDescriptor().value_or(-1));
@@ -63,8 +71,12 @@ std::optional<std::string> versionTextOf(const std::string& path, System& system
     const ByteBuffer query =
         VelmorindalCommand::addHeader({}, rawValue(VelmorindalMessageType::version), true);
     try {
-        if (port.writeData(query) != std::ssize(query)) {
+        errno = 0;
+        const std::ptrdiff_t taken = port.writeData(query);
+        const int reason = errno;
+        if (taken != std::ssize(query)) {
             print("Could not write my whole sequence.");
+            trouble.queryNotWritten(taken, query.size(), reason);
             return std::nullopt;
         }
     } catch (const PortException& exception) {
@@ -75,10 +87,12 @@ std::optional<std::string> versionTextOf(const std::string& path, System& system
     try {
         const ByteBuffer header = port.readData(VelmorindalCommand::HeaderSize);
         if (header.size() < VelmorindalCommand::HeaderSize) {
+            trouble.noAnswer(header);
             return std::nullopt;
         }
-        text = readVersionText(port, header[VelmorindalCommand::LengthOffset], system);
+        text = readVersionText(port, header[VelmorindalCommand::LengthOffset], system, trouble);
     } catch (const PortException&) {
+        trouble.unplugged();
         return std::nullopt;
     }
     port.closePort();

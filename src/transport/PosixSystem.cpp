@@ -47,6 +47,10 @@ int PosixSystem::openExclusively(const std::string& path, int accessMode,
     return velmorindal::openExclusively(path, accessMode);
 }
 
+std::optional<NodeHolder> PosixSystem::holderOf(const std::string& path) {
+    return findNodeHolder(path);
+}
+
 void PosixSystem::endExclusiveUse(int descriptor) {
     velmorindal::endExclusiveUse(descriptor);
 }

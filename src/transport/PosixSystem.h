@@ -11,6 +11,7 @@ class PosixSystem : public System {
     void sleepFor(Clock::duration duration) override;
     int openExclusively(const std::string& path, int accessMode,
                         const std::function<void()>& whenSlow) override;
+    std::optional<NodeHolder> holderOf(const std::string& path) override;
     void endExclusiveUse(int descriptor) override;
     void close(int descriptor) override;
     std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> buffer) override;

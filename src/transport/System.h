@@ -10,6 +10,8 @@
 #include <span>
 #include <string>
 
+#include "transport/NodeHolder.h"
+
 namespace velmorindal {
 
 /// All that the serial port and the session ask of the operating system: a terminal's node and descriptor,
@@ -44,6 +46,9 @@ class System {
     virtual int openExclusively(const std::string& path, int accessMode,
                                 const std::function<void()>& whenSlow) = 0;
     static constexpr std::chrono::seconds slowOpen{4};
+
+    /// Who has the node at `path` open; nothing where nobody does or the system does not show it.
+    virtual std::optional<NodeHolder> holderOf(const std::string& path) = 0;
 
     /// Ends the exclusive use of a descriptor that stays open.
     virtual void endExclusiveUse(int descriptor) = 0;

@@ -122,6 +122,27 @@ TEST(Print, WritesALineThatIsLongerThanAPipeTakesAtOnce) {
     EXPECT_EQ(printed(line), line + "\n");
 }
 
+TEST(Print, WritesAWarningToStandardErrorAlone) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    warn("trouble", 1, 2.5);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "trouble 1 2.5\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(Print, DivertsOneStreamAndNotTheOther) {
+    std::string lines;
+    testing::internal::CaptureStdout();
+    {
+        const PrintDiversion diversion{[&lines](std::string_view line) { lines += line; },
+                                       PrintStream::standardError};
+        print("output");
+        warn("trouble");
+    }
+    EXPECT_EQ(lines, "trouble\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "output\n");
+}
+
 TEST(Print, KeepsTheLinesOfTwoThreadsWhole) {
     testing::internal::CaptureStdout();
     const auto write = [](const char* text) {

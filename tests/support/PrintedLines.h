@@ -12,11 +12,12 @@ namespace velmorindal {
 /// What the program prints while it lives. A test's own output, its failures among it, goes its way.
 class PrintedLines {
   public:
-    PrintedLines()
+    explicit PrintedLines(PrintStream stream = PrintStream::standardOutput)
         : diversion_{[this](std::string_view line) {
-              const std::lock_guard lock{mutex_};
-              text_ += line;
-          }} {}
+                         const std::lock_guard lock{mutex_};
+                         text_ += line;
+                     },
+                     stream} {}
     PrintedLines(const PrintedLines&) = delete;
     PrintedLines& operator=(const PrintedLines&) = delete;
 

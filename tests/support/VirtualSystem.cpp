@@ -35,7 +35,16 @@ void VirtualSystem::sleepFor(Clock::duration duration) {
 }
 
 int VirtualSystem::openExclusively(const std::string& path, int /*accessMode*/,
-                                   const std::function<void()>& /*whenSlow*/) {
+                                   const std::function<void()>& whenSlow) {
+    if (opensSlowly_) {
+        sleepFor(slowOpen);
+        if (whenSlow) {
+            whenSlow();
+        }
+    }
+    if (const auto refusal = refusals_.find(path); refusal != refusals_.end()) {
+        return refused(refusal->second, -1);
+    }
     const auto entry = lines_.find(path);
     if (entry == lines_.end() || !entry->second->isPresent()) {
         return refused(ENOENT, -1);
@@ -46,6 +55,11 @@ int VirtualSystem::openExclusively(const std::string& path, int /*accessMode*/,
     }
     open_.emplace(nextDescriptor_, Opened{.line = entry->second});
     return nextDescriptor_++;
+}
+
+std::optional<NodeHolder> VirtualSystem::holderOf(const std::string& path) {
+    const auto holder = holders_.find(path);
+    return holder != holders_.end() ? std::optional{holder->second} : std::nullopt;
 }
 
 void VirtualSystem::endExclusiveUse(int /*descriptor*/) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "support/Scheduler.h"
 #include "transport/System.h"
@@ -47,6 +48,15 @@ class VirtualSystem : public System {
     /// The line is gone: for those who have it open, as if it were pulled out.
     void remove(const VirtualLine& line);
 
+    /// From now on `path` refuses to be opened, for the reason given as `errno` has it.
+    void refuse(const std::filesystem::path& path, int reason) { refusals_[path.string()] = reason; }
+    /// From now on this process is said to hold `path`.
+    void setHolder(const std::filesystem::path& path, NodeHolder holder) {
+        holders_.insert_or_assign(path.string(), std::move(holder));
+    }
+    /// From now on every open takes long enough for its caller to hear of it.
+    void openSlowly() { opensSlowly_ = true; }
+
     Scheduler& scheduler() const { return scheduler_; }
     bool isOpen(int descriptor) const { return open_.contains(descriptor); }
     /// How many descriptors are open.
@@ -56,6 +66,7 @@ class VirtualSystem : public System {
     void sleepFor(Clock::duration duration) override;
     int openExclusively(const std::string& path, int accessMode,
                         const std::function<void()>& whenSlow) override;
+    std::optional<NodeHolder> holderOf(const std::string& path) override;
     void endExclusiveUse(int descriptor) override;
     void close(int descriptor) override;
     std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> buffer) override;
@@ -78,6 +89,9 @@ class VirtualSystem : public System {
     Scheduler& scheduler_;
     std::map<std::string, VirtualLine*> lines_;
     std::map<int, Opened> open_;
+    std::map<std::string, int> refusals_;
+    std::map<std::string, NodeHolder> holders_;
+    bool opensSlowly_ = false;
     int nextDescriptor_ = 100;
 };
 

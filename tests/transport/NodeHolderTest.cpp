@@ -1,0 +1,63 @@
+#include "transport/NodeHolder.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "support/TemporaryDirectory.h"
+#include "transport/ChildProcess.h"
+#include "transport/PortHolders.h"
+
+namespace velmorindal {
+namespace {
+
+class NodeHolderTest : public testing::TestWithParam<const char*> {
+  protected:
+    const TemporaryDirectory directory_;
+    const std::string node_ = directory_.path() / "node";
+};
+
+TEST_P(NodeHolderTest, IsTheProcessThatHasTheNodeOpen) {
+    std::ofstream{node_};
+    ASSERT_EQ(findNodeHolder(node_), std::nullopt);
+    ChildProcess other{
+        python("import os\nprint('number', os.getpid(), flush=True)\n" + std::string{GetParam()}, {node_})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+    const auto holder = findNodeHolder(node_);
+    ASSERT_TRUE(holder);
+    EXPECT_TRUE(holder->program.starts_with("python3")) << holder->program;
+    EXPECT_NE(other.output().find("number " + std::to_string(holder->process) + "\n"), std::string::npos)
+        << other.output();
+    other.finish();
+    EXPECT_EQ(findNodeHolder(node_), std::nullopt);
+}
+
+constexpr const char* holdByOpening = R"(
+import os, sys
+node = os.open(sys.argv[1], os.O_RDWR)
+print("held", flush=True)
+sys.stdin.read()
+)";
+
+INSTANTIATE_TEST_SUITE_P(NodeHolder, NodeHolderTest, testing::Values(holdByLock, holdByOpening),
+                         [](const auto& test) {
+                             return test.param == holdByLock ? "ByItsLock" : "ByItsDescriptor";
+                         });
+
+TEST(NodeHolder, OfTwoTheOwnerOfTheLockIsNamed) {
+    const TemporaryDirectory directory;
+    const std::string node = directory.path() / "node";
+    const std::ofstream here{node};
+    ASSERT_EQ(findNodeHolder(node)->process, ::getpid());
+    ChildProcess other{python(holdByLock, {node})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+    EXPECT_NE(findNodeHolder(node)->process, ::getpid());
+}
+
+TEST(NodeHolder, OfANodeThatIsMissingNobodyIs) {
+    EXPECT_EQ(findNodeHolder("/nowhere/at/all"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace velmorindal
