@@ -1,12 +1,13 @@
 #include "simulator/CommandLine.h"
 
 #include <string_view>
+#include <utility>
 
 namespace velmorindal {
 namespace {
 
 CommandLine refused(const std::string& complaint) {
-    return {.request = CommandLine::Request::refused, .directory = {}, .complaint = complaint};
+    return {.request = CommandLine::Request::refused, .complaint = complaint};
 }
 
 }  // namespace
@@ -14,8 +15,17 @@ CommandLine refused(const std::string& complaint) {
 CommandLine readCommandLine(std::span<const char* const> arguments) {
     CommandLine result;
     bool optionsEnded = false;
+    bool replays = false;
+    bool recordFollows = false;
     for (const std::string_view argument : arguments) {
-        if (!optionsEnded && argument == "--") {
+        if (std::exchange(recordFollows, false)) {
+            result.record = argument;
+        } else if (!optionsEnded && argument == "--replay") {
+            replays = recordFollows = true;
+        } else if (!optionsEnded && argument.starts_with("--replay=")) {
+            replays = true;
+            result.record = argument.substr(argument.find('=') + 1);
+        } else if (!optionsEnded && argument == "--") {
             optionsEnded = true;
         } else if (!optionsEnded && (argument == "--help" || argument == "-h")) {
             result.request = CommandLine::Request::help;
@@ -28,6 +38,9 @@ CommandLine readCommandLine(std::span<const char* const> arguments) {
         } else {
             result.directory = argument;
         }
+    }
+    if (replays && result.record.empty()) {
+        return refused("No record after '--replay'.");
     }
     if (result.request == CommandLine::Request::serve && result.directory.empty()) {
         return refused("No directory.");

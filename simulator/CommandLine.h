@@ -11,11 +11,14 @@ struct CommandLine {
 
     Request request = Request::serve;
     /// Where to make the port; for `serve`.
-    std::string directory;
+    std::string directory = {};
+    /// What to play again there; empty where the device is simulated.
+    std::string record = {};
     /// What was wrong; for `refused`.
-    std::string complaint;
+    std::string complaint = {};
 
-    static constexpr const char* usage = "Usage: velmorindal-simulator [--help | --version | DIRECTORY]";
+    static constexpr const char* usage =
+        "Usage: velmorindal-simulator [--help | --version | [--replay FILE] DIRECTORY]";
 };
 
 /// `arguments` without the program's name. After "--" every argument is a directory.

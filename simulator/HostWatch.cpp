@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 namespace velmorindal {
 
@@ -24,6 +25,11 @@ bool HostWatch::portWasLeft(Clock::time_point now) {
     return true;
 }
 
+bool HostWatch::portWasOpened(Clock::time_point now) {
+    takeEvents(now);
+    return std::exchange(opened_, false);
+}
+
 std::optional<HostWatch::Clock::time_point> HostWatch::due() const {
     return leftAt_ ? std::optional{*leftAt_ + absence} : std::nullopt;
 }
@@ -36,6 +42,7 @@ void HostWatch::takeEvents(Clock::time_point now) {
             inotify_event event{};
             std::memcpy(&event, buffer.data() + offset, sizeof event);
             leftAt_ = (event.mask & IN_CLOSE) != 0 ? std::optional{now} : std::nullopt;
+            opened_ = opened_ || (event.mask & IN_OPEN) != 0;
             offset += sizeof event + event.len;
         }
     }

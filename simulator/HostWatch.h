@@ -26,6 +26,8 @@ class HostWatch {
     int descriptor() const { return watch_.get(); }
     /// Whether the port was closed and has been left alone for `absence`; says so once for each time.
     bool portWasLeft(Clock::time_point now);
+    /// Whether somebody has opened the port; says so once for each time that it was asked.
+    bool portWasOpened(Clock::time_point now);
     /// When it is worth asking again, if nobody opens the port meanwhile.
     std::optional<Clock::time_point> due() const;
 
@@ -34,6 +36,7 @@ class HostWatch {
 
     OwnedDescriptor watch_;
     std::optional<Clock::time_point> leftAt_;
+    bool opened_ = false;
 };
 
 }  // namespace velmorindal

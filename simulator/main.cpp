@@ -3,11 +3,15 @@
 
 #include <csignal>
 #include <exception>
+#include <filesystem>
+#include <list>
 #include <span>
 #include <string>
 
 #include "diagnostics/Print.h"
 #include "simulator/CommandLine.h"
+#include "simulator/Record.h"
+#include "simulator/ReplayPort.h"
 #include "simulator/VirtualDongle.h"
 
 namespace {
@@ -35,19 +39,57 @@ void printHelp() {
             "\n"
             "Options:\n"
             "  -h, --help     Print this help and exit.\n"
-            "  -v, --version  Print the version and exit.");
+            "  -v, --version  Print the version and exit.\n"
+            "  --replay FILE  Answer as the device did in a record of velmorindal-setup, and say at which\n"
+            "                 line the host departs from it.");
+}
+
+void waitForStop(const sigset_t& signals) {
+    int received = 0;
+    sigwait(&signals, &received);
 }
 
 void serveUntilStopped(const std::string& directory) {
     const sigset_t signals = blockStopSignals();
     VirtualDongle dongle{directory, {.hums = true, .keepsReceivedFrames = false}};
     print(dongle.path().string());
-    int received = 0;
-    sigwait(&signals, &received);
+    waitForStop(signals);
     dongle.unplug();
     for (const std::string& line : storedSettingsInWords(dongle.state())) {
         print(line);
     }
+}
+
+/// @returns whether the host did as in the record.
+bool replayUntilStopped(const std::string& record, const std::string& directory) {
+    const auto ports = eventsByPort(readRecord(record));
+    if (ports.empty()) {
+        throw RecordError{record + ": no port was opened in this record"};
+    }
+    const sigset_t signals = blockStopSignals();
+    std::list<ReplayPort> dongles;
+    for (const auto& [number, events] : ports) {
+        std::string name = "cu.usbmodem-simulated";
+        if (!dongles.empty()) {
+            name += '-';
+            name += std::to_string(dongles.size() + 1);
+        }
+        dongles.emplace_back(std::filesystem::path{directory} / name, events,
+                             [record](const std::string& departure) { warn(record + ":" + departure); });
+        print(dongles.back().path().string());
+    }
+    waitForStop(signals);
+    bool departed = false;
+    for (ReplayPort& dongle : dongles) {
+        const Replay& replay = dongle.finish();
+        departed = departed || replay.hasDeparted();
+        if (replay.hostIsDone()) {
+            print("The host has sent all that the record has of it.");
+        } else {
+            print("Next line of the record:", replay.nextLine());
+        }
+    }
+    return !departed;
 }
 
 }  // namespace
@@ -70,6 +112,9 @@ int main(int argumentCount, char** arguments) {
             break;
     }
     try {
+        if (!commandLine.record.empty()) {
+            return replayUntilStopped(commandLine.record, commandLine.directory) ? success : failed;
+        }
         serveUntilStopped(commandLine.directory);
     } catch (const std::exception& error) {
         writeLine(STDERR_FILENO, std::string{"velmorindal-simulator: "} + error.what());

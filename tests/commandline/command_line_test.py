@@ -40,6 +40,7 @@ class CommandLine(unittest.TestCase):
                 self.assertIn("Usage: ", output.splitlines()[0])
                 self.assertIn("-h, --help", output)
                 self.assertIn("-v, --version", output)
+                self.assertRegex(output, r"--(record|replay) <?FILE")
 
     def test_the_version_is_the_projects(self):
         for name in NAMES:
@@ -49,7 +50,8 @@ class CommandLine(unittest.TestCase):
     def test_what_is_unknown_is_refused_in_one_line(self):
         for name in NAMES:
             for arguments in (["--nonsense"], ["-x"], ["--help=yes"], ["--help", "--nonsense"], ["-platform", "offscreen"],
-                              ["a", "b"]):
+                              ["a", "b"], ["--record"], ["--replay"], ["--record", "a", "--record", "b"],
+                              ["--replay", "", "a"]):
                 status, output, errors = self.call(name, *arguments)
                 self.assertEqual((status, output), (2, ""), (name, arguments, errors))
                 self.assertRegex(errors, rf"^{name}: [^\n]*\. Usage: {name} [^\n]*\n$")
@@ -63,6 +65,14 @@ class CommandLine(unittest.TestCase):
         status, _, errors = self.call("velmorindal-simulator", "--", "--help")
         self.assertEqual(status, 1)
         self.assertIn("--help", errors)
+
+    def test_a_record_that_cannot_be_made_is_refused_before_a_window_opens(self):
+        if "velmorindal-setup" in NAMES:
+            for name in ("--record=missing/file", "--record="):
+                status, output, errors = self.call("velmorindal-setup", name)
+                self.assertEqual((status, output), (2, ""), errors)
+                self.assertRegex(errors, r"^velmorindal-setup: cannot write the record (missing/file)?: No such file or "
+                                         r"directory\. Usage: [^\n]*\n$")
 
 
 if __name__ == "__main__":

@@ -83,6 +83,8 @@ ProtocolDocument::ProtocolDocument(const std::filesystem::path& page) {
             block = line.substr(fence.size());
         } else if (block == "frames") {
             readExample(line, heading);
+        } else if (block == "record") {
+            record_ += line + '\n';
         } else if (block == "conversation") {
             std::istringstream words{line};
             const bool fromHost = words.get() == '>';

@@ -33,12 +33,15 @@ class ProtocolDocument {
     const std::vector<Example>& examples() const { return examples_; }
     /// Those under a heading; none where there is no such heading.
     std::vector<Utterance> conversation(const std::string& heading) const;
+    /// The example of a record, as a file would have it.
+    const std::string& record() const { return record_; }
 
   private:
     void readExample(const std::string& line, const std::string& heading);
 
     std::vector<Example> examples_;
     std::map<std::string, std::vector<Utterance>> conversations_;
+    std::string record_;
 };
 
 }  // namespace velmorindal

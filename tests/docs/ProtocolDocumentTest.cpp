@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <memory>
 
 #include "protocol/HexText.h"
 #include "protocol/MessageClass.h"
 #include "protocol/VelmorindalMessageFactory.h"
 #include "session/SessionTest.h"
+#include "simulator/Record.h"
 #include "simulator/SimulatedDevice.h"
 
 namespace velmorindal {
@@ -154,6 +156,23 @@ TEST(ProtocolDocument, WhatItCallsRefusedBecomesNoValidMessage) {
         if (message) {
             EXPECT_TRUE(classOf(example).matches(*message)) << hexadecimal(example.frame);
         }
+    }
+}
+
+TEST(ProtocolDocument, ItsRecordIsOneThatCanBePlayed) {
+    const TemporaryDirectory directory;
+    const auto file = directory.path() / "record";
+    std::ofstream{file} << document().record();
+    const auto events = readRecord(file);
+    std::vector<ByteBuffer> sent;
+    for (const RecordedEvent& event : events) {
+        if (event.kind == RecordedEvent::Kind::fromHost) {
+            sent.push_back(event.bytes);
+        }
+    }
+    ASSERT_THAT(sent, Not(IsEmpty()));
+    for (std::size_t index = 0; index < sent.size(); ++index) {
+        EXPECT_EQ(sent[index], document().conversation("Connecting").at(index * 2).frame);
     }
 }
 

@@ -41,6 +41,17 @@ TEST_F(HostWatching, AHostThatComesBackInTimeWasNeverGone) {
     EXPECT_FALSE(watch_.portWasLeft(start_ + HostWatch::absence));
 }
 
+TEST_F(HostWatching, AnOpenedPortIsNoticedOnceForEachTimeThatItIsAsked) {
+    EXPECT_FALSE(watch_.portWasOpened(start_));
+    {
+        const RawHost host{port_};
+        EXPECT_TRUE(watch_.portWasOpened(start_));
+        EXPECT_FALSE(watch_.portWasOpened(start_));
+    }
+    EXPECT_FALSE(watch_.portWasOpened(start_));
+    EXPECT_TRUE(watch_.portWasLeft(start_ + HostWatch::absence)) << "asking has not forgotten that";
+}
+
 TEST(UnwatchableHost, IsNeverNoticed) {
     HostWatch watch{"/nonexistent/port"};
     EXPECT_EQ(watch.descriptor(), -1);

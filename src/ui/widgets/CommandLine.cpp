@@ -4,6 +4,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <cstdlib>
 #include <string>
 
@@ -12,42 +13,55 @@
 namespace velmorindal {
 namespace {
 
-constexpr int wrongUsage = 2;
+CommandLine endingWith(int status) {
+    return {.status = status, .record = {}};
+}
 
-int refuse(const QString& complaint) {
-    const QString line =
-        QStringLiteral("velmorindal-setup: %1 Usage: velmorindal-setup [--help | --version]").arg(complaint);
-    writeLine(STDERR_FILENO, line.toStdString());
-    return wrongUsage;
+CommandLine refused(const QString& complaint) {
+    return endingWith(refuseCommandLine(complaint.toStdString()));
 }
 
 }  // namespace
 
-std::optional<int> answerCommandLine(int argumentCount, char** arguments) {
+int refuseCommandLine(std::string_view complaint) {
+    writeLine(STDERR_FILENO, "velmorindal-setup: " + std::string{complaint} +
+                                 " Usage: velmorindal-setup [--help | --version | --record FILE]");
+    return CommandLine::wrongUsage;
+}
+
+CommandLine answerCommandLine(int argumentCount, char** arguments) {
     if (argumentCount <= 1) {
-        return std::nullopt;
+        return {};
     }
     const QCoreApplication application{argumentCount, arguments};
     const QCommandLineOption help{{"h", "help"}, "Print this help and exit."};
     const QCommandLineOption version{{"v", "version"}, "Print the version and exit."};
+    const QCommandLineOption record{
+        "record", "Write all that passes over the line to the dongle to FILE, which is replaced.", "FILE"};
     QCommandLineParser parser;
     parser.setApplicationDescription("Sets up a Velmorindal, an assistive switch, over its USB dongle.");
-    parser.addOptions({help, version});
+    parser.addOptions({help, version, record});
     if (!parser.parse(QCoreApplication::arguments())) {
-        return refuse(parser.errorText() + (parser.errorText().endsWith('.') ? "" : "."));
+        return refused(parser.errorText() + (parser.errorText().endsWith('.') ? "" : "."));
     }
     if (const QStringList unknown = parser.positionalArguments(); !unknown.isEmpty()) {
-        return refuse(QStringLiteral("Unknown argument '%1'.").arg(unknown.front()));
+        return refused(QStringLiteral("Unknown argument '%1'.").arg(unknown.front()));
     }
     if (parser.isSet(help)) {
         writeLine(STDOUT_FILENO, parser.helpText().trimmed().toStdString());
-        return EXIT_SUCCESS;
+        return endingWith(EXIT_SUCCESS);
     }
     if (parser.isSet(version)) {
         writeLine(STDOUT_FILENO, "velmorindal-setup " VELMORINDAL_VERSION);
-        return EXIT_SUCCESS;
+        return endingWith(EXIT_SUCCESS);
     }
-    return std::nullopt;
+    if (parser.values(record).size() > 1) {
+        return refused("More than one record.");
+    }
+    if (!parser.isSet(record)) {
+        return {};
+    }
+    return {.status = {}, .record = QFile::encodeName(parser.value(record)).toStdString()};
 }
 
 }  // namespace velmorindal

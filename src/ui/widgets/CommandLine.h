@@ -1,14 +1,28 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace velmorindal {
 
-/// Answers a command line that asks for no window: prints help or the version on standard output, or refuses
-/// what is unknown in one line on standard error. Needs no display, and must be called before the
-/// QApplication is made.
-///
-/// @returns the status to end with, or nothing when the window is to be opened.
-std::optional<int> answerCommandLine(int argumentCount, char** arguments);
+/// What the command line of the wizard asks for.
+struct CommandLine {
+    static constexpr int wrongUsage = 2;
+
+    /// The status to end with; nothing when the window is to be opened.
+    std::optional<int> status;
+    /// Where the line is to be recorded, as the system spells paths; nothing when it is not.
+    std::optional<std::string> record;
+};
+
+/// Reads the command line, and answers one that asks for no window: prints help or the version on standard
+/// output, or refuses what is unknown in one line on standard error. Needs no display, and must be called
+/// before the QApplication is made.
+CommandLine answerCommandLine(int argumentCount, char** arguments);
+
+/// Says in one line on standard error what is wrong with the command line.
+/// @returns the status to end with.
+int refuseCommandLine(std::string_view complaint);
 
 }  // namespace velmorindal

@@ -2,7 +2,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <system_error>
 
+#include "record/RecordingSystem.h"
 #include "session/DongleSearch.h"
 #include "transport/PosixSystem.h"
 #include "ui/widgets/ApplicationSetup.h"
@@ -25,16 +29,28 @@ void leave() {
 int main(int argc, char** argv) {
     // Standard output may be a pipe whose reader has gone.
     std::signal(SIGPIPE, SIG_IGN);
-    if (const auto status = velmorindal::answerCommandLine(argc, argv)) {
-        return *status;
+    // A record may grow to the largest file that there may be.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const velmorindal::CommandLine commandLine = velmorindal::answerCommandLine(argc, argv);
+    if (commandLine.status) {
+        return *commandLine.status;
     }
+    velmorindal::PosixSystem line;
+    std::optional<velmorindal::RecordingSystem> recorder;
+    if (commandLine.record) {
+        try {
+            recorder.emplace(line, *commandLine.record);
+        } catch (const std::system_error& error) {
+            return velmorindal::refuseCommandLine(std::string{error.what()} + '.');
+        }
+    }
+    velmorindal::System& system = recorder ? static_cast<velmorindal::System&>(*recorder) : line;
     // The toolkit's own options are no options of this program.
     int argumentCount = 1;
     const QApplication application{argumentCount, argv};
     velmorindal::setUpApplication();
 
     velmorindal::QtDispatch dispatch;
-    velmorindal::PosixSystem system;
     velmorindal::Wizard wizard{dispatch, system, velmorindal::DongleSearch::fromEnvironment(),
                                velmorindal::QtFilePanel::Kind::native, leave};
     const velmorindal::QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "simulator/HostWatch.h"
+#include "simulator/PseudoTerminal.h"
+#include "simulator/Replay.h"
+#include "simulator/WakeUp.h"
+
+namespace velmorindal {
+
+/// One port of a record on a pseudo-terminal that any program can open as a serial port, served by a thread.
+///
+/// Where the record says that the dongle was pulled out, it is: the port is gone then.
+class ReplayPort {
+  public:
+    /// Makes the pseudo-terminal and the link to it, and starts to serve. Departures are reported on the
+    /// serving thread.
+    ///
+    /// @throws std::system_error as VirtualDongle does.
+    ReplayPort(std::filesystem::path link, std::vector<RecordedEvent> events, Replay::Report report);
+    ReplayPort(const ReplayPort&) = delete;
+    ReplayPort& operator=(const ReplayPort&) = delete;
+    ~ReplayPort();
+
+    /// What a host opens.
+    const std::filesystem::path& path() const { return terminal_.link(); }
+
+    /// Removes the link, closes the pseudo-terminal and hands out how far it got. Once.
+    const Replay& finish();
+
+  private:
+    void serve();
+    void turn(Replay::Clock::time_point now);
+    void waitForWork(Replay::Clock::time_point now);
+
+    const WakeUp wakeUp_;
+    PseudoTerminal terminal_;
+    HostWatch hosts_;
+    Replay replay_;
+    ByteBuffer unsent_;
+    std::atomic<bool> ending_ = false;
+    std::thread server_;  // last: it uses all of the above
+};
+
+}  // namespace velmorindal

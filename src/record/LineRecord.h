@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "record/FrameSplitter.h"
+#include "record/RecordFile.h"
+#include "transport/System.h"
+
+namespace velmorindal {
+
+/// What passed over the lines to devices and when, as text: one line a frame, as docs/protocol.md has it.
+///
+/// Ports go by a number, since their paths are nobody's business. Times count from the start, which is what
+/// the record is made with. Not safe from several threads.
+class LineRecord {
+  public:
+    using Clock = System::Clock;
+    using Side = FrameSplitter::Side;
+
+    /// The first line of every record.
+    static constexpr std::string_view heading = "Velmorindal record 1";
+
+    /// Makes the file. @throws std::system_error as RecordFile does.
+    LineRecord(std::string path, Clock::time_point start);
+
+    void opened(int port, Clock::time_point now) { happened("open", port, now); }
+    /// An open that the system did not allow.
+    void refused(int port, Clock::time_point now) { happened("refused", port, now); }
+    void closed(int port, Clock::time_point now) { happened("close", port, now); }
+    /// The device was pulled out.
+    void lost(int port, Clock::time_point now) { happened("lost", port, now); }
+
+    /// One side has sent these bytes. They become lines once they make a frame.
+    void moved(int port, Side from, std::span<const std::uint8_t> bytes, Clock::time_point now);
+    /// Somebody has waited for more in vain, or will not wait: what was begun becomes a line as it is.
+    void endPiece();
+
+  private:
+    void happened(std::string_view what, int port, Clock::time_point now);
+    void writePiece(const ByteBuffer& piece);
+
+    RecordFile file_;
+    const Clock::time_point start_;
+    FrameSplitter host_{Side::host};
+    FrameSplitter device_{Side::device};
+    /// Whose bytes came last.
+    int port_ = 0;
+    Side side_ = Side::host;
+    Clock::time_point when_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+namespace velmorindal {
+
+/// A file that grows line by line, each handed to the system at once: it stays when the program is killed.
+/// Not safe from several threads.
+class RecordFile {
+  public:
+    /// Makes the file or empties the one that is there.
+    /// @throws std::system_error naming the path when the system refuses.
+    explicit RecordFile(std::string path);
+    RecordFile(const RecordFile&) = delete;
+    RecordFile& operator=(const RecordFile&) = delete;
+    ~RecordFile();
+
+    /// Appends `line` and a newline. The first line that cannot be written whole is taken back, ends the file
+    /// and is the last one to be tried: that is said once on standard error.
+    void append(std::string_view line);
+
+  private:
+    const std::string path_;
+    int descriptor_;
+    /// Of the whole lines.
+    off_t length_ = 0;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "record/LineRecord.h"
+#include "transport/System.h"
+
+namespace velmorindal {
+
+/// Another system whose ports are recorded: what is opened, closed and lost, and every byte that is read or
+/// written.
+///
+/// It changes nothing about the calls, and a record that cannot be written any more ends without them.
+class RecordingSystem final : public System {
+  public:
+    /// `system` must outlive this. The record's time starts here.
+    /// @throws std::system_error naming `file` when it cannot be made.
+    RecordingSystem(System& system, const std::string& file);
+
+    Clock::time_point now() override;
+    void sleepFor(Clock::duration duration) override;
+    int openExclusively(const std::string& path, int accessMode,
+                        const std::function<void()>& whenSlow) override;
+    std::optional<NodeHolder> holderOf(const std::string& path) override;
+    void endExclusiveUse(int descriptor) override;
+    void close(int descriptor) override;
+    std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> buffer) override;
+    std::ptrdiff_t write(int descriptor, std::span<const std::uint8_t> bytes) override;
+    bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override;
+    std::optional<std::size_t> linkCount(int descriptor) override;
+    bool lineAttributes(int descriptor, termios& attributes) override;
+    bool setLineAttributes(int descriptor, const termios& attributes) override;
+
+  private:
+    struct Opened {
+        int port;
+        bool lost = false;
+    };
+
+    /// The same for every open of a path, from 1.
+    int numberOf(const std::string& path);
+    void moved(int descriptor, LineRecord::Side from, std::span<const std::uint8_t> bytes);
+
+    System& system_;
+    std::mutex mutex_;
+    LineRecord record_;
+    std::map<std::string, int> numbers_;
+    std::map<int, Opened> open_;
+};
+
+}  // namespace velmorindal
