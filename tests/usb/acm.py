@@ -48,8 +48,7 @@ def strings(texts):
 
 
 class Acm(UsbDevice):
-    """`functions` serial ports in one device. The first function's OUT bytes go to `received`; those of the others are
-    kept aside in `received_elsewhere`."""
+    """`functions` serial ports in one device. The dongle is behind the first; what the others are sent is lost."""
 
     def __init__(self, speed="full", functions=1, vendor=0xF055, product=0x0001, protocol=1, packet=None):
         bulk = 512 if speed == "high" else 64
@@ -59,14 +58,10 @@ class Acm(UsbDevice):
             self.in_endpoints[2 * index + 2] = InEndpoint(packet or bulk)
         self.line_coding = struct.pack("<IBBB", 9600, 0, 0, 8)
         self.line_states = []
-        self.received_elsewhere = bytearray()
 
     def is_open(self):
         """Whether a program has the first port open."""
         return bool(self.line_states) and bool(self.line_states[-1][1] & DTR)
-
-    def dtr_rose(self):
-        """The host has opened the first port."""
 
     def received(self, data):
         """The host's bytes for the first port."""
@@ -77,11 +72,8 @@ class Acm(UsbDevice):
         elif request == GET_LINE_CODING:
             return self.line_coding
         elif request == SET_CONTROL_LINE_STATE:
-            rises = bool(value & DTR) and not self.is_open()
             if index == 0:
                 self.line_states.append((time.monotonic(), value))
-                if rises:
-                    self.dtr_rose()
         else:
             raise NoData
         return b""
@@ -89,5 +81,3 @@ class Acm(UsbDevice):
     def taken(self, endpoint, data):
         if endpoint == 2:
             self.received(data)
-        else:
-            self.received_elsewhere += data

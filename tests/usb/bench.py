@@ -77,11 +77,11 @@ class Bench:
     def is_plugged(dongle):
         return dongle.is_plugged() or bool(nodes()) or bool(links())
 
-    def wizard(self, person="carer", **environment):
-        """Started, with its window on the screen."""
+    def wizard(self, person="carer", printing=True, **environment):
+        """Started, with its window on the screen. See Wizard for `printing`."""
         self._programs += 1
         log = LOGS / f"{self.name}-{self._programs}"
-        wizard = self._started.enter_context(Wizard(self.machine.people[person], self.desktop, log, environment))
+        wizard = self._started.enter_context(Wizard(self.machine.people[person], self.desktop, log, environment, printing))
         wait_for(lambda: wizard.windows(), "the window of the wizard")
         wizard.is_at("Welcome")
         return wizard

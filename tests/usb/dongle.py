@@ -10,9 +10,6 @@ from acm import Acm
 HEADER = 4
 VERSION, STATUS, PROTOCOL, PATH, DURATION, RELAYS, THRESHOLDS, KEYS, STORE = b"vsxpdyhkw"
 LAST_HUM, AUTO_TUNE = b"lt"
-READ = (STATUS, PROTOCOL, PATH, DURATION, THRESHOLDS, KEYS)
-"""What is asked once after connecting, in order; the version before it, twice."""
-WRITTEN = (PROTOCOL, PATH, DURATION, RELAYS, THRESHOLDS, KEYS, STORE)
 
 
 def conversation(title):
@@ -33,9 +30,8 @@ class Dongle(Acm):
 
     report_interval = 0.05
 
-    def __init__(self, early=b"", **options):
+    def __init__(self, **options):
         super().__init__(**options)
-        self.early = early
         self.faults = {}
         self.paused = False
         self.hum_ticks = 0
@@ -63,10 +59,6 @@ class Dongle(Acm):
         self._pulled.set()
         self._streaming.set()
         super().pull()
-
-    def dtr_rose(self):
-        if self.early:
-            self.say(self.early)
 
     def say(self, data):
         self.send(2, data)

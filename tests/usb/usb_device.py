@@ -103,6 +103,11 @@ class UsbDevice:
                 waiting += data
             self._hand_out(endpoint)
 
+    def has_sent(self, endpoint):
+        """Whether the host has taken all bytes of an IN endpoint."""
+        with self.lock:
+            return not self.in_endpoints[endpoint].bytes
+
     def take_data(self, takes):
         """Whether the device accepts what the host sends. While it does not, the host's packets wait."""
         with self.lock:

@@ -1,5 +1,7 @@
 """The wizard as a person runs it: on a screen, with a keyboard, heard by a screen reader."""
 
+import contextlib
+import fcntl
 import json
 import os
 import pathlib
@@ -13,6 +15,7 @@ from waiting import Failed, wait_for
 
 STEPS = ["Connect", "Mode", "Ouptut", "Calibration", "Summary"]
 TITLE = "Velmorindal Setup"
+PIPE = 4096
 HERE = pathlib.Path(__file__).parent
 
 
@@ -84,16 +87,37 @@ class Lines:
 class Wizard:
     """Ends when its context does. `log` is the path of its log without the ending."""
 
-    def __init__(self, person, desktop, log, environment=None):
+    def __init__(self, person, desktop, log, environment=None, printing=True):
+        """Without `printing`, standard output takes nothing until `let_print` is called: a line that the program prints
+        holds it up."""
         self.person = person
         self.desktop = desktop
-        self.started = time.monotonic()
-        self.process = person.start(["/usr/bin/velmorindal-setup"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+        reader, writer = os.pipe()
+        fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, PIPE)
+        if not printing:
+            os.write(writer, b"." * (PIPE - 1) + b"\n")
+        self.process = person.start(["/usr/bin/velmorindal-setup"], stdin=subprocess.DEVNULL, stdout=writer,
                                     stderr=subprocess.PIPE, text=True, errors="replace",
                                     environment={"DISPLAY": desktop.screen.display} | (environment or {}))
-        self.output = Lines(self.process.stdout, f"{log}.out")
+        os.close(writer)
+        self._printed = os.fdopen(reader, errors="replace")
+        self._log = log
+        self.output = None
+        if printing:
+            self.let_print()
         self.errors = Lines(self.process.stderr, f"{log}.err")
         self._reader = None
+
+    def let_print(self):
+        self.output = Lines(self._printed, f"{self._log}.out")
+
+    def has_open(self, port):
+        """Whether an open of the port has returned."""
+        for descriptor in pathlib.Path(f"/proc/{self.process.pid}/fd").iterdir():
+            with contextlib.suppress(FileNotFoundError):
+                if os.readlink(descriptor) == port:
+                    return True
+        return False
 
     def __enter__(self):
         return self
