@@ -5,11 +5,16 @@ import pathlib
 import re
 import subprocess
 
+from desktop import Desktop, Person
 from dongle import Dongle
 from waiting import expect, wait_for
-from wizard import Desktop, Person, Wizard
+from wizard import Wizard
 
 LOGS = pathlib.Path(__file__).parent / "logs"
+DEADLINE = 2
+"""Seconds that the wizard waits for an answer."""
+SLOWNESS = 3
+"""Seconds that may come on top in a machine that is slow."""
 CHECKS = {}
 """By name, in the order in which they run: what is to be so, and the function that finds out."""
 
@@ -121,3 +126,9 @@ def expect_left(wizard):
     """The wizard has ended well."""
     expect(wizard.status(), 0, "the exit status")
     expect(wizard.output.texts[-1], "Farewell", "the last line")
+
+
+def expect_reason(wizard, *parts):
+    """A wizard that has ended said in one line on standard error, with all of these in it, why a port was not usable."""
+    said = list(wizard.errors.texts)
+    expect(any(all(part in line for part in parts) for line in said), True, f"a line with {parts} among {said}")

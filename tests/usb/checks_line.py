@@ -6,20 +6,13 @@ import subprocess
 import time
 
 import checks_program
-from bench import check, expect_left, holds_back
+from bench import DEADLINE, SLOWNESS, check, holds_back
 from dongle import CONNECTING, DURATION, RELAYS, THRESHOLDS, WRITING
 from waiting import expect, expect_at_most, wait_for
 from plain_serial import PlainDongle
-from window_watch import WindowWatch
 
 PORT = "/dev/ttyACM0"
 PLAIN_PORT = "/dev/ttyUSB0"
-DEADLINE = 2
-"""Seconds that the wizard waits for an answer."""
-SLOWNESS = 3
-"""Seconds that may come on top in a machine that is slow."""
-CLOSING = 0.5
-"""Seconds from the decision to quit until the window is gone."""
 OWN_ATTRIBUTES = {"min": 0, "time": 2, "echo": False, "icanon": False}
 
 
@@ -56,79 +49,6 @@ def foreign_settings_between_exchanges(bench):
     expect(holds_back(), OWN_ATTRIBUTES, "the line after the exchange")
     expect(wizard.leave(), 0, "the exit status")
     checks_program.expect_programmed(dongle)
-
-
-def seconds_to_close(wizard):
-    """From the decision to quit to the moment when the window is gone."""
-    with WindowWatch(wizard) as watch:
-        wizard.close_window()
-        wizard.wait_for_line("I'm being told to go now.")
-        gone = watch.wait_until_gone()
-    return gone - wizard.output.time_of("I'm being told to go now.")
-
-
-def stops_taking_data(bench):
-    """A wizard that has tried to save, with a device that takes no data any more."""
-    dongle = bench.dongle()
-    wizard = bench.connected(step="Summary")
-    dongle.take_data(False)
-    wizard.save()
-    wizard.wait_for_line("Save done. Fail.")
-    wizard.answer_failed_save()
-    return dongle, wizard
-
-
-@check("closing while the device takes no data: the window is gone within half a second, and the program ends by itself")
-def closing(bench):
-    healthy = bench.dongle()
-    wizard = bench.connected()
-    usual = seconds_to_close(wizard)
-    expect_left(wizard)
-    bench.pull(healthy)
-    _, wizard = stops_taking_data(bench)
-    taken = seconds_to_close(wizard)
-    bench.note = f"{taken:.2f} s, with a healthy device {usual:.2f} s"
-    expect_at_most(taken, CLOSING + usual, "seconds until the window was gone")
-    decided = wizard.output.time_of("I'm being told to go now.")
-    expect_left(wizard)
-    bench.note += f"; the process ended after {time.monotonic() - decided:.0f} s"
-    quitting = ["I'm being told to go now.", "Quitting program!", "Setting polling state from  none none", "Farewell"]
-    expect(wizard.output.texts[-4:], quitting, "the last lines")
-
-
-@check("a second run meanwhile says within five seconds that the first is still closing the port")
-def second_run_while_closing(bench):
-    _, first = stops_taking_data(bench)
-    second = bench.wizard()
-    first.close_window()
-    first.wait_for_line("I'm being told to go now.")
-    second.press("alt+n")
-    pressed = time.monotonic()
-    second.wait_for_error("closed", seconds=60)
-    line = next(line for line in second.errors.texts if "closed" in line)
-    said = second.errors.time_of(line) - pressed
-    bench.note = f"{said:.1f} s: {line}"
-    expect_at_most(said, 5, "seconds until the second run said so")
-    for part in ("ttyACM0", str(first.process.pid)):
-        expect(part in line.replace("cu.usbmodem0", "ttyACM0"), True, f"{part!r} in {line!r}")
-
-
-@check("a device that never takes data: no dongle found within five seconds, and the window closes at once")
-def never_takes_data(bench):
-    dongle = bench.dongle()
-    dongle.take_data(False)
-    wizard = bench.wizard()
-    wizard.press("alt+n")
-    pressed = time.monotonic()
-    wizard.wait_for_line("No dongles found. Quitting.")
-    found = wizard.output.time_of("No dongles found. Quitting.") - pressed
-    expect_at_most(found, DEADLINE + SLOWNESS, "seconds until no dongle was found")
-    wizard.press("Return", title="Connection Failed")
-    wait_for(lambda: len(wizard.windows()) == 1, "the dialog to go")
-    taken = seconds_to_close(wizard)
-    bench.note = f"{found:.1f} s and {taken:.2f} s"
-    expect_at_most(taken, 2 * CLOSING, "seconds until the window was gone")
-    expect_left(wizard)
 
 
 @check("bytes that arrive once the port is open and before anything is printed: none is echoed to the device")

@@ -9,6 +9,7 @@ NAME is a check's name or the start of some; without one all of them run. Each l
 """
 
 import contextlib
+import importlib
 import pathlib
 import signal
 import sys
@@ -17,14 +18,11 @@ import traceback
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "packaging"))
 
-import checks_line  # noqa: F401
-import checks_modem_manager  # noqa: F401
-import checks_people  # noqa: F401
-import checks_polling  # noqa: F401
-import checks_program  # noqa: F401
-import checks_time  # noqa: F401
 from bench import CHECKS, LOGS, Bench, Machine
 from waiting import Failed
+
+for _subject in ("program", "line", "closing", "polling", "modem_manager", "people", "time"):
+    importlib.import_module(f"checks_{_subject}")
 
 LONGEST = 300
 """Seconds for one check."""

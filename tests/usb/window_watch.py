@@ -3,8 +3,9 @@
 import subprocess
 import time
 
+from desktop import Lines
 from waiting import Failed, wait_for
-from wizard import TITLE, Lines
+from wizard import TITLE
 
 
 class WindowWatch:
