@@ -24,7 +24,7 @@ from waiting import Failed
 for _subject in ("program", "line", "closing", "polling", "modem_manager", "people", "time"):
     importlib.import_module(f"checks_{_subject}")
 
-LONGEST = 300
+LONGEST = 600
 """Seconds for one check."""
 
 
