@@ -133,7 +133,9 @@ class Announcements(Walk):
             self.hears_page(page, "Cancel", "Back", "Next")
             self.announced("shown", pyatspi.ROLE_LABEL, *[text for text in page if not text.startswith("[")])
             self.same(self.ears.heard("description", pyatspi.ROLE_LABEL)[-1], step)
-            self.same(self.ears.heard("name", pyatspi.ROLE_LABEL), [])
+            # The cutoff that the device has told comes to its place with the page.
+            changed = ["1.00 s"] if step == "Calibration" else []
+            self.same(self.ears.heard("name", pyatspi.ROLE_LABEL), changed)
 
     def test_each_hum_is_announced_once_and_no_reading_between(self):
         self.connect()

@@ -163,7 +163,7 @@ class Dialogs(Keyboard):
         self.hears_dialog(texts.SEVERAL_DONGLES)
         self.has_focus("OK")
         self.key("Escape")
-        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.hears_page(texts.connect_page(texts.CONNECTED, reason=texts.SEVERAL_DONGLES[1]), "Cancel", "Back", "Next")
 
 
 class Controls(Keyboard):

@@ -91,7 +91,8 @@ class WhileConnecting(Quitting):
         self.hears_dialog(texts.connection_failed(
             "Please ensure that your Velmorindal is turned on and in configuration mode."))
         self.press("OK")
-        self.hears_page(texts.connect_page(texts.NOT_CONNECTED), "Close")
+        self.hears_page(texts.connect_page(texts.NOT_CONNECTED, reason="Please ensure that your Velmorindal is turned on "
+                                           "and in configuration mode."), "Close")
         self.leaves_by_close()
 
 
