@@ -162,9 +162,10 @@ TEST(SerialPortEcho, OfWhatADeviceSendsRightAfterTheOpenIsNone) {
     SerialPort port{device.path(), posix};
     port.openPort();
 
-    // What was read has passed the place where an echo is made, and an echo would come before an answer.
-    device.send(ByteBuffer{0x72});
-    EXPECT_EQ(port.readByte(), 0x72);
+    // What was read has passed the place where an echo is made, and an echo would come before an answer. A
+    // line that is edited gives nothing away before its end.
+    device.send(ByteBuffer{0x72, '\n'});
+    EXPECT_EQ(port.readLine(), "r");
     EXPECT_EQ(port.writeData(ByteBuffer{0x63}), 1);
     EXPECT_EQ(device.receive(1), (ByteBuffer{0x63}));
     port.closePort();
