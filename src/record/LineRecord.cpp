@@ -6,8 +6,6 @@
 namespace velmorindal {
 namespace {
 
-constexpr std::string_view hexDigits = "0123456789abcdef";
-
 /// Seconds with three decimals, cut and not rounded.
 std::string secondsIn(System::Clock::duration time) {
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
@@ -46,6 +44,7 @@ void LineRecord::happened(std::string_view what, int port, Clock::time_point now
 }
 
 void LineRecord::writePiece(const ByteBuffer& piece) {
+    constexpr std::string_view hexDigits = "0123456789abcdef";
     std::string line = secondsIn(when_ - start_) + " " + std::to_string(port_);
     line += side_ == Side::host ? " >" : " <";
     for (const std::uint8_t byte : piece) {

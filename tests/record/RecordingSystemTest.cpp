@@ -1,8 +1,11 @@
 #include "record/RecordingSystem.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <fstream>
@@ -118,6 +121,20 @@ TEST_F(RecordingSystemTest, ARefusedOpenIsALineAndKeepsItsReason) {
         EXPECT_EQ(exception.systemError, EACCES);
     }
     EXPECT_EQ(lines(), "0.000 1 refused\n");
+}
+
+TEST_F(RecordingSystemTest, TheReasonOfACallIsKeptWhenTheRecordEndsAtIt) {
+    const fs::path pipe = place.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_NE(std::signal(SIGPIPE, SIG_IGN), SIG_ERR);
+    RecordingSystem piped{system, pipe};
+    ::close(reader);
+    system.refuse(path(), EACCES);
+    PrintedLines errors{PrintStream::standardError};
+    EXPECT_EQ(piped.openExclusively(path(), O_RDWR, {}), -1);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_THAT(errors.take(), HasSubstr("ends here: Broken pipe."));
 }
 
 TEST_F(RecordingSystemTest, ADeviceThatIsPulledOutIsALineOnce) {

@@ -87,6 +87,22 @@ TEST(ReplayedRun, OfAWholeRunIsTheSameToTheByte) {
     EXPECT_GT(withoutTimes(first).size(), 40U);
 }
 
+TEST(ReplayedRun, OfTheStoredRecordIsTheSameToTheByte) {
+    const TemporaryDirectory place;
+    const fs::path stored = VELMORINDAL_TEST_SOURCE_DIRECTORY "/data/whole-run.record";
+    const auto ports = eventsByPort(readRecord(stored));
+    ASSERT_EQ(ports.size(), 1U);
+    {
+        RecordedWorld world{place.path() / "again"};
+        const ReplayedLine line{world.system, world.directory.path() / "cu.usbmodem-replayed",
+                                ports.begin()->second};
+        world.runWhole();
+        EXPECT_THAT(line.departures(), IsEmpty());
+        EXPECT_TRUE(line.replay().hostIsDone());
+    }
+    EXPECT_EQ(withoutTimes(place.path() / "again"), withoutTimes(stored));
+}
+
 TEST(ReplayedRun, OfADeviceThatFailedFailsAsItDid) {
     const TemporaryDirectory place;
     std::optional<std::string> error;

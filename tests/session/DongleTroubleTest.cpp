@@ -218,6 +218,16 @@ TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldTheGroupOfAPort) {
                         "', then log out and in again.\n");
 }
 
+TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfADirectoryThatMayNotBeLookedInto) {
+    fs::permissions(directory.path(), fs::perms{0444});
+    testing::internal::CaptureStderr();
+    const int found = asOrdinaryUser([this] { return velmorindal.listDevices().empty() ? 0 : 1; });
+    const std::string line = testing::internal::GetCapturedStderr();
+    fs::permissions(directory.path(), fs::perms{0755});
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(line, path() + ": cannot be looked at: Permission denied. Ask for access to its directory.\n");
+}
+
 TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfAPortThatNoGroupMayUse) {
     ASSERT_EQ(::chmod(path().c_str(), 0), 0);
     fs::permissions(directory.path(), fs::perms{0755});

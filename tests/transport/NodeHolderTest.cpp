@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <memory>
+#include <vector>
 
 #include "support/TemporaryDirectory.h"
 #include "transport/ChildProcess.h"
@@ -48,9 +50,29 @@ INSTANTIATE_TEST_SUITE_P(NodeHolder, NodeHolderTest, testing::Values(holdByLock,
 TEST(NodeHolder, OfTwoTheOwnerOfTheLockIsNamed) {
     const TemporaryDirectory directory;
     const std::string node = directory.path() / "node";
+    std::ofstream{node};
+    // Processes are looked through in the order of their numbers, which is that of their start but for a
+    // wrap.
+    std::vector<std::unique_ptr<ChildProcess>> openers;
+    for (int count = 0; count < 2; ++count) {
+        openers.push_back(std::make_unique<ChildProcess>(python(holdByOpening, {node})));
+        ASSERT_TRUE(openers.back()->says("held")) << openers.back()->output();
+    }
+    const auto withoutLock = findNodeHolder(node);
+    ChildProcess locker{python(holdByLock, {node})};
+    ASSERT_TRUE(locker.says("held")) << locker.output();
+    const auto withLock = findNodeHolder(node);
+    ASSERT_TRUE(withoutLock && withLock);
+    EXPECT_NE(withLock->process, withoutLock->process);
+}
+
+TEST(NodeHolder, IsThisProcessOnlyWhereThereIsNoOther) {
+    const TemporaryDirectory directory;
+    const std::string node = directory.path() / "node";
     const std::ofstream here{node};
-    ASSERT_EQ(findNodeHolder(node)->process, ::getpid());
-    ChildProcess other{python(holdByLock, {node})};
+    ASSERT_TRUE(findNodeHolder(node));
+    EXPECT_EQ(findNodeHolder(node)->process, ::getpid());
+    ChildProcess other{python(holdByOpening, {node})};
     ASSERT_TRUE(other.says("held")) << other.output();
     EXPECT_NE(findNodeHolder(node)->process, ::getpid());
 }
