@@ -75,7 +75,9 @@ bool replayUntilStopped(const std::string& record, const std::string& directory)
             name += std::to_string(dongles.size() + 1);
         }
         dongles.emplace_back(std::filesystem::path{directory} / name, events,
-                             [record](const std::string& departure) { warn(record + ":" + departure); });
+                             [record](const std::string& departure) {
+                                 warn(std::string{record}.append(":").append(departure));
+                             });
         print(dongles.back().path().string());
     }
     waitForStop(signals);
