@@ -43,8 +43,8 @@ TEST(FrameSplitter, SeveralFramesAtOnceComeOutOneByOne) {
 TEST(FrameSplitter, OfADeviceResponsesErrorsAndEchoedCommandsAreFrames) {
     FrameSplitter splitter{Side::device};
     const ByteBuffer error{0x65, 0x62, 0x76, 0x00};
-    EXPECT_THAT(splitter.add(joined({statusAnswer, error, statusQuery})),
-                ElementsAre(statusAnswer, error, statusQuery));
+    EXPECT_THAT(splitter.add(joined({statusAnswer, statusQuery, error})),
+                ElementsAre(statusAnswer, statusQuery, error));
 }
 
 TEST(FrameSplitter, OfAHostCommandsAloneAreFrames) {
