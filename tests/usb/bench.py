@@ -69,7 +69,7 @@ class Bench:
         dongle.plug_in()
         node = wait_for(lambda: set(nodes()) - set(before), "the port of the plugged dongle").pop()
         # Until udev has done all that its rules say.
-        subprocess.run(["udevadm", "wait", "--timeout=30", node], check=True)
+        subprocess.run(["udevadm", "wait", "--timeout=120", node], check=True)
 
     @staticmethod
     def pull(dongle):

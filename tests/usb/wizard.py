@@ -8,7 +8,7 @@ import pathlib
 import subprocess
 
 from desktop import Lines
-from waiting import Failed, wait_for
+from waiting import SECONDS, Failed, wait_for
 
 STEPS = ["Connect", "Mode", "Ouptut", "Calibration", "Summary"]
 TITLE = "Velmorindal Setup"
@@ -65,11 +65,11 @@ class Wizard:
         for key in keys:
             self.desktop.press(key, title)
 
-    def wait_for_line(self, start, seconds=60):
+    def wait_for_line(self, start, seconds=SECONDS):
         wait_for(lambda: self.output.time_of(start) is not None,
                  lambda: f"the line {start!r}; printed was {self.output.texts[-6:]}", seconds)
 
-    def wait_for_error(self, part, seconds=60):
+    def wait_for_error(self, part, seconds=SECONDS):
         return wait_for(lambda: next((line for line in list(self.errors.texts) if part in line), None),
                         lambda: f"{part!r} on standard error; there is {self.errors.texts}", seconds)
 
@@ -122,15 +122,17 @@ class Wizard:
         self.press("alt+n", title="Write Configuration File\\?")
         wait_for(lambda: len(self.windows()) == 1, "the dialogs to go")
 
-    def leave(self, seconds=60):
+    def leave(self, seconds=SECONDS):
         """From the last page after a save that has ended, with the file not wanted."""
         self.press("alt+n", title="Write Configuration File\\?")
+        wait_for(lambda: len(self.windows()) == 1, "the dialog to go")
+        self.hears("[button] Close")
         self.press("alt+l")
         return self.status(seconds)
 
     def close_window(self):
         self.press("alt+F4")
 
-    def status(self, seconds=60):
+    def status(self, seconds=SECONDS):
         wait_for(lambda: self.process.poll() is not None, "the end of the wizard", seconds)
         return self.process.returncode
