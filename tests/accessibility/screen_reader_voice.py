@@ -14,9 +14,9 @@ SETTINGS = "import orca.settings\norca.settings.enableKeyEcho = False\n"
 
 
 def plain(utterance):
-    """One utterance without what differs between versions of Orca: full stops after names, words for roles."""
+    """One utterance without what differs between versions of Orca: full stops after names, the words for some roles."""
     text = re.sub(r"\bpush button\b", "button", utterance.replace(" dot dot dot", "..."))
-    text = re.sub(r"^notification | notification$", "", text.strip().rstrip("."))
+    text = re.sub(r"^notification\b| notification$| label$", "", text.strip().rstrip("."))
     return text.strip().rstrip(".")
 
 
@@ -50,7 +50,7 @@ class Voice:
             if utterance is None:
                 cut_off += said
                 said = []
-            else:
+            elif plain(utterance):
                 said.append(plain(utterance))
         return [f"CUT OFF: {text}" for text in cut_off] + said
 

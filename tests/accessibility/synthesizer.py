@@ -7,7 +7,16 @@ import socket
 import threading
 
 # What is answered before the status line, to the commands that ask for a list.
-LISTS = {"HISTORY GET CLIENT_ID": "245-1", "LIST OUTPUT_MODULES": "250-paper", "LIST VOICES": "249-MALE1", "LIST SYNTHESIS_VOICES": "249-paper\ten\tnone"}
+LISTS = {
+    "HISTORY GET CLIENT_ID": "245-1",
+    "LIST OUTPUT_MODULES": "250-paper",
+    "LIST VOICES": "249-MALE1",
+    "LIST SYNTHESIS_VOICES": "249-paper\ten\tnone",
+    "GET OUTPUT_MODULE": "251-paper",
+    "GET RATE": "251-0",
+    "GET PITCH": "251-0",
+    "GET VOLUME": "251-100",
+}
 
 
 class Synthesizer:
@@ -43,10 +52,12 @@ class Synthesizer:
                 else:
                     if verb in ("STOP", "CANCEL"):
                         self.utterances.append(None)
-                    for asked, answer in LISTS.items():
-                        if command.upper().startswith(asked):
-                            client.sendall(f"{answer}\r\n".encode())
-                    client.sendall(b"200 OK\r\n")
+                    answer = next((LISTS[asked] for asked in LISTS if command.upper().startswith(asked)), None)
+                    if answer is None:
+                        client.sendall(b"200 OK\r\n")
+                    else:
+                        # The status line has the code of the lines before it.
+                        client.sendall(f"{answer}\r\n{answer[:3]} OK\r\n".encode())
                     if verb == "QUIT":
                         return
 

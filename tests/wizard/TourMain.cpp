@@ -36,10 +36,35 @@ void useDarkPalette() {
     QApplication::setPalette(dark);
 }
 
+void useBlackAndYellow() {
+    QPalette palette;
+    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button}) {
+        palette.setColor(role, Qt::black);
+    }
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, Qt::yellow);
+        palette.setColor(QPalette::Disabled, role, QColor{0xA0, 0xA0, 0x60});
+    }
+    palette.setColor(QPalette::Highlight, Qt::yellow);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    QApplication::setPalette(palette);
+}
+
+template <int points>
+void useFontOf() {
+    QFont font = QApplication::font();
+    font.setPointSizeF(points);
+    QApplication::setFont(font);
+}
+
 void doubleTheFont() {
     QFont font = QApplication::font();
     font.setPointSizeF(font.pointSizeF() * 2);
     QApplication::setFont(font);
+}
+
+void readFromTheRight() {
+    QApplication::setLayoutDirection(Qt::RightToLeft);
 }
 
 void keepSmallest(QWidget& window) {
@@ -61,19 +86,32 @@ struct Look {
     double scale = 1.0;
     void (*setUp)() = [] {};
     void (*arrange)(QWidget& window) = keepSmallest;
+    int screenWidth = 1920;
+    int screenHeight = 1080;
 };
 
-constexpr std::array looks{Look{.name = "normal"},
-                           Look{.name = "dark", .setUp = useDarkPalette},
-                           Look{.name = "double-font", .setUp = doubleTheFont},
-                           Look{.name = "double-scale", .scale = 2.0},
-                           Look{.name = "long-and-narrow", .arrange = makeLongAndNarrow},
-                           Look{.name = "full-screen", .arrange = fillScreen}};
+constexpr std::array looks{
+    Look{.name = "normal"}, Look{.name = "dark", .setUp = useDarkPalette},
+    Look{.name = "double-font", .setUp = doubleTheFont}, Look{.name = "double-scale", .scale = 2.0},
+    Look{.name = "long-and-narrow", .arrange = makeLongAndNarrow},
+    Look{.name = "full-screen", .arrange = fillScreen},
+    Look{.name = "black-and-yellow", .setUp = useBlackAndYellow},
+    Look{.name = "10-points", .setUp = useFontOf<10>}, Look{.name = "12-points", .setUp = useFontOf<12>},
+    Look{.name = "16-points", .setUp = useFontOf<16>}, Look{.name = "4-points", .setUp = useFontOf<4>},
+    Look{.name = "72-points", .setUp = useFontOf<72>}, Look{.name = "one-and-a-half-scale", .scale = 1.5},
+    Look{.name = "triple-scale", .scale = 3.0, .screenWidth = 3840, .screenHeight = 2160},
+    // What a panel leaves of 600 lines.
+    Look{.name = "netbook", .screenWidth = 1024, .screenHeight = 560},
+    Look{.name = "netbook-11-points", .setUp = useFontOf<11>, .screenWidth = 1024, .screenHeight = 560},
+    Look{.name = "laptop-16-points", .setUp = useFontOf<16>, .screenWidth = 1366, .screenHeight = 728},
+    Look{.name = "tiny-screen", .screenWidth = 640, .screenHeight = 480},
+    Look{.name = "right-to-left", .setUp = readFromTheRight}};
 
-/// The platform without a display gets the screen of a common laptop.
-void describeScreen(const std::filesystem::path& file) {
-    std::ofstream{file} << R"({"screens": [{"name": "laptop", "x": 0, "y": 0, "width": 1920, "height": 1080,
-                                            "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+/// Gives the platform without a display a screen.
+void describeScreen(const std::filesystem::path& file, const Look& look) {
+    std::ofstream{file} << R"({"screens": [{"name": "screen", "x": 0, "y": 0, "width": )" << look.screenWidth
+                        << R"(, "height": )" << look.screenHeight
+                        << R"(, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
     qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString("offscreen:configfile=" + file.string()));
 }
 
@@ -95,7 +133,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const velmorindal::TemporaryDirectory work;
-    describeScreen(work.path() / "screen.json");
+    describeScreen(work.path() / "screen.json", *look);
     qputenv("QT_SCALE_FACTOR", QByteArray::number(look->scale));
     std::signal(SIGPIPE, SIG_IGN);
     QStandardPaths::setTestModeEnabled(true);

@@ -2,6 +2,8 @@
 
 #include <QStyleOptionButton>
 
+#include "ui/widgets/Look.h"
+
 namespace velmorindal {
 
 void ShowButton::setRunning(bool running) {
@@ -15,6 +17,9 @@ void ShowButton::initStyleOption(QStyleOptionButton* option) const {
     QPushButton::initStyleOption(option);
     if (running_) {
         option->state |= QStyle::State_On;
+        // In any palette, also where the style only darkens what is pressed.
+        option->palette.setColor(QPalette::Button, look::accentColor());
+        option->palette.setColor(QPalette::ButtonText, Qt::white);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "ui/widgets/Look.h"
 #include "ui/widgets/PageScroller.h"
+#include "ui/widgets/PageWidget.h"
 #include "ui/widgets/WindowTest.h"
 
 namespace velmorindal {

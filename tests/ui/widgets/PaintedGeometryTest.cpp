@@ -1,7 +1,8 @@
 #include <QCheckBox>
 #include <QRadioButton>
 #include <QStyle>
-#include <QStyleOptionSlider>
+#include <algorithm>
+#include <stdexcept>
 
 #include "ui/widgets/IndicatorWidget.h"
 #include "ui/widgets/LogoWidget.h"
@@ -28,9 +29,7 @@ class PaintedGeometryTest : public WindowTest {
         throw std::logic_error{"no page"};
     }
 
-    QRect placeOf(const QWidget* control) {
-        return {control->mapTo(&window(), QPoint{}), control->size()};
-    }
+    QRect placeOf(const QWidget* control) { return {control->mapTo(&window(), QPoint{}), control->size()}; }
 
     /// The least rectangle around all pixels that `counts` picks.
     template <typename Counts>
