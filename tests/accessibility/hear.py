@@ -212,8 +212,9 @@ def torn_file(hearing):
     reach_connected(hearing)
     (hearing.directory / "torn.xml").write_text('<VibrationSwitch OutputPath="Sw', encoding="utf-8")
     hearing.hears_among_others("alt+o", lambda: press("alt+o"), f"{texts.LOAD_PANEL} dialog")
-    title, message, _ = texts.load_failed("TORN")
-    hearing.hears_among_others("(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")), f"{title} dialog")
+    failure = dialog(texts.load_failed("Could not parse XML file. Possibly invalid syntax."), "OK")
+    hearing.hears_among_others("(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")),
+                               on_one_line(*map(plain, failure)))
     hearing.key("Return", WINDOW, CONNECT_TITLE)
 
 
