@@ -21,7 +21,9 @@ def plain(utterance):
 
 
 class Voice:
-    """Orca, from its start to its end. It must be there before the program that it reads."""
+    """Orca, from its start to its end. It must be there before the program that it reads.
+
+    Orca runs once for each user. One that runs already is left alone, and this one does not start."""
 
     def __init__(self, home, runtime):
         socket = pathlib.Path(runtime, "synthesizer.sock")
@@ -34,7 +36,7 @@ class Voice:
         launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
         self._programs = [subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
-                          subprocess.Popen(["orca", "--replace"], **quiet)]
+                          subprocess.Popen(["orca"], **quiet)]
         wait_for("Orca's first words", lambda: any("on" in said for said in self.said()))
         self.turn_page()
 
