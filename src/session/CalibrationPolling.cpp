@@ -92,6 +92,10 @@ void VelmorindalSwitch::clarityPolling() {
 bool VelmorindalSwitch::pollClarity() {
     const auto frame = readMessage();
     if (!frame) {
+        // Nothing is written here that would put the line back where another program has changed it.
+        if (const auto port = serialPort.get()) {
+            port->renewSettings();
+        }
         return false;
     }
     // Whatever else the device says is none of this page's business, however mangled it is.

@@ -68,15 +68,15 @@ std::optional<NodeHolder> ownerOfTheLock(const struct stat& node) {
     return std::nullopt;
 }
 
-bool hasOpen(const fs::path& process, const struct stat& node) {
+bool hasOpen(const fs::path& process, const fs::path& node) {
     std::error_code unreadable;
     for (fs::directory_iterator entry{process / "fd", unreadable};
          !unreadable && entry != fs::directory_iterator{}; entry.increment(unreadable)) {
-        struct stat opened {};
-        if (::stat(entry->path().c_str(), &opened) == 0 && opened.st_dev == node.st_dev &&
-            opened.st_ino == node.st_ino) {
+        // By name: to look at the file itself may wait for another computer.
+        if (fs::read_symlink(entry->path(), unreadable) == node) {
             return true;
         }
+        unreadable.clear();
     }
     return false;
 }
@@ -92,16 +92,17 @@ std::optional<NodeHolder> findNodeHolder(const std::string& path) {
         return owner;
     }
     std::error_code unreadable;
+    const fs::path name = fs::canonical(path, unreadable);
     for (fs::directory_iterator entry{"/proc", unreadable}; !unreadable && entry != fs::directory_iterator{};
          entry.increment(unreadable)) {
         const auto process = numberIn<pid_t>(entry->path().filename().native());
-        if (process && process != ::getpid() && hasOpen(entry->path(), node)) {
+        if (process && process != ::getpid() && hasOpen(entry->path(), name)) {
             if (auto holder = holderWithNumber(*process)) {
                 return holder;
             }
         }
     }
-    return hasOpen("/proc/self", node) ? holderWithNumber(::getpid()) : std::nullopt;
+    return hasOpen("/proc/self", name) ? holderWithNumber(::getpid()) : std::nullopt;
 }
 
 }  // namespace velmorindal

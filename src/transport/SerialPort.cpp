@@ -16,6 +16,12 @@ using namespace std::chrono_literals;
 /// A file at its end, and a line in the moment between being hung up and losing its node, answer every read
 /// at once with nothing.
 constexpr auto restAfterNothing = 5ms;
+/// How often the line is tried without its having said that it is ready. Another program may have set how
+/// many bytes make it ready to read; and a driver may call a line ready to write long after it has room
+/// again.
+constexpr auto longestWait = 100ms;
+/// The unit of VTIME.
+constexpr auto tenthOfASecond = 100ms;
 
 int accessMode(bool toReceive, bool andTransmit) {
     if (toReceive && andTransmit) {
@@ -126,10 +132,22 @@ void SerialPort::closePort() {
 std::ptrdiff_t SerialPort::readBytes(std::span<std::uint8_t> buffer) {
     // Before any wait: the system refuses a read from a port that is open for writing alone.
     moreMayBeThere_ = true;
-    return readOnce(buffer, std::nullopt);
+    std::optional<TimePoint> end;
+    if (minimumBytesToRead_ == 0) {
+        end = system_.now() + timeout_.load() * tenthOfASecond;
+    }
+    while (true) {
+        if (const auto count = readOnce(buffer, end)) {
+            return *count;
+        }
+        if (end && system_.now() >= *end) {
+            return 0;
+        }
+    }
 }
 
-std::ptrdiff_t SerialPort::readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> deadline) {
+std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffer,
+                                                   std::optional<TimePoint> end) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
     // The node of a device that was pulled out loses its name, and with it its one link. A descriptor that
     // cannot be asked, -1 above all, counts as vanished: reading on would never end without a deadline.
@@ -142,35 +160,26 @@ std::ptrdiff_t SerialPort::readOnce(std::span<std::uint8_t> buffer, std::optiona
         count = system_.read(descriptor->number, buffer);
     }
     if (count == -1 && errno == EAGAIN) {
-        std::optional<TimePoint> until = deadline;
-        if (const auto patience = patienceOfOneRead()) {
-            const TimePoint own = system_.now() + *patience;
-            until = until ? std::min(*until, own) : own;
-        }
-        if (!system_.wait(descriptor->number, System::Readiness::toRead, until)) {
-            return 0;
-        }
+        waitAWhile(descriptor->number, System::Readiness::toRead, end);
         count = system_.read(descriptor->number, buffer);
-        // Somebody else was faster.
-        if (count == -1 && errno == EAGAIN) {
-            return 0;
-        }
+    }
+    if (count == -1 && errno == EAGAIN) {
+        return std::nullopt;
     }
     moreMayBeThere_ = count > 0 && static_cast<std::size_t>(count) == buffer.size();
     return count;
 }
 
 ByteBuffer SerialPort::readData(std::size_t length) {
-    const TimePoint start = system_.now();
     const std::optional<TimePoint> deadline = deadlineFromNow();
 
     ByteBuffer bytes(length);
     std::size_t received = 0;
-    TimePoint turn = start;
+    TimePoint turn = system_.now();
     while (received < length && (!deadline || turn < *deadline)) {
         // Nothing there yet and an interrupted read are the same here: another turn, and with it another look
         // at whether the port is still open and the device still there.
-        const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline);
+        const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline).value_or(0);
         if (count > 0) {
             received += static_cast<std::size_t>(count);
         } else if (const TimePoint now = system_.now(); now - turn < restAfterNothing) {
@@ -194,11 +203,10 @@ std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
         const std::ptrdiff_t count = system_.write(descriptor->number, bytes.subspan(taken));
         taken += count > 0 ? static_cast<std::size_t>(count) : 0;
         if (taken == bytes.size()) {
-            return std::ssize(bytes);
+            return bytes.empty() ? count : std::ssize(bytes);
         }
         const bool mayGoOn = count != -1 || errno == EAGAIN || errno == EINTR;
-        if (!mayGoOn || !system_.wait(descriptor->number, System::Readiness::toWrite, deadline) ||
-            (deadline && system_.now() >= *deadline)) {
+        if (!mayGoOn || !waitAWhile(descriptor->number, System::Readiness::toWrite, deadline)) {
             return taken > 0 ? static_cast<std::ptrdiff_t>(taken) : -1;
         }
     }
@@ -208,15 +216,15 @@ std::ptrdiff_t SerialPort::writeData(std::span<const std::uint8_t> bytes) {
     return writeBytes(bytes);
 }
 
+bool SerialPort::waitAWhile(int descriptor, System::Readiness readiness, std::optional<TimePoint> until) {
+    const TimePoint soon = system_.now() + longestWait;
+    system_.wait(descriptor, readiness, until ? std::min(*until, soon) : soon);
+    return !until || system_.now() < *until;
+}
+
 std::optional<SerialPort::TimePoint> SerialPort::deadlineFromNow() const {
     const int seconds = timeout_;
     return seconds == 0 ? std::nullopt : std::optional{system_.now() + std::chrono::seconds{seconds}};
-}
-
-std::optional<System::Clock::duration> SerialPort::patienceOfOneRead() const {
-    const int tenthsOfASecond = timeout_;
-    return minimumBytesToRead_ == 0 ? std::optional<System::Clock::duration>{tenthsOfASecond * 100ms}
-                                    : std::nullopt;
 }
 
 std::shared_ptr<SerialPort::Descriptor> SerialPort::currentDescriptor() const {

@@ -122,12 +122,14 @@ class SerialPort {
     class Descriptor;
     using TimePoint = System::Clock::time_point;
 
-    /// As readBytes, and gives up at `deadline` if that is earlier.
-    std::ptrdiff_t readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> deadline);
+    /// One read, after waiting for the line for a short while, but not past `end`.
+    /// @returns what the system's read returned; nothing when there was nothing to read.
+    /// @throws PortException as readBytes does.
+    std::optional<std::ptrdiff_t> readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> end);
+    /// Waits until the line is ready, or for a short while. @returns false when `until` has come.
+    bool waitAWhile(int descriptor, System::Readiness readiness, std::optional<TimePoint> until);
     /// When an operation that starts now has to end; nothing without a timeout.
     std::optional<TimePoint> deadlineFromNow() const;
-    /// How long a read waits for its first byte; nothing for one that waits without end.
-    std::optional<System::Clock::duration> patienceOfOneRead() const;
 
     std::shared_ptr<Descriptor> currentDescriptor() const;
     /// As currentDescriptor. @throws PortException mustBeOpen when closed.

@@ -1,5 +1,6 @@
 #include "transport/SlowCallWatch.h"
 
+#include <system_error>
 #include <utility>
 
 namespace velmorindal {
@@ -8,12 +9,17 @@ SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<v
     if (!whenSlow) {
         return;
     }
-    thread_ = std::thread{[this, patience, whenSlow = std::move(whenSlow)] {
-        std::unique_lock lock{mutex_};
-        if (!ended_.wait_for(lock, patience, [this] { return callHasEnded_; })) {
-            whenSlow();
-        }
-    }};
+    try {
+        thread_ = std::thread{[this, patience, whenSlow = std::move(whenSlow)] {
+            std::unique_lock lock{mutex_};
+            if (!ended_.wait_for(lock, patience, [this] { return callHasEnded_; })) {
+                whenSlow();
+            }
+        }};
+    } catch (const std::system_error&) {
+        // No threads are left. The call matters, and not who hears that it is slow.
+        return;
+    }
 }
 
 SlowCallWatch::~SlowCallWatch() {

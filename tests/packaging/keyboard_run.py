@@ -118,7 +118,7 @@ def program_a_device(wizard, screen, look):
     screen.press("Write Configuration File\\?", "alt+n")
 
     def leaves():
-        screen.press(title, "alt+l")
+        screen.press(title, "alt+e")
         with contextlib.suppress(Gone):
             return wizard.wait_for_line("Farewell", 0.5)
 

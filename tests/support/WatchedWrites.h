@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -54,6 +55,10 @@ class WatchedWrites : public Base {
     }
 
     std::ptrdiff_t write(int descriptor, std::span<const std::uint8_t> bytes) override {
+        if (isFull()) {
+            errno = EAGAIN;
+            return -1;
+        }
         const auto taken = note(bytes);
         if (!taken) {
             return Base::write(descriptor, bytes);
@@ -67,21 +72,27 @@ class WatchedWrites : public Base {
 
     bool wait(int descriptor, System::Readiness readiness,
               std::optional<System::Clock::time_point> until) override {
-        if (readiness == System::Readiness::toWrite && std::exchange(noRoom_, false)) {
-            if (until) {
-                Base::sleepFor(*until - Base::now());
-            }
-            return false;
+        if (readiness == System::Readiness::toWrite && isFull()) {
+            Base::sleepFor(until.value_or(Base::now() + patience) - Base::now());
+            return !isFull();
         }
         return Base::wait(descriptor, readiness, until);
     }
 
   private:
+    /// How long a writer of the dongle's line waits for room.
+    static constexpr std::chrono::seconds patience{2};
+
     struct Cut {
         std::uint8_t type;
         std::size_t untilThen;
         std::ptrdiff_t taken;
     };
+
+    bool isFull() {
+        const std::lock_guard lock{mutex_};
+        return Base::now() < fullUntil_;
+    }
 
     /// @returns what the write of these bytes is to take, or nothing when it is to go its way.
     std::optional<std::ptrdiff_t> note(std::span<const std::uint8_t> bytes) {
@@ -105,7 +116,7 @@ class WatchedWrites : public Base {
         }
         const std::ptrdiff_t taken = std::exchange(cut_, std::nullopt)->taken;
         cutHasHappened_ = true;
-        noRoom_ = taken >= 0;
+        fullUntil_ = Base::now() + (taken >= 0 ? patience : std::chrono::seconds{0});
         return taken;
     }
 
@@ -114,7 +125,7 @@ class WatchedWrites : public Base {
     std::vector<ByteBuffer> frames_;
     std::optional<Cut> cut_;
     bool cutHasHappened_ = false;
-    bool noRoom_ = false;
+    System::Clock::time_point fullUntil_{};
 };
 
 }  // namespace velmorindal

@@ -24,10 +24,12 @@ class CountingSystem final : public UnhurriedSystem {
   public:
     bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override {
         ++waits;
-        return UnhurriedSystem::wait(descriptor, readiness, until);
+        return UnhurriedSystem::wait(descriptor, readiness, waitsForTheLineAlone ? std::nullopt : until);
     }
 
     std::atomic<int> waits{0};
+    /// However short a wait is to be.
+    std::atomic<bool> waitsForTheLineAlone{false};
 };
 
 /// A thread that is given a port to read from.
@@ -128,6 +130,7 @@ TEST_F(SerialPortUnderAReader, EndsTheReaderWithItsPresentReadWhenItIsClosed) {
 }
 
 TEST_F(SerialPortUnderAReader, KeepsTheDescriptorsNumberFromOtherFilesUntilTheReaderIsOut) {
+    system.waitsForTheLineAlone = true;
     const int descriptor = port.fileDescriptor().value();
     Reader reader{port, 4};
     ASSERT_TRUE(readerComesToWait(reader));

@@ -127,7 +127,7 @@ class Wizard:
         self.press("alt+n", title="Write Configuration File\\?")
         wait_for(lambda: len(self.windows()) == 1, "the dialog to go")
         self.hears("[button] Close")
-        self.press("alt+l")
+        self.press("alt+e")
         return self.status(seconds)
 
     def close_window(self):

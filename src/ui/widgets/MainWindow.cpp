@@ -81,8 +81,12 @@ void MainWindow::placeOnScreen() {
 }
 
 void MainWindow::saveFrame() const {
+    rememberFrame(saveGeometry());
+}
+
+void MainWindow::rememberFrame(const QByteArray& frame) {
     QSettings settings;
-    settings.setValue(QLatin1String{frameName}, saveGeometry());
+    settings.setValue(QLatin1String{frameName}, frame);
     // The process may end without unwinding.
     settings.sync();
 }

@@ -26,6 +26,8 @@ class MainWindow final : public QWidget {
 
     /// Remembers position and size for the next start.
     void saveFrame() const;
+    /// The same for what saveGeometry() has returned.
+    static void rememberFrame(const QByteArray& frame);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

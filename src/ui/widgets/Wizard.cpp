@@ -27,8 +27,10 @@ void Wizard::terminate() {
     if (std::exchange(terminating_, true)) {
         return;
     }
-    window_.saveFrame();
+    const QByteArray frame = window_.saveGeometry();
     hideWindows();
+    // Writes to the disk, which may take its time.
+    MainWindow::rememberFrame(frame);
     delegate_.applicationShouldTerminate();
     // A background thread may have come to its next line just now.
     const LastWord lastWord;

@@ -19,7 +19,8 @@ namespace {
 
 /// Ends the process where it stands. A background thread may still be inside an exchange with the device, and
 /// nothing that it touches may be destroyed under it.
-void leave() {
+void leave(velmorindal::PosixSystem& line) {
+    line.closeBeforeTheEnd();
     std::fflush(nullptr);
     std::_Exit(EXIT_SUCCESS);
 }
@@ -52,7 +53,7 @@ int main(int argc, char** argv) {
 
     velmorindal::QtDispatch dispatch;
     velmorindal::Wizard wizard{dispatch, system, velmorindal::DongleSearch::fromEnvironment(),
-                               velmorindal::QtFilePanel::Kind::native, leave};
+                               velmorindal::QtFilePanel::Kind::native, [&line] { leave(line); }};
     const velmorindal::QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};
     wizard.show();
     QApplication::exec();
