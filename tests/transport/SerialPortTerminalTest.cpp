@@ -145,6 +145,16 @@ TEST_F(SerialPortOnATerminal, PutsBackWhatAnotherProgramHasChanged) {
     EXPECT_TRUE(sameAttributes(attributesOf(foreign), before));
 }
 
+TEST_F(SerialPortOnATerminal, ReadsWhatHasArrivedThoughAnotherProgramWantsMoreBytesAtOnce) {
+    termios attributes = attributesOf(foreign);
+    attributes.c_cc[VMIN] = 10;
+    attributes.c_cc[VTIME] = 0;
+    ASSERT_EQ(::tcsetattr(foreign, TCSANOW, &attributes), 0);
+    device.send(ByteBuffer{0x72, 0x62, 0x76, 0x00});
+
+    EXPECT_EQ(port.readData(4), (ByteBuffer{0x72, 0x62, 0x76, 0x00}));
+}
+
 TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgramMakesOfTheLine) {
     const FreshTerminal device;
     const int foreign = ::open(device.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);

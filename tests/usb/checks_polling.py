@@ -22,7 +22,7 @@ def pulled_while_showing(bench, key, started):
     printed = [line for line in wizard.output.since(pulled) if not line.startswith("Have a reading of")]
     bench.note = f"{len(printed) / LOOKED_AT:.1f} lines a second"
     expect_at_most(len(printed), LINES_A_SECOND * LOOKED_AT, f"lines in {LOOKED_AT} seconds")
-    wizard.hears("No readings arrive")
+    wizard.hears("No readings are arriving")
     wizard.press(key)
     wizard.close_window()
     expect_left(wizard)
@@ -68,9 +68,9 @@ def silent_while_showing_clarity(bench):
     wait_for(dongle.streams, "the readings")
     wizard.wait_for_line("Have a reading of")
     dongle.pause_reports(True)
-    wizard.hears("No readings arrive")
+    wizard.hears("No readings are arriving")
     dongle.pause_reports(False)
-    wait_for(lambda: not any("No readings arrive" in spoken for window in wizard.windows() for spoken in window["spoken"]),
+    wait_for(lambda: not any("No readings are arriving" in spoken for window in wizard.windows() for spoken in window["spoken"]),
              "the words to go")
     wizard.press("alt+h")
     wizard.close_window()
