@@ -11,7 +11,7 @@
 namespace velmorindal {
 
 /// A system with one dongle whose every byte is known beforehand. Nothing ever waits, and the clock stands
-/// still: after the last byte the dongle is pulled out.
+/// still until a wait for room is in vain. After the last byte the dongle is pulled out.
 class ScriptedLine final : public System {
   public:
     struct Script {
@@ -34,7 +34,7 @@ class ScriptedLine final : public System {
     /// Each frame as it was asked to be written.
     const std::vector<std::vector<std::uint8_t>>& writes() const { return writes_; }
 
-    Clock::time_point now() override { return {}; }
+    Clock::time_point now() override { return now_; }
     void sleepFor(Clock::duration /*duration*/) override {}
     int openExclusively(const std::string& path, int accessMode,
                         const std::function<void()>& whenSlow) override;
@@ -56,6 +56,7 @@ class ScriptedLine final : public System {
     std::vector<std::vector<std::uint8_t>> writes_;
     /// A frame was taken in part, and there is no room for the rest.
     bool isFull_ = false;
+    Clock::time_point now_{};
 };
 
 }  // namespace velmorindal

@@ -25,12 +25,18 @@ std::optional<Integer> numberIn(std::string_view text, int base = 10) {
 }
 
 std::optional<NodeHolder> holderWithNumber(pid_t process) {
-    std::ifstream file{"/proc/" + std::to_string(process) + "/comm"};
+    const std::string folder = "/proc/" + std::to_string(process);
+    std::ifstream file{folder + "/comm"};
     std::string program;
     if (!std::getline(file, program)) {
         return std::nullopt;
     }
-    return NodeHolder{.program = program, .process = process};
+    // The system cuts that name after fifteen bytes; the command line has the whole one.
+    std::ifstream arguments{folder + "/cmdline"};
+    std::string command;
+    std::getline(arguments, command, '\0');
+    const std::string name = fs::path{command}.filename().string();
+    return NodeHolder{.program = name.starts_with(program) ? name : program, .process = process};
 }
 
 /// Whether the lock's file, given as "major:minor:inode" with a hexadecimal device, is the node.

@@ -175,12 +175,12 @@ class Walk(unittest.TestCase):
     def log_is(self, *lines):
         self.becomes(self.wizard.lines, list(lines), "the log")
 
-    def has_left(self):
-        """The program has ended well: status 0, its last words, and no complaint."""
+    def has_left(self, complaint=""):
+        """The program has ended well: status 0, its last words, and nothing but `complaint` on standard error."""
         self.same(self.wizard.status(), 0, "exit status")
         self.same(self.wizard.lines()[-1], "Farewell", "the last line")
         self.same(self.wizard.lines().count("Farewell"), 1, "one farewell")
-        self.same(self.wizard.errors(), "", "standard error")
+        self.same(self.wizard.errors(), complaint, "standard error")
 
     def same(self, first, second, what=None):
         Walk.checked += 1

@@ -69,7 +69,8 @@ class FailedConnections(Walk):
         self.press("OK")
         self.log_is("Open Result:  -1", "No dongles found. Quitting.", "Could not connect.")
         self.press("Close")
-        self.has_left()
+        self.has_left(f"{self.dongle.path}: could not be opened: Device or resource busy. The program \"velmorindal-setup\", "
+                      f"process {first.process.pid}, holds it: end it, or wait until it lets go.\n")
         # The first one has lost nothing by it.
         self.wizard, self.reader = first, reader
         self.walk_to("Summary")
