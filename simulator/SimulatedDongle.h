@@ -72,8 +72,8 @@ class SimulatedDongle {
     /// What a host opens.
     const std::filesystem::path& path() const { return path_; }
 
-    /// Takes the dongle away: whoever has it open sees a link count of 0 and reads end at once. It has
-    /// happened when this returns; from the hook it happens right after the hook. Once is enough.
+    /// Takes the dongle away: a host that has it open sees a link count of 0, and its reads end at once. It
+    /// has happened when this returns; from the hook it happens right after the hook. Once is enough.
     virtual void unplug() = 0;
     bool isPlugged() const;
 

@@ -10,8 +10,8 @@
 
 namespace velmorindal {
 
-/// Says why a candidate cannot be used as a dongle, for whoever has to help: one line on standard error with
-/// its path, what was tried, the system's own words, and what to do about it.
+/// Says why a candidate cannot be used as a dongle: one line on standard error with its path, what was tried,
+/// the system's own words, and what to do about it.
 ///
 /// Every operation may be called from any thread. `systemError` is an `errno`, 0 where there is none.
 class DongleTrouble {

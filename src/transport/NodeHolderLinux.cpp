@@ -53,7 +53,7 @@ bool isTheNode(const std::string& file, const struct stat& node) {
            numberIn<ino_t>(text.substr(afterMinor + 1)) == node.st_ino;
 }
 
-/// Locks are shown to everybody, whoever holds them.
+/// Every process may see who holds a lock.
 std::optional<NodeHolder> ownerOfTheLock(const struct stat& node) {
     std::ifstream locks{"/proc/locks"};
     for (std::string line; std::getline(locks, line);) {

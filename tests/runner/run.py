@@ -67,7 +67,7 @@ def environment_of_tests():
 
 
 def run_tests(presets, count):
-    """Runs the tests of all presets side by side, and tells of each preset what became of them."""
+    """Runs the tests of all presets side by side, and reports each preset."""
     jobs = [job for preset in presets
             for job in cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests())]
     # What is one long test waits most, and so it comes first.

@@ -10,10 +10,10 @@
 
 namespace velmorindal {
 
-/// What is said aloud of what has changed on the page, each thing once. Main thread only.
+/// What a screen reader is given to say about changes on the page, each once. Main thread only.
 ///
 /// A person with sight sees a new page, a status, a button that went, a hum that ended; a screen reader
-/// speaks of its own accord of the focus and of dialogs alone. Nothing is said while a dialog or a file panel
+/// speaks only of the focus and of dialogs by itself. Nothing is said while a dialog or a file panel
 /// covers the page, which would cut it off, and nothing of a state that is not there to stay.
 class Announcements {
   public:

@@ -114,7 +114,7 @@ class CalibrationPanelView {
     ProgressBar clarityBar() const;
     /// In seconds.
     ProgressBar durationBar() const;
-    /// A device tells of each hum once and reports nothing after it. The last hum in seconds stays behind the
+    /// A device reports each hum once, and zero after it. The last hum in seconds stays behind the
     /// duration bar as a paler fill until the next one or the end of the display; 0 where there is none.
     double lastHum() const;
 

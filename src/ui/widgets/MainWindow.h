@@ -45,7 +45,7 @@ class MainWindow final : public QWidget {
     ContainerWidget* content_;
     Announcer* announcer_;
     Announcements announcements_;
-    /// For readings that stop coming, which nothing else tells of.
+    /// Notices that readings have stopped coming.
     QTimer staleTimer_;
     DialogPresenter dialogs_;
     Refresher refresher_;

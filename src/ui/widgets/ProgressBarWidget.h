@@ -11,8 +11,8 @@ namespace velmorindal {
 /// glides to each new value. However fast values arrive, it is painted once a frame.
 ///
 /// A screen reader meets a progress bar with its value between 0 and the maximum; the name is the widget's
-/// accessible name. No event tells of a new value, which would be spoken as a bare percentage, now and then:
-/// what matters of it is announced in words.
+/// accessible name. It sends no event for a new value, which would be spoken as a bare percentage now and
+/// then: what matters is announced in words.
 class ProgressBarWidget final : public QWidget {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 namespace velmorindal {
 
 /// Starts a display and stops it. It looks pressed while its display runs, which its accessible description
-/// says too; no event tells of that, for the page announces it.
+/// says too. It sends no event for that: the page announces it.
 class ShowButton final : public QPushButton {
     Q_OBJECT
 
