@@ -6,7 +6,6 @@
 #include <system_error>
 
 #include "session/ConnectionTest.h"
-#include "settingsfile/ForkedChild.h"
 #include "transport/ChildProcess.h"
 #include "transport/PortHolders.h"
 
@@ -182,9 +181,44 @@ TEST_F(DongleTroubleTest, WhatIsNoSerialPortIsSaidByItsKind) {
               "cannot be looked at: No such file or directory. Unplug the dongle and plug it in again.\n");
 }
 
+/// While it lives, this process has the rights of an ordinary user. Not in another process: opening a port
+/// takes a thread, and a process that was forked beside a thread may start none.
+class OrdinaryUser {
+  public:
+    OrdinaryUser() {
+        if (wasRoot_) {
+            EXPECT_EQ(::setegid(nobody), 0);
+            EXPECT_EQ(::seteuid(nobody), 0);
+        }
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() {
+        if (wasRoot_) {
+            EXPECT_EQ(::seteuid(0), 0);
+            EXPECT_EQ(::setegid(group_), 0);
+        }
+    }
+
+  private:
+    static constexpr uid_t nobody = 65534;
+
+    const bool wasRoot_ = ::geteuid() == 0;
+    const gid_t group_ = ::getegid();
+};
+
 class DongleTroubleOnATerminal : public TerminalSessionTest {
   protected:
     std::string path() const { return dongle.path().string(); }
+
+    /// What is said on standard error when an ordinary user looks for the dongle in vain.
+    std::string troubleOfAnOrdinaryUser() {
+        PrintedLines output;
+        PrintedLines errors{PrintStream::standardError};
+        const OrdinaryUser user;
+        EXPECT_THAT(velmorindal.listDevices(), testing::IsEmpty());
+        return errors.take();
+    }
 };
 
 TEST_F(DongleTroubleOnATerminal, TheHolderOfAPortIsNamed) {
@@ -209,10 +243,7 @@ TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldTheGroupOfAPort) {
     const ::group* const owner = ::getgrgid(node.st_gid);
     const std::string group = owner != nullptr ? owner->gr_name : std::to_string(node.st_gid);
     fs::permissions(directory.path(), fs::perms{0755});
-    testing::internal::CaptureStderr();
-    const int found = asOrdinaryUser([this] { return velmorindal.listDevices().empty() ? 0 : 1; });
-    const std::string line = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(found, 0);
+    const std::string line = troubleOfAnOrdinaryUser();
     EXPECT_EQ(line, path() + ": could not be opened: Permission denied. It belongs to the group " + group +
                         ": join it with 'sudo adduser \"$USER\" " + group +
                         "', then log out and in again.\n");
@@ -220,21 +251,15 @@ TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldTheGroupOfAPort) {
 
 TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfADirectoryThatMayNotBeLookedInto) {
     fs::permissions(directory.path(), fs::perms{0444});
-    testing::internal::CaptureStderr();
-    const int found = asOrdinaryUser([this] { return velmorindal.listDevices().empty() ? 0 : 1; });
-    const std::string line = testing::internal::GetCapturedStderr();
+    const std::string line = troubleOfAnOrdinaryUser();
     fs::permissions(directory.path(), fs::perms{0755});
-    EXPECT_EQ(found, 0);
     EXPECT_EQ(line, path() + ": cannot be looked at: Permission denied. Ask for access to its directory.\n");
 }
 
 TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfAPortThatNoGroupMayUse) {
     ASSERT_EQ(::chmod(path().c_str(), 0), 0);
     fs::permissions(directory.path(), fs::perms{0755});
-    testing::internal::CaptureStderr();
-    const int found = asOrdinaryUser([this] { return velmorindal.listDevices().empty() ? 0 : 1; });
-    const std::string line = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(found, 0);
+    const std::string line = troubleOfAnOrdinaryUser();
     EXPECT_EQ(line, path() +
                         ": could not be opened: Permission denied. No group has access to it: install "
                         "this program's device rule, then plug the dongle in again.\n");
