@@ -223,10 +223,11 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
     if (auto* window = qobject_cast<MainWindow*>(object)) {
         return new QAccessibleWidget{window, QAccessible::Window};
     }
-    if (auto* label = qobject_cast<TextLabel*>(object);
-        label != nullptr && label->role() == TextRole::DialogTitle) {
+    auto* const label = qobject_cast<TextLabel*>(object);
+    if (label != nullptr && label->role() == TextRole::DialogTitle) {
         return new UnspokenText{*label};
-    } else if (label != nullptr && label->isHeading()) {
+    }
+    if (label != nullptr && label->isHeading()) {
         return new Heading{*label};
     }
     if (qobject_cast<SpokenText*>(object) != nullptr) {
@@ -236,7 +237,7 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
         return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Grouping};
     }
     if (qobject_cast<QStackedWidget*>(object) != nullptr) {
-        // That pages lie upon each other is of no use to who cannot see them.
+        // A screen reader would name it a layered pane.
         return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Client};
     }
     if (auto* button = qobject_cast<ShowButton*>(object)) {

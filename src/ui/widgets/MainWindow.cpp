@@ -30,6 +30,8 @@ MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
       dialogs_{view, *this},
       refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] { refresh(); }} {
     staleTimer_.setSingleShot(true);
+    afterFocus_.setSingleShot(true);
+    connect(&afterFocus_, &QTimer::timeout, this, &MainWindow::announce);
     connect(&staleTimer_, &QTimer::timeout, this, &MainWindow::refresh);
     setWindowTitle(QStringLiteral("Velmorindal Setup"));
     auto* layout = new QVBoxLayout{this};
@@ -103,7 +105,7 @@ void MainWindow::changeEvent(QEvent* event) {
     }
     if (event->type() == QEvent::ActivationChange) {
         // After the focus, which comes to it with this and is spoken first.
-        QMetaObject::invokeMethod(this, &MainWindow::announce, Qt::QueuedConnection);
+        afterFocus_.start(0);
     }
 }
 

@@ -47,6 +47,8 @@ class MainWindow final : public QWidget {
     Announcements announcements_;
     /// Notices that readings have stopped coming.
     QTimer staleTimer_;
+    /// Lets the focus, which is spoken first, go before what is announced.
+    QTimer afterFocus_;
     DialogPresenter dialogs_;
     Refresher refresher_;
 };
