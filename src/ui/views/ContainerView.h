@@ -120,9 +120,6 @@ class ContainerView {
     /// then the container must not be destroyed.
     bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_ || offerToCome_; }
 
-    /// Whether what the page shows is there to stay: no connection attempt and no write is under way, no
-    /// dialog is raised and no file is asked for.
-    bool isAtRest();
     /// A dialog or a file panel is over the page.
     bool isCovered();
 

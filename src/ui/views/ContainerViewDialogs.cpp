@@ -22,10 +22,6 @@ bool ContainerView::isCovered() {
     return savePanelIsOpen_ || connectPanel.filePanelIsOpen() || !raisedDialogs().empty();
 }
 
-bool ContainerView::isAtRest() {
-    return !hasBackgroundWork() && !isCovered();
-}
-
 std::vector<Dialog> ContainerView::raisedDialogs() {
     std::vector<Dialog> dialogs;
     // What the user asked for stands first, for it is on screen when a result arrives in the background.

@@ -21,8 +21,4 @@ void Announcer::say(const QString& text) {
     spoken.show();
 }
 
-QString Announcer::lastSaid() const {
-    return texts_.at((next_ + texts_.size() - 1) % texts_.size())->accessibleName();
-}
-
 }  // namespace velmorindal

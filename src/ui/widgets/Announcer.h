@@ -28,9 +28,6 @@ class Announcer final : public QWidget {
 
     void say(const QString& text);
 
-    /// What was said last.
-    QString lastSaid() const;
-
   private:
     std::array<SpokenText*, 16> texts_{};
     std::size_t next_ = 0;

@@ -8,8 +8,6 @@
 
 namespace velmorindal {
 
-class MessageDialog;
-
 /// Shows the dialogs that the container has raised, one after the other in its order, modal to the window.
 class DialogPresenter {
   public:
