@@ -71,6 +71,13 @@ TEST_F(QtFilePanelTest, OnlyXmlFilesAreOffered) {
     EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
 }
 
+TEST_F(QtFilePanelTest, ANameIsSuggestedForAFileToSave) {
+    ask(true);
+
+    EXPECT_EQ(dialog()->selectedFiles(),
+              QStringList{QString::fromStdString(path("Velmorindal settings.xml"))});
+}
+
 TEST_F(QtFilePanelTest, AChosenFileArrivesByItsWholePath) {
     std::ofstream{path("settings.xml")} << "<a/>";
     ask(false);
