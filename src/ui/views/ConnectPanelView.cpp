@@ -69,6 +69,16 @@ void ConnectPanelView::loadFailed(const std::optional<std::string>& lastError) {
     print("Could not read XML: ", lastError.value_or("Something weird happened"));
 }
 
+void ConnectPanelView::connectionFailed(std::string_view dialogText) {
+    connectionReason_ = asReason(dialogText);
+    loadReason_.clear();
+}
+
+void ConnectPanelView::forgetReasons() {
+    connectionReason_.clear();
+    loadReason_.clear();
+}
+
 std::optional<Dialog> ConnectPanelView::raisedDialog() const {
     if (!showingAlert.get()) {
         return std::nullopt;

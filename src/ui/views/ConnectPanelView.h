@@ -37,11 +37,13 @@ class ConnectPanelView {
 
     std::string_view statusText() const;
 
-    /// What the last failure or warning of this page said, to be read again under the status line once its
-    /// dialog is gone: that of loading, else that of connecting. Empty where neither the last file nor the
-    /// last attempt had any.
-    const std::string& lastReason() const { return loadReason_.empty() ? connectionReason : loadReason_; }
-    std::string connectionReason;
+    /// What the last failure or warning said, to be read again under the status line once its dialog is
+    /// gone. Empty where neither the last file nor the connection had any.
+    const std::string& lastReason() const { return loadReason_.empty() ? connectionReason_ : loadReason_; }
+    /// Takes the text of a dialog about the connection as the last reason.
+    void connectionFailed(std::string_view dialogText);
+    /// For a new connection attempt.
+    void forgetReasons();
     /// Whether the panel that asks for a file is up.
     bool filePanelIsOpen() const { return filePanelIsOpen_; }
 
@@ -65,7 +67,9 @@ class ConnectPanelView {
   private:
     FilePanel& filePanel_;
     const ChangeNotifier& objectWillChange_;
+    /// Empty where the connection failed after it.
     std::string loadReason_;
+    std::string connectionReason_;
     bool filePanelIsOpen_ = false;
     std::optional<ChosenSettings> loadedSettings_;
 };

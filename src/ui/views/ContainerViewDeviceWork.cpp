@@ -12,7 +12,7 @@ void ContainerView::startConnectionAttempt() {
     }
     connectionAttemptUnderWay_ = true;
     connectPanel.forgetLoadedSettings();
-    connectPanel.connectionReason.clear();
+    connectPanel.forgetReasons();
     dispatch_.runInBackground([this] {
         const bool connected = velmorindal.connect();
         dispatch_.postToMain([this, connected, lastError = velmorindal.connectionError.get()] {
@@ -32,7 +32,7 @@ void ContainerView::connectionAttemptEnded(bool connected, const std::optional<s
     }
     alertTitle = connected ? "Warning" : "Connection Failed";
     alertMessage = lastError.value_or("(Unknown Error)");
-    connectPanel.connectionReason = asReason(alertMessage.get());
+    connectPanel.connectionFailed(alertMessage.get());
     showingGenericAlert = true;
     print(connected ? "Connected, with warnings." : "Could not connect.");
 }

@@ -154,6 +154,22 @@ TEST_F(ConnectPanelViewTest, AFailureWithoutATextIsUnknownInTheDialogAndWeirdInT
               "An unknown error occurred\n\nSettings from the file were NOT loaded.");
 }
 
+TEST_F(ConnectPanelViewTest, TheReasonIsThatOfTheLastFailure) {
+    page.loadFailed("Missing cutoff");
+    page.connectionFailed("No dongle.\n\nPlug it in.");
+    EXPECT_EQ(page.lastReason(), "No dongle. Plug it in.");
+    page.loadFailed("Missing clarity");
+    EXPECT_EQ(page.lastReason(), "Missing clarity Settings from the file were NOT loaded.");
+}
+
+TEST_F(ConnectPanelViewTest, AFileThatLoadsTakesAwayTheReasonOfLoadingAlone) {
+    page.connectionFailed("No dongle.");
+    page.loadFailed("Missing cutoff");
+    page.loadButtonPressed();
+    filePanel.choose(file("settings.xml", completeFile));
+    EXPECT_EQ(page.lastReason(), "No dongle.");
+}
+
 TEST_F(ConnectPanelViewTest, StartsWithoutADialogAndWithEmptyTexts) {
     EXPECT_FALSE(page.showingAlert.get());
     EXPECT_EQ(page.alertTitle.get(), "");

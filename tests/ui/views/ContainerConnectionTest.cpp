@@ -26,6 +26,16 @@ TEST_F(ContainerConnectionTest, NextFromWelcomeShowsConnectAndStartsTheAttempt) 
     EXPECT_THAT(raisedTitles(), ElementsAre("Connection Failed"));
 }
 
+TEST_F(ContainerConnectionTest, ANewAttemptTakesAwayEveryReason) {
+    container.connectPanel.connectionFailed("No dongle.");
+    container.connectPanel.loadFailed("Missing cutoff");
+    container.nextButtonPressed();
+    EXPECT_EQ(container.connectPanel.lastReason(), "");
+    finishBackground();
+    EXPECT_EQ(container.connectPanel.lastReason(),
+              "Could not detect Velmorindal Dongle. Please ensure that it is plugged into a USB port.");
+}
+
 TEST_F(ContainerConnectionTest, TheResultArrivesByTheMainQueueOnly) {
     container.nextButtonPressed();
     // The progress, the error state and the result.
