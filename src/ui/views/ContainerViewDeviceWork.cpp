@@ -1,7 +1,6 @@
 #include "ui/views/ContainerView.h"
 
 #include "diagnostics/Print.h"
-#include "ui/views/Reason.h"
 
 namespace velmorindal {
 
@@ -53,13 +52,13 @@ void ContainerView::saveButtonPressed() {
         alertMessage =
             "The cutoff between short and long hums is out of the device's range.\n\n"
             "Please move its slider on the Calibration page. Nothing has been written to the device.";
-        summaryPanel.lastReason = asReason(alertMessage.get());
+        summaryPanel.cutoffRefused(alertMessage.get());
         showingGenericAlert = true;
         return;
     }
     stopPollingRun();
     print("dispatching background save");
-    summaryPanel.lastReason.clear();
+    summaryPanel.forgetReason();
     writeUnderWay_ = true;
     offerToCome_ = true;
     objectWillChange.announce();
@@ -87,7 +86,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         if (lastError) {
             alertTitle = "Warning";
             alertMessage = *lastError;
-            summaryPanel.lastReason = asReason(*lastError);
+            summaryPanel.writeEndedWith(*lastError);
             showingGenericAlert = true;
             print("Saved, with warnings.");
         }
@@ -100,7 +99,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         // "Unknwon" is meant to be spelled so.
         alertMessage = lastError.value_or("(Unknwon Error)") +
                        "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
-        summaryPanel.lastReason = asReason(alertMessage.get());
+        summaryPanel.writeEndedWith(alertMessage.get());
         showingGenericAlert = true;
         print("Could not save.");
     }

@@ -1,6 +1,7 @@
 #include "ui/views/SummaryPanelView.h"
 
 #include "settingsfile/TwoDecimals.h"
+#include "ui/views/Reason.h"
 
 namespace velmorindal {
 namespace {
@@ -71,6 +72,24 @@ std::string_view SummaryPanelView::statusText() const {
         return writtenText;
     }
     return "";
+}
+
+std::string_view SummaryPanelView::lastReason() const {
+    return reasonIsCutoff_ && velmorindal.cutoffFitsDevice() ? std::string_view{} : reason_;
+}
+
+void SummaryPanelView::writeEndedWith(std::string_view dialogText) {
+    reason_ = asReason(dialogText);
+    reasonIsCutoff_ = false;
+}
+
+void SummaryPanelView::cutoffRefused(std::string_view dialogText) {
+    reason_ = asReason(dialogText);
+    reasonIsCutoff_ = true;
+}
+
+void SummaryPanelView::forgetReason() {
+    reason_.clear();
 }
 
 std::optional<ProgressBar> SummaryPanelView::progressBar() const {

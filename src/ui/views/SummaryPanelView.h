@@ -45,12 +45,22 @@ class SummaryPanelView {
     static constexpr std::string_view writtenText =
         "Settings successfully written. Please restart your Velmorindal.";
 
-    /// What the last write that failed or was a warning said, to be read again once its dialog is gone; empty
-    /// where there was none since the last write began.
-    std::string lastReason;
+    /// What the last write that failed or was a warning said, or that its cutoff was refused, to be read
+    /// again once its dialog is gone. Empty where there was none since the last write began, and once a
+    /// refused cutoff has become one that fits the device.
+    std::string_view lastReason() const;
+    /// Both take the text of a dialog.
+    void writeEndedWith(std::string_view dialogText);
+    void cutoffRefused(std::string_view dialogText);
+    /// For a new write.
+    void forgetReason();
 
     /// The bar under that text, only while writing.
     std::optional<ProgressBar> progressBar() const;
+
+  private:
+    std::string reason_;
+    bool reasonIsCutoff_ = false;
 };
 
 }  // namespace velmorindal

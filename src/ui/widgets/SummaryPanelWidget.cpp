@@ -62,7 +62,7 @@ void SummaryPanelWidget::refresh() {
         setShown(rows_[i].value, shown);
     }
     showWhereAny(status_, view_.statusText());
-    showWhereAny(reason_, view_.lastReason);
+    showWhereAny(reason_, view_.lastReason());
     const auto bar = view_.progressBar();
     if (bar) {
         progress_->setBar(*bar);

@@ -58,6 +58,17 @@ TEST_F(ContainerWriteDialogsTest, ACutoffThatTheDeviceCannotHoldIsRefusedBeforeA
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
 }
 
+TEST_F(ContainerWriteDialogsTest, ThatTheCutoffWasRefusedIsShownUntilItFits) {
+    velmorindal.cutoff = 5000.0F;
+    container.saveButtonPressed();
+    EXPECT_THAT(container.summaryPanel.lastReason(), testing::StartsWith("The cutoff between"));
+    velmorindal.cutoff = 2.0F;
+    EXPECT_EQ(container.summaryPanel.lastReason(), "");
+
+    container.writeEnded(false, "The reason.");
+    EXPECT_THAT(container.summaryPanel.lastReason(), testing::StartsWith("The reason. Please restart"));
+}
+
 TEST_F(ContainerWriteDialogsTest, AFailureWithoutATextIsAnUnknwonError) {
     // No settings were ever read: the model refuses without a text.
     container.saveButtonPressed();
