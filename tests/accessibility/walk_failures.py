@@ -120,10 +120,12 @@ class FailedWrites(Walk):
         self.ready_to_save()
         self.dongle.tell("next relayConfig pulled-out")
         self.fails(LOST.format("RC/TC"))
-        self.fails("The Velmorindal is not connected, or the connection has been lost.\n\n"
-                   "Please ensure your device is connected and run this program again.")
+        not_connected = ("The Velmorindal is not connected, or the connection has been lost.\n\n"
+                         "Please ensure your device is connected and run this program again.")
+        self.fails(not_connected)
         self.press("Back", "Back", "Back", "Back")
-        self.hears_page(texts.connect_page(texts.BROKEN), "Close")
+        reason = texts.save_failed(not_connected)[1]
+        self.hears_page(texts.connect_page(texts.BROKEN, reason=reason), "Close")
 
     def test_a_silent_device_while_writing(self):
         self.ready_to_save()

@@ -80,6 +80,8 @@ void Announcements::sayArrival(wizardState page) {
             for (const SummaryPanelView::Row& row : container_.summaryPanel.rows()) {
                 say(row.label + " " + row.value);
             }
+            sayStatus();
+            say(container_.summaryPanel.lastReason());
             break;
     }
 }

@@ -100,6 +100,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         alertMessage = lastError.value_or("(Unknwon Error)") +
                        "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
         summaryPanel.writeEndedWith(alertMessage.get());
+        connectPanel.connectionFailed(alertMessage.get());
         showingGenericAlert = true;
         print("Could not save.");
     }

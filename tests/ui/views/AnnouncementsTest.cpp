@@ -50,6 +50,15 @@ TEST_F(AnnouncementsTest, TheRowsOfTheSummaryAreSaidOnArrival) {
     EXPECT_EQ(arrivalAt(wizardState::Summary), "Mode: Direct mode\nOutput: Switch Jack #2\nClarity: 0.50");
 }
 
+TEST_F(AnnouncementsTest, TheReasonOfAFailedWriteIsSaidOnArrivalAfterTheRows) {
+    container.currentState = wizardState::Summary;
+    container.writeEnded(false, "The reason.");
+    container.dismiss(DialogId::generic);
+    velmorindal.connectionState = ConnectionStatus::writing;
+    EXPECT_THAT(said(), HasSubstr("Clarity: 0.50\nWriting data...\nWrite progress 0 percent\nThe reason. Please"));
+    EXPECT_EQ(said(), "");
+}
+
 TEST_F(AnnouncementsTest, AConnectionIsSaidAtItsEndsAndEachStatusOnce) {
     said();
     EXPECT_THAT(arrivalAt(wizardState::Connect), HasSubstr("Initializing..."));

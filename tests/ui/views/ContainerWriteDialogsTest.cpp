@@ -98,6 +98,13 @@ TEST_F(ContainerWriteDialogsTest, AWriteWithoutAConnectionSaysWhyItWasRefused) {
         "this program again.");
 }
 
+TEST_F(ContainerWriteDialogsTest, TheReasonOfAFailedWriteStandsOnTheConnectPageToo) {
+    container.writeEnded(false, "The reason.");
+
+    EXPECT_EQ(container.connectPanel.lastReason(), container.summaryPanel.lastReason());
+    EXPECT_THAT(container.connectPanel.lastReason(), testing::StartsWith("The reason. Please restart"));
+}
+
 TEST_F(ContainerWriteDialogsTest, AStepThatTheDeviceRefusesIsShownWithItsCode) {
     InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
