@@ -63,6 +63,7 @@ void Announcements::sayArrival(wizardState page) {
                 say(std::string{explanation.label}.append(" ").append(explanation.text));
             }
             say(entersGroup ? "" : ModePanelView::question);
+            say(next_ ? "" : nextIsGone);
             break;
         case wizardState::Output:
             say(entersGroup ? "" : OutputPanelView::question);

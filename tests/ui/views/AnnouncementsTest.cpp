@@ -105,6 +105,14 @@ TEST_F(AnnouncementsTest, NextIsSaidWhenItGoesAndReturns) {
     EXPECT_EQ(said(), Announcements::nextIsBack);
 }
 
+TEST_F(AnnouncementsTest, ThatNextIsNotThereIsSaidAtTheEndOfTheArrival) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.longEnabled = false;
+    said();
+    EXPECT_THAT(arrivalAt(wizardState::Mode), testing::EndsWith("\nNext is not available. Enable an output."));
+    EXPECT_EQ(said(), "");
+}
+
 TEST_F(AnnouncementsTest, ADisplayIsSaidWhenItRunsAndStopsAndEachHumBetween) {
     said();
     arrivalAt(wizardState::Calibration);
