@@ -16,6 +16,7 @@ Announcements::Announcements(ContainerView& container, const FocusPlan& plan)
 
 std::optional<std::string> Announcements::due() {
     if (container_.isCovered()) {
+        missHums();
         return std::nullopt;
     }
     texts_.clear();
@@ -37,6 +38,10 @@ std::optional<std::string> Announcements::due() {
     return whole;
 }
 
+void Announcements::missHums() {
+    container_.calibrationPanel.takeHumsInWords();
+}
+
 void Announcements::sayArrival(wizardState page) {
     // The name of a group of choices is said with the choice that has the focus.
     const bool entersGroup = plan_.onArrival() == FocusPlace::firstControl;
@@ -45,7 +50,7 @@ void Announcements::sayArrival(wizardState page) {
     next_ = offersNext();
     display_ = PollingState::none;
     stale_ = false;
-    container_.calibrationPanel.takeHumsInWords();
+    missHums();
     switch (page) {
         case wizardState::Welcome:
             sayHeading(WelcomePanelView::title);

@@ -34,6 +34,9 @@ class Announcements {
     /// What is to be said now, one text a line, after the page has been refreshed; nothing if there is none.
     std::optional<std::string> due();
 
+    /// Nothing can be said now: a hum that has ended by now is past, and is not said later.
+    void missHums();
+
   private:
     void sayArrival(wizardState page);
     void sayHeading(std::string_view heading);

@@ -57,6 +57,7 @@ void MainWindow::refresh() {
 void MainWindow::announce() {
     // Before it is active, and while another window is, its words would be cut off.
     if (!isActiveWindow()) {
+        announcements_.missHums();
         return;
     }
     if (const auto text = announcements_.due()) {

@@ -130,6 +130,23 @@ TEST_F(AnnouncementsTest, ADisplayIsSaidWhenItRunsAndStopsAndEachHumBetween) {
     EXPECT_EQ(said(), Announcements::clarityStopped);
 }
 
+TEST_F(AnnouncementsTest, AHumThatADialogCoveredIsPastWhenItIsGone) {
+    said();
+    arrivalAt(wizardState::Calibration);
+    velmorindal.pollingState = PollingState::duration;
+    said();
+    container.connectPanel.loadFailed("Missing cutoff");
+    ++velmorindal.readingsReceived;
+    velmorindal.detectedDuration = 1.6;
+    EXPECT_EQ(said(), "");
+    container.dismiss(DialogId::loadError);
+    EXPECT_EQ(said(), "");
+
+    ++velmorindal.readingsReceived;
+    velmorindal.detectedDuration = 0.4;
+    EXPECT_EQ(said(), "0.40 seconds, short");
+}
+
 TEST_F(AnnouncementsTest, AWriteIsSaidAtItsEnds) {
     said();
     arrivalAt(wizardState::Summary);

@@ -1,13 +1,29 @@
 #include "ui/widgets/MainWindow.h"
 
 #include <QScreen>
+#include <algorithm>
 
 #include "ui/widgets/WindowTest.h"
 
 namespace velmorindal {
 namespace {
 
-using MainWindowTest = WindowTest;
+class MainWindowTest : public WindowTest {
+  protected:
+    /// Whether a screen reader was given a text with this in it.
+    bool hasSaid(const char* words) {
+        const auto texts = window().findChildren<SpokenText*>();
+        return std::ranges::any_of(texts, [words](const SpokenText* text) {
+            return text->accessibleName().contains(QLatin1String{words});
+        });
+    }
+
+    void humArrives(double seconds) {
+        ++velmorindal.readingsReceived;
+        velmorindal.detectedDuration = seconds;
+        settle();
+    }
+};
 
 TEST_F(MainWindowTest, ItsTitleIsThatOfTheProgram) {
     EXPECT_EQ(window().windowTitle(), QStringLiteral("Velmorindal Setup"));
@@ -65,6 +81,25 @@ TEST_F(MainWindowTest, ARememberedFrameThatCannotBeReadIsIgnored) {
     openWindow();
 
     EXPECT_EQ(window().size(), window().minimumSize());
+}
+
+TEST_F(MainWindowTest, AHumWhileAnotherWindowIsActiveIsNotSaidLater) {
+    show(wizardState::Calibration);
+    velmorindal.pollingState = PollingState::duration;
+    settle();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(eventually([this] { return !window().isActiveWindow(); }));
+    humArrives(1.6);
+
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    settle();
+    humArrives(0.4);
+
+    EXPECT_TRUE(hasSaid("0.40 seconds, short"));
+    EXPECT_FALSE(hasSaid("1.60 seconds"));
 }
 
 TEST_F(MainWindowTest, ItGrowsWithTheFont) {
