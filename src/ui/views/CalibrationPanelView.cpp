@@ -121,7 +121,7 @@ CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
             .text = "",
             .lit = reached,
             .description = reached ? "Above threshold" : "Below threshold",
-            .reading = velmorindal.pollingState.get() == PollingState::clarity
+            .reading = velmorindal.pollingState.get() == PollingState::clarity && readings_.anyReading()
                            ? number(velmorindal.detectedClarity.get())
                            : "",
             .muted = readingsAreStale()};

@@ -25,13 +25,15 @@ void CalibrationReadings::takePending() {
         display_ = running;
         lastHum_ = 0.0;
         clarityHums_ = {};
-        if (running != PollingState::none && !pending_) {
-            latest_ = clock_();
-        }
+        anyReading_ = false;
+        // What is pending came before the display changed.
+        pending_ = false;
+        latest_ = clock_();
     }
     if (!std::exchange(pending_, false)) {
         return;
     }
+    anyReading_ = running != PollingState::none;
     if (running == PollingState::clarity) {
         if (const auto highest = clarityHums_.next(model_.detectedClarity.get())) {
             hums_.push_back({.measurement = running, .value = *highest});
@@ -50,6 +52,11 @@ void CalibrationReadings::update() {
 double CalibrationReadings::lastHum() {
     update();
     return lastHum_;
+}
+
+bool CalibrationReadings::anyReading() {
+    update();
+    return anyReading_;
 }
 
 std::vector<CalibrationReadings::Hum> CalibrationReadings::takeHums() {

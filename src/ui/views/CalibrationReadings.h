@@ -42,6 +42,9 @@ class CalibrationReadings {
     /// display.
     double lastHum();
 
+    /// Whether the running display has brought a reading.
+    bool anyReading();
+
     /// The hums that have ended since the last call, in order.
     std::vector<Hum> takeHums();
 
@@ -62,6 +65,7 @@ class CalibrationReadings {
     std::uint64_t seen_ = 0;
     bool pending_ = false;
     PollingState display_ = PollingState::none;
+    bool anyReading_ = false;
     Time latest_{};
     double lastHum_ = 0.0;
     HumDetector clarityHums_;

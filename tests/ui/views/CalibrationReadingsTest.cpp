@@ -98,6 +98,19 @@ TEST_F(CalibrationReadingsTest, NumbersStandBesideSlidersAndIndicators) {
     EXPECT_EQ(page.clarityIndicator().reading, "0.72");
 }
 
+TEST_F(CalibrationReadingsTest, NoNumberStandsBesideTheIndicatorBeforeTheFirstReadingOfTheDisplay) {
+    clarityArrives(0.9);
+    velmorindal.pollingState = PollingState::clarity;
+    EXPECT_EQ(page.clarityIndicator().reading, "");
+    clarityArrives(0.0);
+    EXPECT_EQ(page.clarityIndicator().reading, "0.00");
+
+    velmorindal.pollingState = PollingState::none;
+    EXPECT_EQ(page.clarityIndicator().reading, "");
+    velmorindal.pollingState = PollingState::clarity;
+    EXPECT_EQ(page.clarityIndicator().reading, "");
+}
+
 TEST_F(CalibrationReadingsTest, ReadingsAreStaleAfterTwoSecondsWithoutOneWhileADisplayRuns) {
     passes(milliseconds{10'000});
     EXPECT_FALSE(page.readingsAreStale());
