@@ -1,5 +1,6 @@
 #include "ui/views/CalibrationPanelView.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "diagnostics/Print.h"
@@ -16,8 +17,15 @@ ProgressBar readingBar(double value, double maximum, bool muted) {
             .foregroundColor = muted ? colors::grey : colors::blue};
 }
 
-std::string number(double value) {
-    return twoDecimals(static_cast<float>(value));
+/// Rounded, but cut where a reading below the threshold would look as if it had reached it.
+std::string number(double value, float threshold) {
+    constexpr float step = 0.01F;
+    const auto reading = static_cast<float>(value);
+    std::string text = twoDecimals(reading);
+    if (reading < threshold && text == twoDecimals(threshold)) {
+        return twoDecimals(std::max(reading - step, 0.0F));
+    }
+    return text;
 }
 
 }  // namespace
@@ -102,11 +110,11 @@ std::vector<std::string> CalibrationPanelView::takeHumsInWords() {
     for (const CalibrationReadings::Hum& hum : readings_.takeHums()) {
         const auto value = static_cast<float>(hum.value);
         if (hum.measurement == PollingState::clarity) {
-            words.push_back(number(hum.value) + (value >= velmorindal.clarity.get()
+            words.push_back(number(hum.value, velmorindal.clarity.get()) + (value >= velmorindal.clarity.get()
                                                      ? ", above the threshold"
                                                      : ", below the threshold"));
         } else {
-            words.push_back(number(hum.value) + " seconds, " +
+            words.push_back(number(hum.value, velmorindal.cutoff.get()) + " seconds, " +
                             (value >= velmorindal.cutoff.get() ? "long" : "short"));
         }
     }
@@ -122,7 +130,7 @@ CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
             .lit = reached,
             .description = reached ? "Above threshold" : "Below threshold",
             .reading = velmorindal.pollingState.get() == PollingState::clarity && readings_.anyReading()
-                           ? number(velmorindal.detectedClarity.get())
+                           ? number(velmorindal.detectedClarity.get(), velmorindal.clarity.get())
                            : "",
             .muted = readingsAreStale()};
 }
@@ -133,7 +141,7 @@ std::array<CalibrationPanelView::Indicator, 2> CalibrationPanelView::durationInd
     const bool reachesCutoff = duration >= velmorindal.cutoff.get();
     const bool isShort = hummed && !reachesCutoff;
     const bool isLong = hummed && reachesCutoff;
-    const std::string reading = number(heardDuration()) + " s";
+    const std::string reading = number(heardDuration(), velmorindal.cutoff.get()) + " s";
     const bool muted = readingsAreStale();
     return {{{.accessibleName = "Duration indicator",
               .text = "Short hum",

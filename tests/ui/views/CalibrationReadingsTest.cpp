@@ -98,6 +98,26 @@ TEST_F(CalibrationReadingsTest, NumbersStandBesideSlidersAndIndicators) {
     EXPECT_EQ(page.clarityIndicator().reading, "0.72");
 }
 
+TEST_F(CalibrationReadingsTest, AReadingBelowTheThresholdDoesNotLookAsIfItHadReachedIt) {
+    velmorindal.clarity = 0.55F;
+    velmorindal.cutoff = 1.005F;
+    velmorindal.pollingState = PollingState::clarity;
+    clarityArrives(0.05);
+    EXPECT_EQ(page.clarityIndicator().reading, "0.05");
+    clarityArrives(0.546);
+    EXPECT_EQ(page.clarityIndicator().reading, "0.54");
+    clarityArrives(0.05);
+    EXPECT_THAT(page.takeHumsInWords(), ElementsAre("0.54, below the threshold"));
+    clarityArrives(0.55);
+    EXPECT_EQ(page.clarityIndicator().reading, "0.55");
+
+    velmorindal.pollingState = PollingState::duration;
+    ASSERT_EQ(page.thresholdText(CalibrationPanelView::cutoffSlider), "1.00 s");
+    durationArrives(1.0);
+    EXPECT_EQ(page.durationIndicators()[0].reading, "0.99 s");
+    EXPECT_THAT(page.takeHumsInWords(), ElementsAre("0.99 seconds, short"));
+}
+
 TEST_F(CalibrationReadingsTest, NoNumberStandsBesideTheIndicatorBeforeTheFirstReadingOfTheDisplay) {
     clarityArrives(0.9);
     velmorindal.pollingState = PollingState::clarity;
