@@ -7,7 +7,8 @@ namespace velmorindal {
 /// Finds the hums in a series of clarity readings.
 ///
 /// A hum begins when the clarity has risen by a tenth above its lowest since the last hum, and is over when
-/// it has fallen to half of its highest. So neither the noise of a room nor a hum's fading tail is one.
+/// it has fallen halfway from its highest back to that. So neither the noise of a room, however loud, nor a
+/// hum's fading tail is one. The first reading only tells how loud the room is.
 class HumDetector {
   public:
     /// @returns the highest clarity of the hum that is over with this reading, if one is.
@@ -15,7 +16,7 @@ class HumDetector {
 
   private:
     bool humming_ = false;
-    double lowest_ = 0.0;
+    std::optional<double> lowest_;
     double highest_ = 0.0;
 };
 

@@ -18,18 +18,26 @@ std::vector<double> humsIn(const std::vector<double>& readings) {
     return hums;
 }
 
-TEST(HumDetector, AHumIsToldOnceByItsHighestClarityWhenItHasFallenToHalfOfThat) {
-    EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.37}), testing::IsEmpty());
-    EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.36, 0.05, 0.05}), testing::ElementsAre(0.72));
+TEST(HumDetector, AHumIsToldOnceByItsHighestClarityWhenItHasFallenHalfOfItsRise) {
+    EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.39}), testing::IsEmpty());
+    EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.38, 0.05, 0.05}), testing::ElementsAre(0.72));
 }
 
 TEST(HumDetector, NeitherNoiseNorAFadingTailIsAHum) {
     EXPECT_THAT(humsIn({0.05, 0.08, 0.02, 0.09, 0.0}), testing::IsEmpty());
-    EXPECT_THAT(humsIn({0.8, 0.39, 0.3, 0.2, 0.1, 0.05, 0.0}), testing::ElementsAre(0.8));
+    EXPECT_THAT(humsIn({0.0, 0.8, 0.39, 0.3, 0.2, 0.1, 0.05, 0.0}), testing::ElementsAre(0.8));
 }
 
 TEST(HumDetector, EachOfSeveralHumsIsTold) {
-    EXPECT_THAT(humsIn({0.5, 0.1, 0.9, 0.2, 0.31, 0.1}), testing::ElementsAre(0.5, 0.9, 0.31));
+    EXPECT_THAT(humsIn({0.1, 0.5, 0.1, 0.9, 0.2, 0.31, 0.1}), testing::ElementsAre(0.5, 0.9, 0.31));
+}
+
+TEST(HumDetector, HumsAreToldOverNoiseAboveHalfOfTheirClarity) {
+    EXPECT_THAT(humsIn({0.3, 0.55, 0.31, 0.3, 0.55, 0.3}), testing::ElementsAre(0.55, 0.55));
+}
+
+TEST(HumDetector, TheFirstReadingIsNoHum) {
+    EXPECT_THAT(humsIn({0.3, 0.3, 0.3, 0.1}), testing::IsEmpty());
 }
 
 }  // namespace
