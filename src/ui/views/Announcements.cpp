@@ -49,7 +49,7 @@ void Announcements::sayArrival(wizardState page) {
     progressBegun_ = false;
     next_ = offersNext();
     display_ = PollingState::none;
-    stale_ = false;
+    trouble_ = {};
     missHums();
     switch (page) {
         case wizardState::Welcome:
@@ -164,9 +164,11 @@ void Announcements::sayDisplay() {
             say(running == PollingState::clarity ? clarityRuns : durationRuns);
         }
     }
-    const bool stale = container_.calibrationPanel.readingsAreStale();
-    if (!std::exchange(stale_, stale) && stale) {
-        say(CalibrationPanelView::staleReadingsText);
+    const std::string_view trouble = container_.calibrationPanel.trouble();
+    const std::uint64_t runs = container_.calibrationPanel.runsBegun();
+    const bool begunAgain = std::exchange(runsBegun_, runs) != runs;
+    if (std::exchange(trouble_, trouble) != trouble || begunAgain) {
+        say(trouble);
     }
 }
 

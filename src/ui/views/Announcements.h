@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,7 +58,8 @@ class Announcements {
     bool progressBegun_ = false;
     bool next_ = false;
     PollingState display_ = PollingState::none;
-    bool stale_ = false;
+    std::string_view trouble_;
+    std::uint64_t runsBegun_ = 0;
     std::vector<std::string> texts_;
 };
 

@@ -55,23 +55,58 @@ void CalibrationPanelView::showDurationPressed() {
 
 void CalibrationPanelView::toggle(PollingState measurement) {
     const PollingState old = velmorindal.pollingState.get();
-    // A run that is only starting has no state yet; it counts as the measurement it was begun for.
-    const bool starting = old == PollingState::none && velmorindal.bgIsProcessing;
-    const PollingState running = starting ? begun_ : old;
+    // A run that is only starting counts as the measurement it was begun for.
+    const PollingState running = isStarting() ? begun_ : old;
     const PollingState wanted = running == measurement ? PollingState::none : measurement;
     print("Setting polling state from ", old, wanted);
-    if (starting || old != PollingState::none) {
-        velmorindal.stopPollingAndWait();
-    }
+    stop();
     if (wanted == PollingState::none) {
         return;
     }
     begun_ = measurement;
+    ++runsBegun_;
     if (measurement == PollingState::clarity) {
         velmorindal.beginClarityPolling();
     } else {
         velmorindal.beginDurationPolling();
     }
+    // The run has nothing to announce yet, and may never have.
+    velmorindal.objectWillChange.announce();
+}
+
+void CalibrationPanelView::stop() {
+    begun_ = PollingState::none;
+    if (isStarting() || velmorindal.pollingState.get() != PollingState::none) {
+        velmorindal.stopPollingAndWait();
+    }
+}
+
+bool CalibrationPanelView::isStarting() const {
+    // A run that is only starting is processing already, and has no state yet.
+    return velmorindal.pollingState.get() == PollingState::none && velmorindal.bgIsProcessing;
+}
+
+bool CalibrationPanelView::endedUnasked() const {
+    return begun_ != PollingState::none && velmorindal.pollingState.get() == PollingState::none &&
+           !velmorindal.bgIsProcessing;
+}
+
+std::string_view CalibrationPanelView::trouble() const {
+    if (endedUnasked()) {
+        return couldNotStartText;
+    }
+    return readingsAreStale() ? staleReadingsText : std::string_view{};
+}
+
+std::string_view CalibrationPanelView::troubleWith(PollingState measurement) const {
+    const PollingState shown = endedUnasked() ? begun_ : velmorindal.pollingState.get();
+    return measurement == shown ? trouble() : std::string_view{};
+}
+
+std::optional<std::chrono::milliseconds> CalibrationPanelView::untilNextLook() const {
+    // That a run has ended before it had a state is not announced.
+    constexpr std::chrono::milliseconds whileStarting{100};
+    return isStarting() ? whileStarting : readings_.untilStale();
 }
 
 int CalibrationPanelView::position(const Slider& slider) const {
@@ -111,8 +146,8 @@ std::vector<std::string> CalibrationPanelView::takeHumsInWords() {
         const auto value = static_cast<float>(hum.value);
         if (hum.measurement == PollingState::clarity) {
             words.push_back(number(hum.value, velmorindal.clarity.get()) + (value >= velmorindal.clarity.get()
-                                                     ? ", above the threshold"
-                                                     : ", below the threshold"));
+                                                                                ? ", above the threshold"
+                                                                                : ", below the threshold"));
         } else {
             words.push_back(number(hum.value, velmorindal.cutoff.get()) + " seconds, " +
                             (value >= velmorindal.cutoff.get() ? "long" : "short"));

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -96,6 +97,11 @@ class CalibrationPanelView {
     static constexpr std::string_view staleReadingsText =
         "No readings are arriving. Check that the dongle is plugged in and the Velmorindal is turned on.";
 
+    /// In the same place, when a display has ended unasked, most often because the device did not let it
+    /// start.
+    static constexpr std::string_view couldNotStartText =
+        "The display could not start. Check that the dongle is plugged in and the Velmorindal is turned on.";
+
     bool showClarityEnabled() const;
     bool showDurationEnabled() const;
 
@@ -103,6 +109,8 @@ class CalibrationPanelView {
     /// the other kind is stopped first. Blocks until a run that is stopped has wound down.
     void showClarityPressed();
     void showDurationPressed();
+    /// Stops a run, also one that is only starting, and waits until it has wound down.
+    void stop();
 
     /// The position at which a slider stands.
     int position(const Slider& slider) const;
@@ -120,8 +128,14 @@ class CalibrationPanelView {
 
     /// Whether a display runs and readings have stopped coming: what is shown is not live.
     bool readingsAreStale() const { return readings_.stale(); }
+    /// Which of the two texts stands beside the button of a measurement; empty for none.
+    std::string_view troubleWith(PollingState measurement) const;
+    /// The same for whichever measurement has one.
+    std::string_view trouble() const;
+    /// How many runs have been begun.
+    std::uint64_t runsBegun() const { return runsBegun_; }
     /// When to ask again, if nothing else happens.
-    std::optional<std::chrono::milliseconds> untilStale() const { return readings_.untilStale(); }
+    std::optional<std::chrono::milliseconds> untilNextLook() const;
 
     /// What each hum that has ended since the last call came to: "1.60 seconds, long".
     std::vector<std::string> takeHumsInWords();
@@ -133,11 +147,16 @@ class CalibrationPanelView {
 
   private:
     void toggle(PollingState measurement);
+    bool isStarting() const;
+    /// The run begun last is over, and nobody has stopped it.
+    bool endedUnasked() const;
     /// What the last hum counts as, and how long it was.
     double heardDuration() const;
 
-    /// The measurement begun last: a run that is only starting has not set the model's `pollingState` yet.
+    /// The measurement begun last and not stopped: a run that is only starting has not set the model's
+    /// `pollingState` yet.
     PollingState begun_ = PollingState::none;
+    std::uint64_t runsBegun_ = 0;
     /// Asking it makes it take in what has come meanwhile.
     mutable CalibrationReadings readings_;
 };

@@ -120,7 +120,7 @@ void ContainerView::nextButtonPressed() {
         print("That's weird.");
     } else {
         if (page == wizardState::Calibration) {
-            stopPollingRun();
+            calibrationPanel.stop();
         }
         // The device's settings are all there; the end of the attempt may come after the first change on a
         // page.
@@ -142,7 +142,7 @@ void ContainerView::backButtonPressed() {
         print("That's weird.");
     } else if (page != wizardState::Summary || !writeUnderWay_) {
         if (page == wizardState::Calibration) {
-            stopPollingRun();
+            calibrationPanel.stop();
         }
         currentState = preceding(page);
     }
@@ -164,15 +164,8 @@ void ContainerView::closeButtonPressed() {
         return;
     }
     print("Setting polling state from ", velmorindal.pollingState.get(), PollingState::none);
-    stopPollingRun();
+    calibrationPanel.stop();
     terminate_();
-}
-
-void ContainerView::stopPollingRun() {
-    // A run that is only starting is processing already, and has no state yet.
-    if (velmorindal.pollingState.get() != PollingState::none || velmorindal.bgIsProcessing) {
-        velmorindal.stopPollingAndWait();
-    }
 }
 
 }  // namespace velmorindal

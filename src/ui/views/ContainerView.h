@@ -135,7 +135,6 @@ class ContainerView {
     /// A file that was loaded while the device's settings were being read must not come out mixed with them:
     /// once they are all there, its settings are put in place again.
     void applyLoadedSettings();
-    void stopPollingRun();
 
     Dispatch& dispatch_;
     FilePanel& filePanel_;

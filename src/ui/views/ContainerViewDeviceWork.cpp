@@ -56,7 +56,7 @@ void ContainerView::saveButtonPressed() {
         showingGenericAlert = true;
         return;
     }
-    stopPollingRun();
+    calibrationPanel.stop();
     print("dispatching background save");
     summaryPanel.forgetReason();
     writeUnderWay_ = true;

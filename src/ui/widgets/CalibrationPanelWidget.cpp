@@ -36,13 +36,14 @@ CalibrationPanelWidget::CalibrationPanelWidget(CalibrationPanelView& view)
     column().addLayout(grid_);
 
     addSectionTexts(View::clarityHeading, View::clarityExplanation);
-    clarity_.show = addShowRow(View::showClarityLabel, Qt::Key_H, &View::showClarityPressed, clarity_.stale);
+    clarity_.show =
+        addShowRow(View::showClarityLabel, Qt::Key_H, &View::showClarityPressed, clarity_.trouble);
     clarity_.meter = new ThresholdMeter{view, View::claritySlider, View::clarityBarName};
     clarity_.indicators = addMeterRow(clarity_.meter, {view.clarityIndicator()});
 
     addSectionTexts(View::durationHeading, View::durationExplanation);
     duration_.show =
-        addShowRow(View::showDurationLabel, Qt::Key_D, &View::showDurationPressed, duration_.stale);
+        addShowRow(View::showDurationLabel, Qt::Key_D, &View::showDurationPressed, duration_.trouble);
     duration_.meter = new ThresholdMeter{view, View::cutoffSlider, View::durationBarName};
     const auto described = view.durationIndicators();
     duration_.indicators = addMeterRow(duration_.meter, {described.begin(), described.end()});
@@ -63,17 +64,19 @@ void CalibrationPanelWidget::addSectionTexts(std::string_view heading, std::stri
 }
 
 ShowButton* CalibrationPanelWidget::addShowRow(std::string_view label, Qt::Key shortcut,
-                                               void (CalibrationPanelView::*pressed)(), TextLabel*& stale) {
+                                               void (CalibrationPanelView::*pressed)(), TextLabel*& trouble) {
     auto* button = new ShowButton{toQString(label)};
     button->setAutoDefault(true);
     button->setShortcut(Qt::ALT | shortcut);
     connect(button, &QPushButton::clicked, this, [&view = view_, pressed] { (view.*pressed)(); });
-    stale = new TextLabel{TextRole::Body, CalibrationPanelView::staleReadingsText};
-    mayBeHidden(stale);
+    trouble = new TextLabel{TextRole::Body, CalibrationPanelView::staleReadingsText};
+    trouble->mayShow({toQString(CalibrationPanelView::staleReadingsText),
+                      toQString(CalibrationPanelView::couldNotStartText)});
+    mayBeHidden(trouble);
     auto* row = new QHBoxLayout;
     row->setSpacing(2 * look::spacing());
     row->addWidget(button, 0, Qt::AlignTop);
-    row->addWidget(stale, 1);
+    row->addWidget(trouble, 1);
     row->addStretch();
     grid_->addLayout(row, grid_->rowCount(), 0, 1, 2);
     return button;
@@ -108,13 +111,12 @@ std::vector<CalibrationPanelWidget::IndicatorRow> CalibrationPanelWidget::addMet
 
 void CalibrationPanelWidget::refresh() {
     const PollingState running = view_.velmorindal.pollingState.get();
-    const bool stale = view_.readingsAreStale();
     setEnabledIfChanged(clarity_.show, view_.showClarityEnabled());
     setEnabledIfChanged(duration_.show, view_.showDurationEnabled());
     clarity_.show->setRunning(running == PollingState::clarity);
     duration_.show->setRunning(running == PollingState::duration);
-    setShown(clarity_.stale, stale && running == PollingState::clarity);
-    setShown(duration_.stale, stale && running == PollingState::duration);
+    showWhereAny(clarity_.trouble, view_.troubleWith(PollingState::clarity));
+    showWhereAny(duration_.trouble, view_.troubleWith(PollingState::duration));
     clarity_.meter->refresh(view_.clarityBar());
     duration_.meter->refresh(view_.durationBar(), view_.lastHum());
     refreshIndicator(clarity_.indicators.front(), view_.clarityIndicator());

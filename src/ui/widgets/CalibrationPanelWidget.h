@@ -33,14 +33,14 @@ class CalibrationPanelWidget final : public PageWidget {
     /// What belongs to one measurement.
     struct Section {
         ShowButton* show = nullptr;
-        TextLabel* stale = nullptr;
+        TextLabel* trouble = nullptr;
         ThresholdMeter* meter = nullptr;
         std::vector<IndicatorRow> indicators;
     };
 
     void addSectionTexts(std::string_view heading, std::string_view explanation);
     ShowButton* addShowRow(std::string_view label, Qt::Key shortcut, void (CalibrationPanelView::*pressed)(),
-                           TextLabel*& stale);
+                           TextLabel*& trouble);
     std::vector<IndicatorRow> addMeterRow(ThresholdMeter* meter,
                                           const std::vector<CalibrationPanelView::Indicator>& indicators);
     static void refreshIndicator(const IndicatorRow& row, const CalibrationPanelView::Indicator& indicator);

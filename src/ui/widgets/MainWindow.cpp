@@ -29,10 +29,10 @@ MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
       announcements_{view, content_->focusPlan()},
       dialogs_{view, *this},
       refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] { refresh(); }} {
-    staleTimer_.setSingleShot(true);
+    lookTimer_.setSingleShot(true);
     afterFocus_.setSingleShot(true);
     connect(&afterFocus_, &QTimer::timeout, this, &MainWindow::announce);
-    connect(&staleTimer_, &QTimer::timeout, this, &MainWindow::refresh);
+    connect(&lookTimer_, &QTimer::timeout, this, &MainWindow::refresh);
     setWindowTitle(QStringLiteral("Velmorindal Setup"));
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins(0, 0, 0, 0);
@@ -47,10 +47,10 @@ void MainWindow::refresh() {
     content_->refresh();
     dialogs_.refresh();
     announce();
-    if (const auto wait = view_.calibrationPanel.untilStale()) {
-        staleTimer_.start(*wait);
+    if (const auto wait = view_.calibrationPanel.untilNextLook()) {
+        lookTimer_.start(*wait);
     } else {
-        staleTimer_.stop();
+        lookTimer_.stop();
     }
 }
 

@@ -45,8 +45,8 @@ class MainWindow final : public QWidget {
     ContainerWidget* content_;
     Announcer* announcer_;
     Announcements announcements_;
-    /// Notices that readings have stopped coming.
-    QTimer staleTimer_;
+    /// Notices that readings have stopped coming, or that a display did not start.
+    QTimer lookTimer_;
     /// Lets the focus, which is spoken first, go before what is announced.
     QTimer afterFocus_;
     DialogPresenter dialogs_;

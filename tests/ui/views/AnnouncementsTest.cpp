@@ -55,7 +55,8 @@ TEST_F(AnnouncementsTest, TheReasonOfAFailedWriteIsSaidOnArrivalAfterTheRows) {
     container.writeEnded(false, "The reason.");
     container.dismiss(DialogId::generic);
     velmorindal.connectionState = ConnectionStatus::writing;
-    EXPECT_THAT(said(), HasSubstr("Clarity: 0.50\nWriting data...\nWrite progress 0 percent\nThe reason. Please"));
+    EXPECT_THAT(said(),
+                HasSubstr("Clarity: 0.50\nWriting data...\nWrite progress 0 percent\nThe reason. Please"));
     EXPECT_EQ(said(), "");
 }
 
@@ -109,7 +110,8 @@ TEST_F(AnnouncementsTest, ThatNextIsNotThereIsSaidAtTheEndOfTheArrival) {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.longEnabled = false;
     said();
-    EXPECT_THAT(arrivalAt(wizardState::Mode), testing::EndsWith("\nNext is not available. Enable an output."));
+    EXPECT_THAT(arrivalAt(wizardState::Mode),
+                testing::EndsWith("\nNext is not available. Enable an output."));
     EXPECT_EQ(said(), "");
 }
 

@@ -134,15 +134,15 @@ TEST_F(CalibrationReadingsTest, NoNumberStandsBesideTheIndicatorBeforeTheFirstRe
 TEST_F(CalibrationReadingsTest, ReadingsAreStaleAfterTwoSecondsWithoutOneWhileADisplayRuns) {
     passes(milliseconds{10'000});
     EXPECT_FALSE(page.readingsAreStale());
-    EXPECT_EQ(page.untilStale(), std::nullopt);
+    EXPECT_EQ(page.untilNextLook(), std::nullopt);
 
     velmorindal.pollingState = PollingState::clarity;
-    EXPECT_EQ(page.untilStale(), milliseconds{2001});
+    EXPECT_EQ(page.untilNextLook(), milliseconds{2001});
     passes(milliseconds{2000});
     EXPECT_FALSE(page.readingsAreStale());
     passes(milliseconds{1});
     EXPECT_TRUE(page.readingsAreStale());
-    EXPECT_EQ(page.untilStale(), std::nullopt);
+    EXPECT_EQ(page.untilNextLook(), std::nullopt);
 
     clarityArrives(0.9);
     EXPECT_FALSE(page.readingsAreStale());

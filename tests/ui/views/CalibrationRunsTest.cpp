@@ -1,4 +1,5 @@
 #include "support/InProcessDongle.h"
+#include "ui/views/Announcements.h"
 #include "ui/views/WizardTest.h"
 
 namespace velmorindal {
@@ -123,6 +124,69 @@ TEST_F(CalibrationRunsTest, ARunThatTheDeviceRefusedCanBeStartedAgain) {
                 ElementsAre("Setting polling state from  none clarity"));
 
     EXPECT_TRUE(runsOn(PollingState::clarity));
+}
+
+TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsToldBesideItsButtonUntilTheNextPress) {
+    for (const PollingState measurement : {PollingState::clarity, PollingState::duration}) {
+        const bool clarity = measurement == PollingState::clarity;
+        const auto press =
+            clarity ? &CalibrationPanelView::showClarityPressed : &CalibrationPanelView::showDurationPressed;
+        if (clarity) {
+            dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
+        } else {
+            dongle.onNext(VelmorindalMessageType::lastHumDuration, Fault::silence());
+        }
+        (page.*press)();
+        EXPECT_EQ(page.trouble(), "");
+        ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return !velmorindal.bgIsProcessing; }));
+        EXPECT_EQ(page.troubleWith(measurement), CalibrationPanelView::couldNotStartText);
+        EXPECT_EQ(page.troubleWith(clarity ? PollingState::duration : PollingState::clarity), "");
+        EXPECT_EQ(page.untilNextLook(), std::nullopt);
+
+        (page.*press)();
+        EXPECT_EQ(page.trouble(), "");
+        ASSERT_TRUE(runsOn(measurement));
+        (page.*press)();
+        EXPECT_EQ(page.trouble(), "");
+    }
+}
+
+TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsForgottenWhenThePageIsLeft) {
+    container.currentState = wizardState::Calibration;
+    dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
+    page.showClarityPressed();
+    finishBackground();
+    ASSERT_NE(page.trouble(), "");
+    container.backButtonPressed();
+    EXPECT_EQ(page.trouble(), "");
+
+    container.nextButtonPressed();
+    page.showClarityPressed();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    container.nextButtonPressed();
+    EXPECT_EQ(page.trouble(), "");
+}
+
+TEST_F(CalibrationRunsTest, ARunThatIsOnlyStartingIsLookedAtAgainSoon) {
+    int changes = 0;
+    const auto subscription = velmorindal.objectWillChange.subscribe([&] { ++changes; });
+    beginRunThatIsOnlyStarting();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(page.untilNextLook(), std::chrono::milliseconds{100});
+}
+
+TEST_F(CalibrationRunsTest, EachDisplayThatDidNotStartIsSaidOnce) {
+    container.currentState = wizardState::Calibration;
+    FocusPlan plan{container};
+    Announcements announcements{container, plan};
+    announcements.due();
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
+        page.showClarityPressed();
+        finishBackground();
+        EXPECT_EQ(announcements.due(), CalibrationPanelView::couldNotStartText);
+        EXPECT_EQ(announcements.due(), std::nullopt);
+    }
 }
 
 TEST_F(CalibrationRunsTest, NoNavigationButtonIsShownWhileARunShowsReadings) {
