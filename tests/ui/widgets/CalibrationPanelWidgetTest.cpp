@@ -110,6 +110,17 @@ TEST_F(CalibrationPanelWidgetTest, NoNavigationButtonIsThereWhileAMeasurementRun
     EXPECT_TRUE(navigation().isEmpty());
 }
 
+TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsToldThoughNothingAnnouncesItsEnd) {
+    const auto text = QString::fromUtf8(CalibrationPanelView::couldNotStartText);
+    EXPECT_FALSE(showsText(text));
+
+    // There is no dongle.
+    press(QStringLiteral("Show Clarity"));
+    dispatch.waitForBackground();
+
+    EXPECT_TRUE(eventually([&] { return showsText(text); }));
+}
+
 TEST_F(CalibrationPanelWidgetTest, TheBarsShowTheReadings) {
     velmorindal.detectedClarity = 0.25;
     velmorindal.detectedDuration = 6.0;
