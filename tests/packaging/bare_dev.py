@@ -5,6 +5,8 @@ import stat
 import subprocess
 
 DEVICES = ("null", "zero", "full", "random", "urandom", "tty")
+# A shell reads "<(command)" through the first.
+LINKS = {"fd": "/proc/self/fd", "stdin": "fd/0", "stdout": "fd/1", "stderr": "fd/2"}
 
 
 def mount(*arguments):
@@ -17,6 +19,8 @@ def make_bare_dev(directory):
     for name in DEVICES:
         (directory / name).touch()
         mount("--bind", f"/dev/{name}", directory / name)
+    for name, target in LINKS.items():
+        (directory / name).symlink_to(target)
     (directory / "pts").mkdir()
     mount("--bind", "/dev/pts", directory / "pts")
     (directory / "shm").mkdir(mode=0o1777)
