@@ -7,9 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <future>
 #include <limits>
-#include <memory>
 #include <system_error>
 #include <thread>
 
@@ -34,23 +32,6 @@ bool hasOutputWaiting(int descriptor) {
     return ::ioctl(descriptor, TIOCOUTQ, &waiting) == 0 && waiting > 0;
 }
 
-/// Returns when another thread is about to close the descriptor, or has. The end of the process ends its
-/// wait: the kernel interrupts a thread in close(), and does not interrupt itself when it closes what a
-/// process has left open.
-void closeElsewhere(int descriptor) {
-    const auto begun = std::make_shared<std::promise<void>>();
-    try {
-        std::thread{[descriptor, begun] {
-            begun->set_value();
-            ::close(descriptor);
-        }}.detach();
-        begun->get_future().wait();
-    } catch (const std::system_error&) {
-        // No threads are left.
-        ::close(descriptor);
-    }
-}
-
 }  // namespace
 
 System::Clock::time_point PosixSystem::now() {
@@ -70,10 +51,6 @@ int PosixSystem::openExclusively(const std::string& path, int accessMode,
         descriptor = velmorindal::openExclusively(path, accessMode);
         reason = errno;
     }
-    if (descriptor != -1) {
-        const std::lock_guard lock{mutex_};
-        open_.insert(descriptor);
-    }
     errno = reason;
     return descriptor;
 }
@@ -87,25 +64,16 @@ void PosixSystem::endExclusiveUse(int descriptor) {
 }
 
 void PosixSystem::close(int descriptor) {
-    {
-        const std::lock_guard lock{mutex_};
-        open_.erase(descriptor);
+    if (!hasOutputWaiting(descriptor)) {
+        ::close(descriptor);
+        return;
     }
-    if (hasOutputWaiting(descriptor)) {
-        closeElsewhere(descriptor);
-    } else {
+    try {
+        std::thread{[descriptor] { ::close(descriptor); }}.detach();
+    } catch (const std::system_error&) {
+        // No threads are left.
         ::close(descriptor);
     }
-}
-
-void PosixSystem::closeBeforeTheEnd() {
-    const std::lock_guard lock{mutex_};
-    for (const int descriptor : open_) {
-        if (hasOutputWaiting(descriptor)) {
-            closeElsewhere(descriptor);
-        }
-    }
-    open_.clear();
 }
 
 std::ptrdiff_t PosixSystem::read(int descriptor, std::span<std::uint8_t> buffer) {

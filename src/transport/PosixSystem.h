@@ -1,20 +1,12 @@
 #pragma once
 
-#include <mutex>
-#include <set>
-
 #include "transport/System.h"
 
 namespace velmorindal {
 
-/// The operating system itself.
+/// The operating system itself. Has no state: any number of them are the same.
 class PosixSystem : public System {
   public:
-    /// Starts to close, on other threads, whatever was opened here, is still open and has output that the
-    /// device has not taken. For the end of the process, which would wait for that output otherwise: reads
-    /// and writes that are under way may find the descriptor closed.
-    void closeBeforeTheEnd();
-
     Clock::time_point now() override;
     void sleepFor(Clock::duration duration) override;
     int openExclusively(const std::string& path, int accessMode,
@@ -28,10 +20,6 @@ class PosixSystem : public System {
     std::optional<std::size_t> linkCount(int descriptor) override;
     bool lineAttributes(int descriptor, termios& attributes) override;
     bool setLineAttributes(int descriptor, const termios& attributes) override;
-
-  private:
-    std::mutex mutex_;
-    std::set<int> open_;
 };
 
 }  // namespace velmorindal

@@ -19,8 +19,7 @@ namespace {
 
 /// Ends the process where it stands. A background thread may still be inside an exchange with the device, and
 /// nothing that it touches may be destroyed under it.
-void leave(velmorindal::PosixSystem& line) {
-    line.closeBeforeTheEnd();
+void leave() {
     std::fflush(nullptr);
     std::_Exit(EXIT_SUCCESS);
 }
@@ -53,7 +52,7 @@ int main(int argc, char** argv) {
 
     velmorindal::QtDispatch dispatch;
     velmorindal::Wizard wizard{dispatch, system, velmorindal::DongleSearch::fromEnvironment(),
-                               velmorindal::QtFilePanel::Kind::native, [&line] { leave(line); }};
+                               velmorindal::QtFilePanel::Kind::native, leave};
     const velmorindal::QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};
     wizard.show();
     QApplication::exec();
