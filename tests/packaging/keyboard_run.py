@@ -69,7 +69,7 @@ class Program:
 
 
 class Screen:
-    """An X server without a window manager."""
+    """An X server with a window manager: without one, Qt 6.8 can lose the keyboard when a dialog closes."""
 
     def __init__(self, stack):
         # A number that nobody else has. The first free one is not for asking: where processes have a name space of
@@ -85,6 +85,19 @@ class Screen:
             self.display = ":" + ready.readline().strip()
         if self.display != number:
             raise Gone(f"the X server {number}")
+        self.manage(stack)
+
+    def manage(self, stack):
+        reader, writer = os.pipe()
+        # Whoever it starts says when it manages the windows.
+        manager = subprocess.Popen(["openbox", "--startup", f"sh -c 'echo ready >/proc/{os.getpid()}/fd/{writer}'"],
+                                   env=os.environ | {"DISPLAY": self.display}, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        stack.callback(manager.wait)
+        stack.callback(manager.terminate)
+        with os.fdopen(reader) as ready:
+            ready.readline()
+        os.close(writer)
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True,
