@@ -89,7 +89,7 @@ class Screen:
 
     def manage(self, stack):
         reader, writer = os.pipe()
-        # Whoever it starts says when it manages the windows.
+        # What it starts says that it manages the windows.
         manager = subprocess.Popen(["openbox", "--startup", f"sh -c 'echo ready >/proc/{os.getpid()}/fd/{writer}'"],
                                    env=os.environ | {"DISPLAY": self.display}, stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)

@@ -38,9 +38,6 @@ class Desktop:
 
     def __init__(self, stack):
         self.screen = keyboard_run.Screen(stack)
-        manager = stack.enter_context(subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": self.screen.display},
-                                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
-        stack.callback(manager.kill)
 
     def windows(self, title):
         return self.screen.xdotool("search", "--onlyvisible", "--name", f"^{title}$")
