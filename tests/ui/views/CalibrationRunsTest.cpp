@@ -129,24 +129,25 @@ TEST_F(CalibrationRunsTest, ARunThatTheDeviceRefusedCanBeStartedAgain) {
 TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsToldBesideItsButtonUntilTheNextPress) {
     for (const PollingState measurement : {PollingState::clarity, PollingState::duration}) {
         const bool clarity = measurement == PollingState::clarity;
-        const auto press =
-            clarity ? &CalibrationPanelView::showClarityPressed : &CalibrationPanelView::showDurationPressed;
+        const auto press = [this, clarity] {
+            clarity ? page.showClarityPressed() : page.showDurationPressed();
+        };
         if (clarity) {
             dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
         } else {
             dongle.onNext(VelmorindalMessageType::lastHumDuration, Fault::silence());
         }
-        (page.*press)();
+        press();
         EXPECT_EQ(page.trouble(), "");
         ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return !velmorindal.bgIsProcessing; }));
         EXPECT_EQ(page.troubleWith(measurement), CalibrationPanelView::couldNotStartText);
         EXPECT_EQ(page.troubleWith(clarity ? PollingState::duration : PollingState::clarity), "");
         EXPECT_EQ(page.untilNextLook(), std::nullopt);
 
-        (page.*press)();
+        press();
         EXPECT_EQ(page.trouble(), "");
         ASSERT_TRUE(runsOn(measurement));
-        (page.*press)();
+        press();
         EXPECT_EQ(page.trouble(), "");
     }
 }
