@@ -12,7 +12,7 @@ namespace {
 
 constexpr int descriptorOfAll = 100;
 
-/// The name of the dongle, in a directory of its own. A search looks at what kind of node it finds.
+/// The name of the dongle, alone in a directory. A search looks at what kind of node it finds.
 class Node {
   public:
     Node() { std::filesystem::create_symlink("/dev/null", link()); }

@@ -176,7 +176,7 @@ def whole_setup(hearing):
     hearing.key("alt+h", "The clarity display has stopped.")
     hearing.key("Tab", "Show Duration button")
     hearing.key("space", f"The duration {DISPLAY}")
-    # The first answer tells of a hum before the display, and is dropped.
+    # The first answer reports a hum from before the display and is dropped.
     wait_for("the second question", lambda: hearing.dongle.received().count("63 62 6c 00") > 1)
     hearing.tells("hum 40", "1.60 seconds, long")
     hearing.tells("hum 10", "0.40 seconds, short")

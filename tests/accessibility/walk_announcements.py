@@ -155,7 +155,7 @@ class Announcements(Walk):
         self.becomes(self.buttons, ["Cancel", "Back", "Next"], "the buttons")
         self.ears.forget()
         self.press("Show Duration")
-        # The first answer tells of a hum before the display, and is dropped.
+        # The first answer reports a hum from before the display and is dropped.
         self.becomes(lambda: self.dongle.received().count("63 62 6c 00") > 1, True, "the second question")
         self.dongle.tell("hum 50")
         self.announced("shown", pyatspi.ROLE_NOTIFICATION, f"The duration {runs}", "2.00 seconds, long")

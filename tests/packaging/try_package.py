@@ -4,7 +4,7 @@ person without privileges, removes the package, and finds the system as it was.
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc try_package.py PACKAGE DIRECTORY
 
-The system is made in DIRECTORY, which must be empty; whoever calls removes it. For root.
+The system is made in DIRECTORY, which must be empty; the caller removes it. For root.
 """
 
 import hashlib

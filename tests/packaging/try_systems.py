@@ -3,7 +3,7 @@
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc try_systems.py SOURCE ROOTS RESULTS NAME...
 
-The systems are made in the directory ROOTS; whoever calls removes it. RESULTS gets what was printed in each, and its
+The systems are made in the directory ROOTS; the caller removes it. RESULTS gets what was printed in each, and its
 package. For root.
 """
 

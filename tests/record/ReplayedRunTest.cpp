@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using testing::IsEmpty;
 using Type = VelmorindalMessageType;
 
-/// A model in a world of its own, whose line is recorded.
+/// A model on virtual time whose line is recorded.
 struct RecordedWorld : VirtualWorld {
     explicit RecordedWorld(const fs::path& file) : recording{system, file} {}
     ~RecordedWorld() { end(); }

@@ -82,7 +82,7 @@ class UsbDevice:
         self._server = threading.Thread(target=self._serve, args=(ours,), daemon=True)
         self._server.start()
         write(CONTROLLER / "attach", f"{self._port} {theirs.fileno()} {0x10001 + self._port} {self.speed}")
-        # The controller has taken a reference of its own.
+        # The controller holds its own reference.
         theirs.close()
 
     def pull(self):
