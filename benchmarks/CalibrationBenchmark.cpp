@@ -27,11 +27,11 @@
 #include <thread>
 #include <vector>
 
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "ui/widgets/ApplicationSetup.h"
-#include "ui/widgets/ProgressBarWidget.h"
-#include "wizard/WizardDriver.h"
+#include "ApplicationSetup.h"
+#include "ProgressBarWidget.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDongle.h"
+#include "WizardDriver.h"
 
 namespace velmorindal {
 namespace {

@@ -18,9 +18,9 @@
 #include <string>
 #include <vector>
 
-#include "support/TemporaryDirectory.h"
-#include "ui/widgets/ApplicationSetup.h"
-#include "wizard/Tour.h"
+#include "ApplicationSetup.h"
+#include "TemporaryDirectory.h"
+#include "Tour.h"
 
 namespace {
 

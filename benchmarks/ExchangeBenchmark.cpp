@@ -25,12 +25,12 @@
 #include <string>
 #include <vector>
 
+#include "DongleProbe.h"
 #include "ExchangePeer.h"
-#include "protocol/VCVersion.h"
-#include "session/DongleProbe.h"
-#include "session/VelmorindalSwitch.h"
-#include "support/ImmediateDispatch.h"
-#include "transport/PosixSystem.h"
+#include "ImmediateDispatch.h"
+#include "PosixSystem.h"
+#include "VCVersion.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

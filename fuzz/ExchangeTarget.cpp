@@ -6,16 +6,16 @@
 #include <optional>
 #include <string_view>
 
+#include "DongleProbe.h"
 #include "FatalStop.h"
 #include "FrameOracle.h"
+#include "FuzzedLine.h"
+#include "ImmediateDispatch.h"
+#include "MessageClass.h"
+#include "PrintedLines.h"
+#include "RawValue.h"
 #include "Requirement.h"
-#include "ScriptedLine.h"
-#include "protocol/MessageClass.h"
-#include "protocol/RawValue.h"
-#include "session/DongleProbe.h"
-#include "session/VelmorindalSwitch.h"
-#include "support/ImmediateDispatch.h"
-#include "support/PrintedLines.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {
@@ -97,7 +97,7 @@ class Exchange {
 
   private:
     void openPort() {
-        auto port = std::make_shared<SerialPort>(ScriptedLine::path(), line_);
+        auto port = std::make_shared<SerialPort>(FuzzedLine::path(), line_);
         port->openPort();
         port->setSettings(dongleLine);
         model_.serialPort = port;
@@ -167,7 +167,7 @@ class Exchange {
         const bool dongle = frame && !writeGoesWrong(1, 4) && oracle::isUTF8(text) &&
                             std::string{text.begin(), text.end()}.starts_with("Velmorindal");
         require(
-            model_.listDevices() == (dongle ? std::vector{ScriptedLine::path()} : std::vector<std::string>{}),
+            model_.listDevices() == (dongle ? std::vector{FuzzedLine::path()} : std::vector<std::string>{}),
             "a dongle is listed for its version text");
     }
 
@@ -214,11 +214,11 @@ class Exchange {
     }
 
     const std::uint8_t code_;
-    ScriptedLine line_;
+    FuzzedLine line_;
     Stream expected_;
     PrintedLines& output_;
     ImmediateDispatch dispatch_;
-    VelmorindalSwitch model_{dispatch_, line_, {.directory = ScriptedLine::directory()}};
+    VelmorindalSwitch model_{dispatch_, line_, {.directory = FuzzedLine::directory()}};
 };
 
 }  // namespace

@@ -7,11 +7,11 @@
 
 #include "FatalStop.h"
 #include "FrameOracle.h"
+#include "HexText.h"
+#include "MessageClass.h"
+#include "PrintedLines.h"
 #include "Requirement.h"
-#include "protocol/HexText.h"
-#include "protocol/MessageClass.h"
-#include "protocol/VelmorindalMessageFactory.h"
-#include "support/PrintedLines.h"
+#include "VelmorindalMessageFactory.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
 #include "FatalStop.h"
 
-#include "diagnostics/FatalError.h"
+#include "FatalError.h"
 
 namespace velmorindal {
 

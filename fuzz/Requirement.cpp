@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 

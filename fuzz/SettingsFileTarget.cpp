@@ -10,13 +10,13 @@
 #include <string>
 
 #include "ConversionOracle.h"
+#include "ImmediateDispatch.h"
+#include "PosixSystem.h"
+#include "Print.h"
+#include "PrintedLines.h"
 #include "Requirement.h"
-#include "diagnostics/Print.h"
-#include "session/VelmorindalSwitch.h"
-#include "support/ImmediateDispatch.h"
-#include "support/PrintedLines.h"
-#include "support/TemporaryDirectory.h"
-#include "transport/PosixSystem.h"
+#include "TemporaryDirectory.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

@@ -1,7 +1,7 @@
 // Any text as a Boolean value and as a number, and any float as a text: the program's conversions beside the
 // oracle's.
 
-#include "settingsfile/TextConversions.h"
+#include "TextConversions.h"
 
 #include <bit>
 #include <cmath>
@@ -11,9 +11,9 @@
 #include <string>
 
 #include "ConversionOracle.h"
+#include "Print.h"
 #include "Requirement.h"
-#include "diagnostics/Print.h"
-#include "settingsfile/TwoDecimals.h"
+#include "TwoDecimals.h"
 
 namespace velmorindal {
 namespace {

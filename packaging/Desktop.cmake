@@ -8,10 +8,10 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/invalid.velmorindal.setup.metainfo.xml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
 add_executable(velmorindal-render-icon RenderIcon.cpp)
-target_link_libraries(velmorindal-render-icon PRIVATE velmorindal_core velmorindal_flags Qt6::Gui Qt6::Svg)
+target_link_libraries(velmorindal-render-icon PRIVATE velmorindal_diagnostics velmorindal_flags Qt6::Gui Qt6::Svg)
 set_target_properties(velmorindal-render-icon PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
 
-set(logo ${PROJECT_SOURCE_DIR}/src/ui/widgets/images/logo.svg)
+set(logo ${PROJECT_SOURCE_DIR}/src/ui/look/images/logo.svg)
 set(icon_theme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 install(FILES ${logo} DESTINATION ${icon_theme}/scalable/apps RENAME velmorindal-setup.svg)
 foreach(size 16 22 24 32 48 64 96 128 256 512)

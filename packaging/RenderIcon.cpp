@@ -10,7 +10,7 @@
 #include <QSvgRenderer>
 #include <cstdlib>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 int main(int argumentCount, char** arguments) {
     if (argumentCount != 4) {

@@ -1,10 +1,10 @@
-#include "simulator/DeviceState.h"
+#include "DeviceState.h"
 
 #include <array>
 #include <span>
 #include <string_view>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -1,9 +1,9 @@
-#include "simulator/Fault.h"
+#include "Fault.h"
 
 #include <utility>
 
-#include "protocol/VelmorindalMessageType.h"
-#include "simulator/WireFrame.h"
+#include "VelmorindalMessageType.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {

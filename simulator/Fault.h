@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "simulator/FaultScript.h"
+#include "FaultScript.h"
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "simulator/Fault.h"
+#include "Fault.h"
 
 namespace velmorindal {
 

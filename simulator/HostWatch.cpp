@@ -1,4 +1,4 @@
-#include "simulator/HostWatch.h"
+#include "HostWatch.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "simulator/OwnedDescriptor.h"
+#include "OwnedDescriptor.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "simulator/HumSeries.h"
+#include "HumSeries.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "simulator/OutgoingLine.h"
+#include "OutgoingLine.h"
 
 #include <algorithm>
 #include <utility>

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

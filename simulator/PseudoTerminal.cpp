@@ -1,4 +1,4 @@
-#include "simulator/PseudoTerminal.h"
+#include "PseudoTerminal.h"
 
 #include <fcntl.h>
 #include <poll.h>

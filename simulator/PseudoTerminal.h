@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "simulator/OwnedDescriptor.h"
+#include "OwnedDescriptor.h"
 
 namespace velmorindal {
 

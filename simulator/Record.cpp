@@ -1,4 +1,4 @@
-#include "simulator/Record.h"
+#include "Record.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
-#include "simulator/Replay.h"
+#include "Replay.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "simulator/WireFrame.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {

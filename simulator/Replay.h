@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/Record.h"
+#include "Record.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "simulator/ReplayPort.h"
+#include "ReplayPort.h"
 
 #include <poll.h>
 #include <unistd.h>

@@ -6,10 +6,10 @@
 #include <string>
 #include <thread>
 
-#include "simulator/HostWatch.h"
-#include "simulator/PseudoTerminal.h"
-#include "simulator/Replay.h"
-#include "simulator/WakeUp.h"
+#include "HostWatch.h"
+#include "PseudoTerminal.h"
+#include "Replay.h"
+#include "WakeUp.h"
 
 namespace velmorindal {
 

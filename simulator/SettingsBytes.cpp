@@ -1,4 +1,4 @@
-#include "simulator/SettingsBytes.h"
+#include "SettingsBytes.h"
 
 #include <bit>
 

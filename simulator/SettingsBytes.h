@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <span>
 
-#include "protocol/VelmorindalCommand.h"
-#include "simulator/DeviceState.h"
+#include "DeviceState.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

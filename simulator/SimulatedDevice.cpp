@@ -1,11 +1,11 @@
-#include "simulator/SimulatedDevice.h"
+#include "SimulatedDevice.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "protocol/VelmorindalMessageType.h"
-#include "simulator/SettingsBytes.h"
-#include "simulator/WireFrame.h"
+#include "SettingsBytes.h"
+#include "VelmorindalMessageType.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {

@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
-#include "simulator/DeviceState.h"
-#include "simulator/HumSeries.h"
+#include "DeviceState.h"
+#include "HumSeries.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

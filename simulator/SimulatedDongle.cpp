@@ -1,4 +1,4 @@
-#include "simulator/SimulatedDongle.h"
+#include "SimulatedDongle.h"
 
 #include <algorithm>
 #include <utility>

@@ -11,14 +11,14 @@
 #include <string>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
-#include "protocol/VelmorindalMessageType.h"
-#include "simulator/DeviceState.h"
-#include "simulator/Fault.h"
-#include "simulator/FaultScript.h"
-#include "simulator/OutgoingLine.h"
-#include "simulator/SimulatedDevice.h"
-#include "simulator/WireFrame.h"
+#include "DeviceState.h"
+#include "Fault.h"
+#include "FaultScript.h"
+#include "OutgoingLine.h"
+#include "SimulatedDevice.h"
+#include "VelmorindalCommand.h"
+#include "VelmorindalMessageType.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 

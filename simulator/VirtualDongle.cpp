@@ -1,4 +1,4 @@
-#include "simulator/VirtualDongle.h"
+#include "VirtualDongle.h"
 
 #include <poll.h>
 #include <unistd.h>

@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <thread>
 
-#include "simulator/HostWatch.h"
-#include "simulator/PseudoTerminal.h"
-#include "simulator/SimulatedDongle.h"
-#include "simulator/WakeUp.h"
+#include "HostWatch.h"
+#include "PseudoTerminal.h"
+#include "SimulatedDongle.h"
+#include "WakeUp.h"
 
 namespace velmorindal {
 

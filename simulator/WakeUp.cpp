@@ -1,4 +1,4 @@
-#include "simulator/WakeUp.h"
+#include "WakeUp.h"
 
 #include <fcntl.h>
 #include <unistd.h>

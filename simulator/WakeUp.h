@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/OwnedDescriptor.h"
+#include "OwnedDescriptor.h"
 
 namespace velmorindal {
 

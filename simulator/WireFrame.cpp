@@ -1,4 +1,4 @@
-#include "simulator/WireFrame.h"
+#include "WireFrame.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -8,11 +8,11 @@
 #include <span>
 #include <string>
 
-#include "diagnostics/Print.h"
-#include "simulator/CommandLine.h"
-#include "simulator/Record.h"
-#include "simulator/ReplayPort.h"
-#include "simulator/VirtualDongle.h"
+#include "Print.h"
+#include "Record.h"
+#include "ReplayPort.h"
+#include "SimulatorCommandLine.h"
+#include "VirtualDongle.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ sigset_t blockStopSignals() {
 void printHelp() {
     writeLine(
         STDOUT_FILENO,
-        std::string{CommandLine::usage} +
+        std::string{SimulatorCommandLine::usage} +
             "\nServes a simulated dongle and device as DIRECTORY/cu.usbmodem-simulated until interrupted.\n"
             "\n"
             "Options:\n"
@@ -98,19 +98,19 @@ bool replayUntilStopped(const std::string& record, const std::string& directory)
 
 int main(int argumentCount, char** arguments) {
     const std::span<const char* const> all{arguments, static_cast<std::size_t>(argumentCount)};
-    const CommandLine commandLine = readCommandLine(all.subspan(all.empty() ? 0 : 1));
+    const SimulatorCommandLine commandLine = readCommandLine(all.subspan(all.empty() ? 0 : 1));
     switch (commandLine.request) {
-        case CommandLine::Request::help:
+        case SimulatorCommandLine::Request::help:
             printHelp();
             return success;
-        case CommandLine::Request::version:
+        case SimulatorCommandLine::Request::version:
             writeLine(STDOUT_FILENO, "velmorindal-simulator " VELMORINDAL_VERSION);
             return success;
-        case CommandLine::Request::refused:
+        case SimulatorCommandLine::Request::refused:
             writeLine(STDERR_FILENO,
-                      "velmorindal-simulator: " + commandLine.complaint + " " + CommandLine::usage);
+                      "velmorindal-simulator: " + commandLine.complaint + " " + SimulatorCommandLine::usage);
             return wrongUsage;
-        case CommandLine::Request::serve:
+        case SimulatorCommandLine::Request::serve:
             break;
     }
     try {

@@ -1,11 +1,11 @@
-#include "diagnostics/FatalError.h"
+#include "FatalError.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 

@@ -1,6 +1,6 @@
-#include "protocol/FloatPair.h"
+#include "FloatPair.h"
 
-#include "protocol/PayloadReader.h"
+#include "PayloadReader.h"
 
 namespace velmorindal {
 

@@ -1,9 +1,9 @@
-#include "protocol/PayloadReader.h"
+#include "PayloadReader.h"
 
 #include <bit>
 
-#include "protocol/RawValue.h"
-#include "protocol/VelmorindalCommand.h"
+#include "RawValue.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "protocol/VelmorindalMessageType.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 

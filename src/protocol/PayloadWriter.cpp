@@ -1,4 +1,4 @@
-#include "protocol/PayloadWriter.h"
+#include "PayloadWriter.h"
 
 #include <bit>
 

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "protocol/RawValue.h"
-#include "protocol/VelmorindalCommand.h"
-#include "protocol/VelmorindalMessageType.h"
+#include "RawValue.h"
+#include "VelmorindalCommand.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
-#include "protocol/VCAutoTune.h"
+#include "VCAutoTune.h"
 
-#include "protocol/FloatPair.h"
-#include "protocol/PayloadWriter.h"
+#include "FloatPair.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

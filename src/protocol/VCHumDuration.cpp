@@ -1,7 +1,7 @@
-#include "protocol/VCHumDuration.h"
+#include "VCHumDuration.h"
 
-#include "protocol/PayloadReader.h"
-#include "protocol/PayloadWriter.h"
+#include "PayloadReader.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

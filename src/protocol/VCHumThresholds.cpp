@@ -1,7 +1,7 @@
-#include "protocol/VCHumThresholds.h"
+#include "VCHumThresholds.h"
 
-#include "protocol/FloatPair.h"
-#include "protocol/PayloadWriter.h"
+#include "FloatPair.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

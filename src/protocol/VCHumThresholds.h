@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <span>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
-#include "protocol/VCProtocolSelect.h"
+#include "VCProtocolSelect.h"
 
-#include "protocol/PayloadReader.h"
-#include "protocol/PayloadWriter.h"
+#include "PayloadReader.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
-#include "protocol/VCRelayConfig.h"
+#include "VCRelayConfig.h"
 
-#include "protocol/PayloadReader.h"
-#include "protocol/PayloadWriter.h"
+#include "PayloadReader.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

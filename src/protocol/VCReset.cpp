@@ -1,6 +1,6 @@
-#include "protocol/VCReset.h"
+#include "VCReset.h"
 
-#include "protocol/PayloadWriter.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

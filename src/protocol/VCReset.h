@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

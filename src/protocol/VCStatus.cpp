@@ -1,6 +1,6 @@
-#include "protocol/VCStatus.h"
+#include "VCStatus.h"
 
-#include "protocol/PayloadReader.h"
+#include "PayloadReader.h"
 
 namespace velmorindal {
 

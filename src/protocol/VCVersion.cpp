@@ -1,9 +1,9 @@
-#include "protocol/VCVersion.h"
+#include "VCVersion.h"
 
 #include <utf8.h>
 
-#include "diagnostics/FatalError.h"
-#include "protocol/PayloadReader.h"
+#include "FatalError.h"
+#include "PayloadReader.h"
 
 namespace velmorindal {
 

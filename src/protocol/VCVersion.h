@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,6 +1,6 @@
-#include "protocol/VCWriteSettings.h"
+#include "VCWriteSettings.h"
 
-#include "protocol/PayloadWriter.h"
+#include "PayloadWriter.h"
 
 namespace velmorindal {
 

@@ -1,8 +1,8 @@
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 #include <algorithm>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

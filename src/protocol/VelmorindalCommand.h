@@ -5,8 +5,8 @@
 #include <span>
 
 #include "ByteBuffer.h"
-#include "protocol/VelmorindalError.h"
-#include "protocol/VelmorindalMessageType.h"
+#include "VelmorindalError.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "protocol/VelmorindalError.h"
+#include "VelmorindalError.h"
 
 namespace velmorindal {
 

@@ -1,21 +1,21 @@
-#include "protocol/VelmorindalMessageFactory.h"
+#include "VelmorindalMessageFactory.h"
 
 #include <algorithm>
 #include <array>
 
-#include "protocol/RawValue.h"
-#include "protocol/VCAutoTune.h"
-#include "protocol/VCHumDuration.h"
-#include "protocol/VCHumThresholds.h"
-#include "protocol/VCKeyboardConfig.h"
-#include "protocol/VCLastHumDuration.h"
-#include "protocol/VCOutputPath.h"
-#include "protocol/VCProtocolSelect.h"
-#include "protocol/VCRelayConfig.h"
-#include "protocol/VCReset.h"
-#include "protocol/VCStatus.h"
-#include "protocol/VCVersion.h"
-#include "protocol/VCWriteSettings.h"
+#include "RawValue.h"
+#include "VCAutoTune.h"
+#include "VCHumDuration.h"
+#include "VCHumThresholds.h"
+#include "VCKeyboardConfig.h"
+#include "VCLastHumDuration.h"
+#include "VCOutputPath.h"
+#include "VCProtocolSelect.h"
+#include "VCRelayConfig.h"
+#include "VCReset.h"
+#include "VCStatus.h"
+#include "VCVersion.h"
+#include "VCWriteSettings.h"
 
 namespace velmorindal {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <span>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "protocol/VelmorindalMessageType.h"
+#include "VelmorindalMessageType.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
-#include "record/FrameSplitter.h"
+#include "FrameSplitter.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "record/LineRecord.h"
+#include "LineRecord.h"
 
 #include <chrono>
 #include <utility>

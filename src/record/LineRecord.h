@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "record/FrameSplitter.h"
-#include "record/RecordFile.h"
-#include "transport/System.h"
+#include "FrameSplitter.h"
+#include "RecordFile.h"
+#include "System.h"
 
 namespace velmorindal {
 

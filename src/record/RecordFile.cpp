@@ -1,4 +1,4 @@
-#include "record/RecordFile.h"
+#include "RecordFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "record/RecordingSystem.h"
+#include "RecordingSystem.h"
 
 #include <cerrno>
 

@@ -4,8 +4,8 @@
 #include <mutex>
 #include <string>
 
-#include "record/LineRecord.h"
-#include "transport/System.h"
+#include "LineRecord.h"
+#include "System.h"
 
 namespace velmorindal {
 

@@ -1,12 +1,12 @@
 #include <chrono>
 #include <exception>
 
-#include "diagnostics/Print.h"
-#include "protocol/VCAutoTune.h"
-#include "protocol/VCLastHumDuration.h"
-#include "protocol/VelmorindalMessageFactory.h"
-#include "session/MessageCast.h"
-#include "session/VelmorindalSwitch.h"
+#include "MessageCast.h"
+#include "Print.h"
+#include "VCAutoTune.h"
+#include "VCLastHumDuration.h"
+#include "VelmorindalMessageFactory.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

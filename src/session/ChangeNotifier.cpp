@@ -1,4 +1,4 @@
-#include "session/ChangeNotifier.h"
+#include "ChangeNotifier.h"
 
 #include <utility>
 

@@ -3,16 +3,16 @@
 #include <exception>
 #include <span>
 
-#include "diagnostics/FatalError.h"
-#include "diagnostics/Print.h"
-#include "protocol/VCHumDuration.h"
-#include "protocol/VCHumThresholds.h"
-#include "protocol/VCKeyboardConfig.h"
-#include "protocol/VCOutputPath.h"
-#include "protocol/VCProtocolSelect.h"
-#include "protocol/VCRelayConfig.h"
-#include "protocol/VCWriteSettings.h"
-#include "session/VelmorindalSwitch.h"
+#include "FatalError.h"
+#include "Print.h"
+#include "VCHumDuration.h"
+#include "VCHumThresholds.h"
+#include "VCKeyboardConfig.h"
+#include "VCOutputPath.h"
+#include "VCProtocolSelect.h"
+#include "VCRelayConfig.h"
+#include "VCWriteSettings.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

@@ -2,14 +2,14 @@
 #include <string_view>
 #include <utility>
 
-#include "diagnostics/Print.h"
-#include "protocol/RawValue.h"
-#include "protocol/VCStatus.h"
-#include "protocol/VCVersion.h"
-#include "session/DongleProbe.h"
-#include "session/DongleTrouble.h"
-#include "session/MessageCast.h"
-#include "session/VelmorindalSwitch.h"
+#include "DongleProbe.h"
+#include "DongleTrouble.h"
+#include "MessageCast.h"
+#include "Print.h"
+#include "RawValue.h"
+#include "VCStatus.h"
+#include "VCVersion.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

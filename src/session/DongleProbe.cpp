@@ -1,4 +1,4 @@
-#include "session/DongleProbe.h"
+#include "DongleProbe.h"
 
 #include <utf8.h>
 
@@ -8,12 +8,12 @@
 #include <filesystem>
 #include <system_error>
 
-#include "diagnostics/Print.h"
-#include "protocol/RawValue.h"
-#include "protocol/VelmorindalCommand.h"
-#include "protocol/VelmorindalMessageType.h"
-#include "session/DongleTrouble.h"
-#include "transport/SerialPort.h"
+#include "DongleTrouble.h"
+#include "Print.h"
+#include "RawValue.h"
+#include "SerialPort.h"
+#include "VelmorindalCommand.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 namespace {

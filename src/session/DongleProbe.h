@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "transport/SerialSettings.h"
-#include "transport/System.h"
+#include "SerialSettings.h"
+#include "System.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "session/DongleSearch.h"
+#include "DongleSearch.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "session/DongleTrouble.h"
+#include "DongleTrouble.h"
 
 #include <grp.h>
 #include <sys/stat.h>
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "transport/System.h"
+#include "System.h"
 
 namespace velmorindal {
 

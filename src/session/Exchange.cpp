@@ -1,9 +1,9 @@
 #include <exception>
 #include <typeinfo>
 
-#include "diagnostics/Print.h"
-#include "protocol/VelmorindalMessageFactory.h"
-#include "session/VelmorindalSwitch.h"
+#include "Print.h"
+#include "VelmorindalMessageFactory.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

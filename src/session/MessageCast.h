@@ -1,7 +1,7 @@
 #pragma once
 
-#include "diagnostics/FatalError.h"
-#include "protocol/VelmorindalCommand.h"
+#include "FatalError.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

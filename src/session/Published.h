@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "session/ChangeNotifier.h"
-#include "session/Guarded.h"
+#include "ChangeNotifier.h"
+#include "Guarded.h"
 
 namespace velmorindal {
 

@@ -1,15 +1,15 @@
 #include <exception>
 #include <utility>
 
-#include "diagnostics/FatalError.h"
-#include "diagnostics/Print.h"
-#include "protocol/VCHumDuration.h"
-#include "protocol/VCHumThresholds.h"
-#include "protocol/VCKeyboardConfig.h"
-#include "protocol/VCOutputPath.h"
-#include "protocol/VCProtocolSelect.h"
-#include "session/MessageCast.h"
-#include "session/VelmorindalSwitch.h"
+#include "FatalError.h"
+#include "MessageCast.h"
+#include "Print.h"
+#include "VCHumDuration.h"
+#include "VCHumThresholds.h"
+#include "VCKeyboardConfig.h"
+#include "VCOutputPath.h"
+#include "VCProtocolSelect.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

@@ -9,15 +9,17 @@
 #include <string_view>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
-#include "session/ChangeNotifier.h"
-#include "session/Dispatch.h"
-#include "session/DongleSearch.h"
-#include "session/Guarded.h"
-#include "session/ModelTypes.h"
-#include "session/Published.h"
-#include "transport/SerialPort.h"
-#include "transport/System.h"
+#include "ChangeNotifier.h"
+#include "ChosenSettings.h"
+#include "Dispatch.h"
+#include "DongleSearch.h"
+#include "Guarded.h"
+#include "ModelTypes.h"
+#include "Published.h"
+#include "SerialPort.h"
+#include "SessionStates.h"
+#include "System.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 
@@ -78,15 +80,16 @@ class VelmorindalSwitch {
     /// The length of the last hum in seconds, 0 while duration polling does not run.
     Published<double> detectedDuration{objectWillChange, 0.0};
 
-    /// The text that shows a key, in pickers and in the settings file.
+    /// The tables of KeyTables.h.
     static const std::map<OutputKey, std::string>& keyDisplayStrings();
-    /// All keys in the order in which pickers offer them.
     static const std::vector<OutputKey>& keyDisplayOrder();
-    /// Two keystrokes packed as modifier, key, modifier, key, most significant byte first; the keys are USB
-    /// HID usage IDs. A single keystroke leaves the second pair zero.
     static const std::map<OutputKey, std::uint32_t>& keyCodes();
-    /// Every key whose code is `code`, in key order.
     static std::vector<OutputKey> keysWithCode(std::uint32_t code);
+
+    /// The settings being edited. Main thread.
+    ChosenSettings chosenSettings() const;
+    /// Sets all of them, one published change each. Main thread.
+    void choose(const ChosenSettings& settings);
 
     /// The paths of the dongles that answer a version query with a text starting "Velmorindal", in the order
     /// in which the directory walk met them. Blocks up to two seconds for each silent candidate; background

@@ -1,4 +1,4 @@
-#include "settingsfile/TextConversions.h"
+#include "TextConversions.h"
 
 #include <algorithm>
 #include <array>

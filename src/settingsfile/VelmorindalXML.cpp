@@ -1,12 +1,12 @@
-#include "settingsfile/VelmorindalXML.h"
+#include "VelmorindalXML.h"
 
 #include <algorithm>
 #include <array>
 
-#include "diagnostics/Print.h"
-#include "session/VelmorindalSwitch.h"
-#include "settingsfile/SettingsFileFormat.h"
-#include "settingsfile/TextConversions.h"
+#include "KeyTables.h"
+#include "Print.h"
+#include "SettingsFileFormat.h"
+#include "TextConversions.h"
 
 namespace velmorindal {
 
@@ -20,7 +20,7 @@ std::optional<typename Cases::value_type> caseNamed(std::string_view text, const
 }
 
 std::optional<OutputKey> keyShownAs(std::string_view text) {
-    const auto& shown = VelmorindalSwitch::keyDisplayStrings();
+    const auto& shown = keyDisplayStrings();
     const auto found = std::ranges::find_if(shown, [text](const auto& key) { return key.second == text; });
     return found == shown.end() ? std::nullopt : std::optional{found->first};
 }
@@ -55,7 +55,7 @@ struct Requirement {
 
 }  // namespace
 
-void VelmorindalXML::didStartElement(std::string_view name, std::span<const XMLAttribute> attributes) {
+void VelmorindalXML::parser(std::string_view name, std::span<const XMLAttribute> attributes) {
     if (name != settingsfile::elementName) {
         return;
     }

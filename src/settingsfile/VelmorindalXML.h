@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "session/ModelTypes.h"
+#include "ModelTypes.h"
 
 namespace velmorindal {
 
@@ -33,14 +33,15 @@ class VelmorindalXML {
     /// Which setting valid() found missing.
     std::optional<std::string> _lastError;
 
+    /// A parser reports the start of an element here.
+    ///
     /// Takes the settings from a VibrationSwitch element and ignores every other; a later element overwrites
     /// what an earlier one set. `name` is the name as written, prefix included. Prints the element found and
     /// each attribute that is no setting.
-    void didStartElement(std::string_view name, std::span<const XMLAttribute> attributes);
+    void parser(std::string_view name, std::span<const XMLAttribute> attributes);
 
     /// Whether every setting is there, whatever the mode needs; otherwise the first that is missing is put
-    /// into
-    /// `_lastError` and printed.
+    /// into `_lastError` and printed.
     bool valid();
 };
 

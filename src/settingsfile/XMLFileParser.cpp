@@ -1,4 +1,4 @@
-#include "settingsfile/XMLFileParser.h"
+#include "XMLFileParser.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -97,7 +97,7 @@ void reportElement(const QXmlStreamReader& reader, VelmorindalXML& delegate) {
     for (const QXmlStreamAttribute& attribute : reader.attributes()) {
         attributes.push_back({utf8(attribute.qualifiedName()), utf8(attribute.value())});
     }
-    delegate.didStartElement(utf8(reader.qualifiedName()), attributes);
+    delegate.parser(utf8(reader.qualifiedName()), attributes);
 }
 
 bool isWellFormed(TokenBoundedFile& file, VelmorindalXML& delegate) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "settingsfile/VelmorindalXML.h"
+#include "VelmorindalXML.h"
 
 namespace velmorindal {
 

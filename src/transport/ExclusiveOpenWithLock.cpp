@@ -2,8 +2,8 @@
 
 #include <cerrno>
 
-#include "transport/ExclusiveOpen.h"
-#include "transport/LineEcho.h"
+#include "ExclusiveOpen.h"
+#include "LineEcho.h"
 
 namespace velmorindal {
 

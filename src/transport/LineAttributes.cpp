@@ -1,11 +1,11 @@
-#include "transport/LineAttributes.h"
+#include "LineAttributes.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
 
-#include "diagnostics/FatalError.h"
+#include "FatalError.h"
 
 namespace velmorindal {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <termios.h>
 
-#include "transport/SerialSettings.h"
+#include "SerialSettings.h"
 
 namespace velmorindal {
 

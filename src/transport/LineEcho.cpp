@@ -1,4 +1,4 @@
-#include "transport/LineEcho.h"
+#include "LineEcho.h"
 
 #include <termios.h>
 

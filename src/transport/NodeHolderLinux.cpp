@@ -9,7 +9,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "transport/NodeHolder.h"
+#include "NodeHolder.h"
 
 namespace velmorindal {
 namespace {

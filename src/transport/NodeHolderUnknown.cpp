@@ -1,4 +1,4 @@
-#include "transport/NodeHolder.h"
+#include "NodeHolder.h"
 
 namespace velmorindal {
 

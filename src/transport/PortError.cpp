@@ -1,4 +1,4 @@
-#include "transport/PortError.h"
+#include "PortError.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "transport/PosixSystem.h"
+#include "PosixSystem.h"
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -11,8 +11,8 @@
 #include <system_error>
 #include <thread>
 
-#include "transport/ExclusiveOpen.h"
-#include "transport/SlowCallWatch.h"
+#include "ExclusiveOpen.h"
+#include "SlowCallWatch.h"
 
 namespace velmorindal {
 namespace {

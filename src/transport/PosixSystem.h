@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/System.h"
+#include "System.h"
 
 namespace velmorindal {
 

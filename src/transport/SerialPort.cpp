@@ -1,4 +1,4 @@
-#include "transport/SerialPort.h"
+#include "SerialPort.h"
 
 #include <fcntl.h>
 
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "transport/LineAttributes.h"
+#include "LineAttributes.h"
 
 namespace velmorindal {
 namespace {

@@ -12,9 +12,9 @@
 #include <string_view>
 
 #include "ByteBuffer.h"
-#include "transport/PortError.h"
-#include "transport/SerialSettings.h"
-#include "transport/System.h"
+#include "PortError.h"
+#include "SerialSettings.h"
+#include "System.h"
 
 namespace velmorindal {
 

@@ -4,7 +4,7 @@
 
 #include <iterator>
 
-#include "transport/SerialPort.h"
+#include "SerialPort.h"
 
 namespace velmorindal {
 namespace {

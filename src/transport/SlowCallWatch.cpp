@@ -1,4 +1,4 @@
-#include "transport/SlowCallWatch.h"
+#include "SlowCallWatch.h"
 
 #include <system_error>
 #include <utility>

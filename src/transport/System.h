@@ -10,7 +10,7 @@
 #include <span>
 #include <string>
 
-#include "transport/NodeHolder.h"
+#include "NodeHolder.h"
 
 namespace velmorindal {
 

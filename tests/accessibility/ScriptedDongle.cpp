@@ -1,4 +1,4 @@
-#include "accessibility/ScriptedDongle.h"
+#include "ScriptedDongle.h"
 
 #include <charconv>
 #include <functional>
@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "diagnostics/Print.h"
-#include "simulator/WireFrame.h"
+#include "Print.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {

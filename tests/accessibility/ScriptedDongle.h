@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "protocol/VelmorindalMessageType.h"
-#include "simulator/VirtualDongle.h"
+#include "VelmorindalMessageType.h"
+#include "VirtualDongle.h"
 
 namespace velmorindal {
 

@@ -5,8 +5,8 @@
 #include <exception>
 #include <string>
 
-#include "accessibility/ScriptedDongle.h"
-#include "diagnostics/Print.h"
+#include "Print.h"
+#include "ScriptedDongle.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "diagnostics/FatalError.h"
+#include "FatalError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

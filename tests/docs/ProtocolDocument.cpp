@@ -1,4 +1,4 @@
-#include "docs/ProtocolDocument.h"
+#include "ProtocolDocument.h"
 
 #include <array>
 #include <bit>
@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "protocol/HexText.h"
+#include "HexText.h"
 
 namespace velmorindal {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "docs/ProtocolDocument.h"
+#include "ProtocolDocument.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,12 +7,12 @@
 #include <fstream>
 #include <memory>
 
-#include "protocol/HexText.h"
-#include "protocol/MessageClass.h"
-#include "protocol/VelmorindalMessageFactory.h"
-#include "session/SessionTest.h"
-#include "simulator/Record.h"
-#include "simulator/SimulatedDevice.h"
+#include "HexText.h"
+#include "MessageClass.h"
+#include "Record.h"
+#include "SessionTest.h"
+#include "SimulatedDevice.h"
+#include "VelmorindalMessageFactory.h"
 
 namespace velmorindal {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <filesystem>
 
-#include "session/DongleSearch.h"
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "wizard/WizardDriver.h"
+#include "DongleSearch.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDongle.h"
+#include "WizardDriver.h"
 
 namespace velmorindal {
 namespace {

@@ -24,7 +24,7 @@ class Metadata(unittest.TestCase):
         self.assertTrue((PACKAGING / "changelog").read_text().startswith(f"velmorindal-setup ({VERSION}) "))
 
     def test_the_window_belongs_to_the_desktop_entry(self):
-        setup = (ROOT / "src/ui/widgets/ApplicationSetup.cpp").read_text()
+        setup = (ROOT / "src/app/ApplicationSetup.cpp").read_text()
         self.assertIn('setDesktopFileName(QStringLiteral("velmorindal-setup"))', setup)
         self.assertIn('setApplicationName(QStringLiteral("velmorindal-setup"))', setup)
         self.assertIn("\nStartupWMClass=velmorindal-setup\n", self.entry)

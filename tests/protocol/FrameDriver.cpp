@@ -23,10 +23,10 @@
 #include <string_view>
 #include <vector>
 
-#include "diagnostics/Print.h"
-#include "protocol/HexText.h"
-#include "protocol/MessageClass.h"
-#include "protocol/VelmorindalMessageFactory.h"
+#include "HexText.h"
+#include "MessageClass.h"
+#include "Print.h"
+#include "VelmorindalMessageFactory.h"
 
 namespace velmorindal {
 namespace {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

@@ -1,6 +1,6 @@
-#include "protocol/VCAutoTune.h"
+#include "VCAutoTune.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "protocol/VCHumDuration.h"
+#include "VCHumDuration.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

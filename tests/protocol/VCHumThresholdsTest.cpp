@@ -1,10 +1,10 @@
-#include "protocol/VCHumThresholds.h"
+#include "VCHumThresholds.h"
 
 #include <array>
 #include <limits>
 #include <random>
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "protocol/VCKeyboardConfig.h"
+#include "VCKeyboardConfig.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "protocol/VCLastHumDuration.h"
+#include "VCLastHumDuration.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

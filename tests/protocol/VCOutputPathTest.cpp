@@ -1,6 +1,6 @@
-#include "protocol/VCOutputPath.h"
+#include "VCOutputPath.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

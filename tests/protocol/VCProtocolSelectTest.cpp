@@ -1,6 +1,6 @@
-#include "protocol/VCProtocolSelect.h"
+#include "VCProtocolSelect.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

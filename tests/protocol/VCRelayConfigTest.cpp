@@ -1,6 +1,6 @@
-#include "protocol/VCRelayConfig.h"
+#include "VCRelayConfig.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "protocol/VCReset.h"
+#include "VCReset.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

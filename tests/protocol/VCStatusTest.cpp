@@ -1,6 +1,6 @@
-#include "protocol/VCStatus.h"
+#include "VCStatus.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,8 +1,8 @@
-#include "protocol/VCVersion.h"
+#include "VCVersion.h"
 
 #include <csignal>
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

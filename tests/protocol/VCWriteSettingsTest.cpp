@@ -1,6 +1,6 @@
-#include "protocol/VCWriteSettings.h"
+#include "VCWriteSettings.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

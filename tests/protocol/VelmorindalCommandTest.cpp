@@ -1,6 +1,6 @@
-#include "protocol/VelmorindalCommand.h"
+#include "VelmorindalCommand.h"
 
-#include "protocol/ProtocolTest.h"
+#include "ProtocolTest.h"
 
 namespace velmorindal {
 namespace {

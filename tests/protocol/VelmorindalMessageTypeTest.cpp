@@ -1,11 +1,11 @@
-#include "protocol/VelmorindalMessageType.h"
+#include "VelmorindalMessageType.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 
-#include "protocol/RawValue.h"
+#include "RawValue.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "record/FrameSplitter.h"
+#include "FrameSplitter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "record/RecordingSystem.h"
+#include "RecordingSystem.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -11,8 +11,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "session/ConnectionTest.h"
-#include "settingsfile/ForkedChild.h"
+#include "ConnectionTest.h"
+#include "ForkedChild.h"
 
 namespace velmorindal {
 namespace {

@@ -4,10 +4,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "record/RecordingSystem.h"
-#include "session/SessionTest.h"
-#include "simulator/Record.h"
-#include "support/ReplayedLine.h"
+#include "Record.h"
+#include "RecordingSystem.h"
+#include "ReplayedLine.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "schedules/Exploration.h"
-#include "support/ScheduledDispatch.h"
+#include "Exploration.h"
+#include "ScheduledDispatch.h"
 
 namespace velmorindal {
 namespace {

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "schedules/Exploration.h"
-#include "schedules/ExploredSystem.h"
-#include "schedules/ExploredWizard.h"
-#include "support/TemporaryDirectory.h"
+#include "Exploration.h"
+#include "ExploredSystem.h"
+#include "ExploredWizard.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/Choices.h"
+#include "Choices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "schedules/Exploration.h"
+#include "Exploration.h"
 
 #include <algorithm>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Scheduler.h"
+#include "Scheduler.h"
 
 namespace velmorindal {
 

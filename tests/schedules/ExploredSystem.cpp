@@ -1,4 +1,4 @@
-#include "schedules/ExploredSystem.h"
+#include "ExploredSystem.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "simulator/SimulatedDevice.h"
-#include "simulator/WireFrame.h"
-#include "support/Scheduler.h"
-#include "transport/System.h"
+#include "Scheduler.h"
+#include "SimulatedDevice.h"
+#include "System.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 

@@ -1,5 +1,5 @@
-#include "schedules/ExploredWizard.h"
-#include "session/DongleProbe.h"
+#include "ExploredWizard.h"
+#include "DongleProbe.h"
 
 #include <algorithm>
 #include <array>

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "schedules/ExploredSystem.h"
-#include "support/ScheduledDispatch.h"
-#include "support/Scheduler.h"
-#include "ui/views/AppDelegate.h"
-#include "ui/views/ContainerView.h"
-#include "ui/views/WizardTest.h"
+#include "AppDelegate.h"
+#include "ContainerView.h"
+#include "ExploredSystem.h"
+#include "ScheduledDispatch.h"
+#include "Scheduler.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 

@@ -2,9 +2,9 @@
 
 #include <iostream>
 
-#include "schedules/Exploration.h"
-#include "schedules/ExploredWizard.h"
-#include "support/TemporaryDirectory.h"
+#include "Exploration.h"
+#include "ExploredWizard.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

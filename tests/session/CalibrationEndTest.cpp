@@ -1,6 +1,6 @@
 #include <regex>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
 #include <cctype>
 #include <regex>
 
-#include "session/CalibrationPollingTest.h"
+#include "CalibrationPollingTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
 #include <limits>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
 #include <filesystem>
 
-#include "session/ConnectionTest.h"
+#include "ConnectionTest.h"
 
 namespace velmorindal {
 namespace {

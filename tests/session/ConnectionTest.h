@@ -3,7 +3,7 @@
 #include <regex>
 #include <string>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 

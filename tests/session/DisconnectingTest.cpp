@@ -1,4 +1,4 @@
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "session/ConnectionTest.h"
+#include "ConnectionTest.h"
 
 namespace velmorindal {
 namespace {

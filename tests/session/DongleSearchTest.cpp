@@ -1,4 +1,4 @@
-#include "session/DongleSearch.h"
+#include "DongleSearch.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -5,9 +5,9 @@
 #include <cerrno>
 #include <system_error>
 
-#include "session/ConnectionTest.h"
-#include "transport/ChildProcess.h"
-#include "transport/PortHolders.h"
+#include "ChildProcess.h"
+#include "ConnectionTest.h"
+#include "PortHolders.h"
 
 namespace velmorindal {
 namespace {

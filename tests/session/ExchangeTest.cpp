@@ -1,11 +1,11 @@
 #include <typeinfo>
 
-#include "protocol/VCHumDuration.h"
-#include "protocol/VCOutputPath.h"
-#include "protocol/VCReset.h"
-#include "protocol/VCVersion.h"
-#include "protocol/VCWriteSettings.h"
-#include "session/SessionTest.h"
+#include "SessionTest.h"
+#include "VCHumDuration.h"
+#include "VCOutputPath.h"
+#include "VCReset.h"
+#include "VCVersion.h"
+#include "VCWriteSettings.h"
 
 namespace velmorindal {
 namespace {

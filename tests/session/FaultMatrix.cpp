@@ -1,4 +1,4 @@
-#include "session/FaultMatrix.h"
+#include "FaultMatrix.h"
 
 #include <algorithm>
 #include <array>

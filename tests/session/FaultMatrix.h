@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "protocol/VelmorindalMessageType.h"
-#include "simulator/Fault.h"
+#include "Fault.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 

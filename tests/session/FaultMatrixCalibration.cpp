@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "session/FaultMatrixStory.h"
+#include "FaultMatrixStory.h"
 
 namespace velmorindal {
 namespace {

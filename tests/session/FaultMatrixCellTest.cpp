@@ -2,7 +2,7 @@
 #include <iostream>
 #include <set>
 
-#include "session/FaultMatrixTest.h"
+#include "FaultMatrixTest.h"
 
 namespace velmorindal {
 

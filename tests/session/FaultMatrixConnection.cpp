@@ -1,4 +1,4 @@
-#include "session/FaultMatrixStory.h"
+#include "FaultMatrixStory.h"
 
 namespace velmorindal {
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
-#include "session/FaultMatrix.h"
+#include "FaultMatrix.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

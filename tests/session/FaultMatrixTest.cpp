@@ -1,4 +1,4 @@
-#include "session/FaultMatrixTest.h"
+#include "FaultMatrixTest.h"
 
 #include <limits>
 #include <regex>

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <memory>
 
-#include "session/FaultMatrixStory.h"
-#include "session/SessionTest.h"
+#include "FaultMatrixStory.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 

@@ -1,10 +1,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "session/SessionTest.h"
-#include "settingsfile/ForkedChild.h"
-#include "transport/ChildProcess.h"
-#include "transport/PortHolders.h"
+#include "ChildProcess.h"
+#include "ForkedChild.h"
+#include "PortHolders.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "session/CalibrationPollingTest.h"
+#include "CalibrationPollingTest.h"
 
 namespace velmorindal {
 namespace {

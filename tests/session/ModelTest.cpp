@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "session/VelmorindalSwitch.h"
-#include "support/ManualDispatch.h"
-#include "transport/PosixSystem.h"
+#include "ManualDispatch.h"
+#include "PosixSystem.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 namespace {

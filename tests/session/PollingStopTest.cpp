@@ -1,4 +1,4 @@
-#include "session/CalibrationPollingTest.h"
+#include "CalibrationPollingTest.h"
 
 namespace velmorindal {
 namespace {

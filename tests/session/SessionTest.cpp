@@ -1,6 +1,6 @@
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

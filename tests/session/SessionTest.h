@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "session/DongleProbe.h"
-#include "session/VelmorindalSwitch.h"
-#include "simulator/VirtualDongle.h"
-#include "support/InProcessDongle.h"
-#include "support/ManualDispatch.h"
-#include "support/PrintedLines.h"
-#include "support/TemporaryDirectory.h"
-#include "support/UnhurriedSystem.h"
-#include "support/VirtualWorld.h"
+#include "DongleProbe.h"
+#include "InProcessDongle.h"
+#include "ManualDispatch.h"
+#include "PrintedLines.h"
+#include "TemporaryDirectory.h"
+#include "UnhurriedSystem.h"
+#include "VelmorindalSwitch.h"
+#include "VirtualDongle.h"
+#include "VirtualWorld.h"
 
 namespace velmorindal {
 

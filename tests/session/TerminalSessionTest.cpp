@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "session/SessionTest.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {

@@ -13,8 +13,8 @@
 #include <string>
 #include <thread>
 
-#include "settingsfile/ForkedChild.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "ForkedChild.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

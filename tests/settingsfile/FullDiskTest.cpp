@@ -11,8 +11,8 @@
 #include <iostream>
 #include <string>
 
-#include "settingsfile/ForkedChild.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "ForkedChild.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <string>
 
-#include "settingsfile/ForkedChild.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "ForkedChild.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

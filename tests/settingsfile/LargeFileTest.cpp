@@ -5,8 +5,8 @@
 #include <ostream>
 #include <string>
 
-#include "settingsfile/ForkedChild.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "ForkedChild.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 

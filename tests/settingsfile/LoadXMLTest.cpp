@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "settingsfile/SettingsFileTest.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
 #include <string>
 
-#include "settingsfile/SettingsFileTest.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

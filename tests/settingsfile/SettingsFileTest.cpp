@@ -1,10 +1,10 @@
-#include "settingsfile/SettingsFileTest.h"
+#include "SettingsFileTest.h"
 
 #include <fstream>
 #include <iterator>
 #include <ostream>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 

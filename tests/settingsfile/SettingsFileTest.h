@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "session/VelmorindalSwitch.h"
-#include "support/TemporaryDirectory.h"
-#include "transport/PosixSystem.h"
+#include "PosixSystem.h"
+#include "TemporaryDirectory.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

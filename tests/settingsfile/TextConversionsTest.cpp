@@ -1,4 +1,4 @@
-#include "settingsfile/TextConversions.h"
+#include "TextConversions.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <locale>
 #include <string>
 
-#include "settingsfile/CommaNumbers.h"
+#include "CommaNumbers.h"
 
 namespace velmorindal {
 namespace {

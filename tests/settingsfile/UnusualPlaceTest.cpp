@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "settingsfile/ForkedChild.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "ForkedChild.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "settingsfile/VelmorindalXML.h"
+#include "VelmorindalXML.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ std::string printedBy(const std::function<void()>& work) {
 }
 
 void start(VelmorindalXML& xml, const std::vector<XMLAttribute>& attributes) {
-    printedBy([&] { xml.didStartElement("VibrationSwitch", attributes); });
+    printedBy([&] { xml.parser("VibrationSwitch", attributes); });
 }
 
 TEST(VelmorindalXML, StartsEmpty) {
@@ -108,7 +108,7 @@ TEST(VelmorindalXML, StoresFalseAndZeroForTextsThatMeanNothing) {
 TEST(VelmorindalXML, PrintsTheElementAndEachAttributeThatIsNoSetting) {
     VelmorindalXML xml;
     const std::vector<XMLAttribute> attributes{{"Foo", "bar"}, {"Cutoff", "1.5"}, {"cutoff", "2"}};
-    EXPECT_EQ(printedBy([&] { xml.didStartElement("VibrationSwitch", attributes); }),
+    EXPECT_EQ(printedBy([&] { xml.parser("VibrationSwitch", attributes); }),
               "Found element:  VibrationSwitch\nUrecognized key:  Foo\nUrecognized key:  cutoff\n");
     EXPECT_EQ(xml.cutoff, 1.5F);
 }
@@ -117,7 +117,7 @@ TEST(VelmorindalXML, IgnoresEveryOtherElementWithoutAWord) {
     VelmorindalXML xml;
     const std::vector<XMLAttribute> attributes{{"OutputPath", "Switch"}, {"Foo", "bar"}};
     for (const char* name : {"", "vibrationSwitch", "VibrationSwitches", "v:VibrationSwitch", "Switch"}) {
-        EXPECT_EQ(printedBy([&] { xml.didStartElement(name, attributes); }), "") << name;
+        EXPECT_EQ(printedBy([&] { xml.parser(name, attributes); }), "") << name;
         EXPECT_EQ(xml.outputPath, std::nullopt) << name;
     }
 }

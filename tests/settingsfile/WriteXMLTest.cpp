@@ -4,8 +4,8 @@
 #include <locale>
 #include <string>
 
-#include "settingsfile/CommaNumbers.h"
-#include "settingsfile/SettingsFileTest.h"
+#include "CommaNumbers.h"
+#include "SettingsFileTest.h"
 
 namespace velmorindal {
 namespace {

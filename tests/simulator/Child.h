@@ -15,8 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "OwnedDescriptor.h"
 #include "RawHost.h"
-#include "simulator/OwnedDescriptor.h"
 
 namespace velmorindal {
 

@@ -4,8 +4,8 @@
 #include <cctype>
 #include <string>
 
+#include "VirtualDongle.h"
 #include "VirtualHost.h"
-#include "simulator/VirtualDongle.h"
 
 namespace velmorindal {
 namespace {

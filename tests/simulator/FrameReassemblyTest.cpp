@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "RawHost.h"
-#include "simulator/WireFrame.h"
+#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {

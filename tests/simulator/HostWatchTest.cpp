@@ -1,4 +1,4 @@
-#include "simulator/HostWatch.h"
+#include "HostWatch.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "RawHost.h"
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

@@ -13,8 +13,8 @@
 #include <thread>
 
 #include "RawHost.h"
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDongle.h"
 
 namespace velmorindal {
 namespace {

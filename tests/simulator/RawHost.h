@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <span>
 
-#include "protocol/VelmorindalCommand.h"
-#include "simulator/OwnedDescriptor.h"
+#include "OwnedDescriptor.h"
+#include "VelmorindalCommand.h"
 
 namespace velmorindal {
 

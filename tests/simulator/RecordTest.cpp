@@ -1,11 +1,11 @@
-#include "simulator/Record.h"
+#include "Record.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

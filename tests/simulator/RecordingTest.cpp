@@ -4,8 +4,8 @@
 #include <chrono>
 
 #include "RawHost.h"
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDongle.h"
 
 namespace velmorindal {
 namespace {

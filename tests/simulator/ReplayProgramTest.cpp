@@ -9,7 +9,7 @@
 
 #include "Child.h"
 #include "RawHost.h"
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

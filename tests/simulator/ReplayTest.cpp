@@ -1,4 +1,4 @@
-#include "simulator/Replay.h"
+#include "Replay.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

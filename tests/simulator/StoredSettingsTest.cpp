@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulator/DeviceState.h"
+#include "DeviceState.h"
 
 namespace velmorindal {
 namespace {

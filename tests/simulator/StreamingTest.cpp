@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "VirtualDongle.h"
 #include "VirtualHost.h"
-#include "simulator/VirtualDongle.h"
 
 namespace velmorindal {
 namespace {

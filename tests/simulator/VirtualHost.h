@@ -4,10 +4,10 @@
 
 #include <filesystem>
 
+#include "InProcessDongle.h"
 #include "RawHost.h"
-#include "support/InProcessDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "support/VirtualWorld.h"
+#include "TemporaryDirectory.h"
+#include "VirtualWorld.h"
 
 namespace velmorindal {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Dispatch.h"
+#include "Dispatch.h"
 
 namespace velmorindal {
 

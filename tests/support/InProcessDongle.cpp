@@ -1,4 +1,4 @@
-#include "support/InProcessDongle.h"
+#include "InProcessDongle.h"
 
 #include <algorithm>
 #include <cerrno>

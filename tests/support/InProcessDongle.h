@@ -6,8 +6,8 @@
 #include <deque>
 #include <filesystem>
 
-#include "simulator/SimulatedDongle.h"
-#include "support/VirtualSystem.h"
+#include "SimulatedDongle.h"
+#include "VirtualSystem.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "support/ManualDispatch.h"
+#include "ManualDispatch.h"
 
 #include <future>
 

@@ -14,8 +14,8 @@
 #include <utility>
 #include <vector>
 
-#include "session/Dispatch.h"
-#include "support/BackgroundResult.h"
+#include "BackgroundResult.h"
+#include "Dispatch.h"
 
 namespace velmorindal {
 

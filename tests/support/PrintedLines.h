@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "simulator/Replay.h"
-#include "support/VirtualSystem.h"
+#include "Replay.h"
+#include "VirtualSystem.h"
 
 namespace velmorindal {
 

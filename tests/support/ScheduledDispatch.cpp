@@ -1,4 +1,4 @@
-#include "support/ScheduledDispatch.h"
+#include "ScheduledDispatch.h"
 
 namespace velmorindal {
 

@@ -8,9 +8,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "session/Dispatch.h"
-#include "support/BackgroundResult.h"
-#include "support/Scheduler.h"
+#include "BackgroundResult.h"
+#include "Dispatch.h"
+#include "Scheduler.h"
 
 namespace velmorindal {
 

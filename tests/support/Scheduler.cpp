@@ -1,4 +1,4 @@
-#include "support/Scheduler.h"
+#include "Scheduler.h"
 
 #include <algorithm>
 #include <exception>

@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include "support/Choices.h"
-#include "support/Turn.h"
+#include "Choices.h"
+#include "Turn.h"
 
 namespace velmorindal {
 

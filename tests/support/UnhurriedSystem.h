@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "transport/PosixSystem.h"
+#include "PosixSystem.h"
 
 namespace velmorindal {
 

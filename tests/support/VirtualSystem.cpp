@@ -1,4 +1,4 @@
-#include "support/VirtualSystem.h"
+#include "VirtualSystem.h"
 
 #include <algorithm>
 #include <cerrno>

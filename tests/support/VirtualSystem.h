@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "support/Scheduler.h"
-#include "transport/System.h"
+#include "Scheduler.h"
+#include "System.h"
 
 namespace velmorindal {
 

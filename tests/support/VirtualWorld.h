@@ -6,11 +6,11 @@
 #include <limits>
 #include <optional>
 
-#include "support/Choices.h"
-#include "support/ScheduledDispatch.h"
-#include "support/Scheduler.h"
-#include "support/VirtualSystem.h"
-#include "support/WatchedWrites.h"
+#include "Choices.h"
+#include "ScheduledDispatch.h"
+#include "Scheduler.h"
+#include "VirtualSystem.h"
+#include "WatchedWrites.h"
 
 namespace velmorindal {
 

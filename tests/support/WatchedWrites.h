@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "protocol/VelmorindalCommand.h"
-#include "protocol/VelmorindalMessageType.h"
-#include "transport/System.h"
+#include "System.h"
+#include "VelmorindalCommand.h"
+#include "VelmorindalMessageType.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "transport/FreshTerminal.h"
+#include "FreshTerminal.h"
 
 #include <fcntl.h>
 #include <poll.h>

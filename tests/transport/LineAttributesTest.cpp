@@ -1,4 +1,4 @@
-#include "transport/LineAttributes.h"
+#include "LineAttributes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "transport/NodeHolder.h"
+#include "NodeHolder.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-#include "support/TemporaryDirectory.h"
-#include "transport/ChildProcess.h"
-#include "transport/PortHolders.h"
+#include "ChildProcess.h"
+#include "PortHolders.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 namespace {

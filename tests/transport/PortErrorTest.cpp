@@ -1,10 +1,10 @@
-#include "transport/PortError.h"
+#include "PortError.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "transport/PosixSystem.h"
+#include "PosixSystem.h"
 
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -7,7 +7,7 @@
 
 #include <array>
 
-#include "transport/SerialPortTesting.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {

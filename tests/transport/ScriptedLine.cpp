@@ -1,4 +1,4 @@
-#include "transport/ScriptedLine.h"
+#include "ScriptedLine.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "ByteBuffer.h"
-#include "support/VirtualSystem.h"
+#include "VirtualSystem.h"
 
 namespace velmorindal {
 

@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-#include "transport/VirtualPortTest.h"
+#include "VirtualPortTest.h"
 
 namespace velmorindal {
 namespace {

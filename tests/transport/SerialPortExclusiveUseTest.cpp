@@ -6,11 +6,11 @@
 #include <iterator>
 #include <ostream>
 
-#include "transport/ChildProcess.h"
-#include "transport/FreshTerminal.h"
-#include "transport/PortHolders.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "ChildProcess.h"
+#include "FreshTerminal.h"
+#include "PortHolders.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {

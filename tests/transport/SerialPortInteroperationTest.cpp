@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "support/UnhurriedSystem.h"
-#include "transport/ChildProcess.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "ChildProcess.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
+#include "UnhurriedSystem.h"
 
 namespace velmorindal {
 namespace {

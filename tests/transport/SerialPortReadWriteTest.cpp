@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "transport/VirtualPortTest.h"
+#include "VirtualPortTest.h"
 
 namespace velmorindal {
 namespace {

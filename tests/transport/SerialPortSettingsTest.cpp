@@ -3,10 +3,10 @@
 
 #include <ostream>
 
-#include "transport/ChildProcess.h"
-#include "transport/FreshTerminal.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "ChildProcess.h"
+#include "FreshTerminal.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {

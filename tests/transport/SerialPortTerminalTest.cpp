@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <thread>
 
-#include "support/UnhurriedSystem.h"
-#include "transport/FreshTerminal.h"
-#include "transport/LineAttributes.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "FreshTerminal.h"
+#include "LineAttributes.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
+#include "UnhurriedSystem.h"
 
 namespace velmorindal {
 namespace {

@@ -8,8 +8,8 @@
 #include <thread>
 #include <vector>
 
-#include "transport/PosixSystem.h"
-#include "transport/SerialPort.h"
+#include "PosixSystem.h"
+#include "SerialPort.h"
 
 namespace velmorindal {
 

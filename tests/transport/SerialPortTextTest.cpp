@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "transport/VirtualPortTest.h"
+#include "VirtualPortTest.h"
 
 namespace velmorindal {
 namespace {

@@ -11,10 +11,10 @@
 #include <iterator>
 #include <optional>
 
-#include "support/UnhurriedSystem.h"
-#include "transport/FreshTerminal.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "FreshTerminal.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
+#include "UnhurriedSystem.h"
 
 namespace velmorindal {
 namespace {

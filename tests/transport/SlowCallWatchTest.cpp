@@ -1,11 +1,11 @@
-#include "transport/SlowCallWatch.h"
+#include "SlowCallWatch.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 
-#include "transport/SerialPortTesting.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "support/Choices.h"
-#include "support/Scheduler.h"
-#include "transport/ScriptedLine.h"
-#include "transport/SerialPort.h"
-#include "transport/SerialPortTesting.h"
+#include "Choices.h"
+#include "Scheduler.h"
+#include "ScriptedLine.h"
+#include "SerialPort.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "wizard/DeviceUsers.h"
+#include "DeviceUsers.h"
 
 namespace velmorindal {
 namespace {

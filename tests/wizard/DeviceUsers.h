@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <memory>
 
-#include "support/WatchedWrites.h"
-#include "transport/PosixSystem.h"
+#include "PosixSystem.h"
+#include "WatchedWrites.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "wizard/WholeRunTest.h"
+#include "WholeRunTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "wizard/Monkey.h"
+#include "Monkey.h"
 
 #include <unistd.h>
 
@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {
@@ -68,7 +68,7 @@ void Monkey::startProgram() {
     wizard_ =
         std::make_unique<Wizard>(dispatch_, system_, DongleSearch{.directory = devices_.path().string()},
                                  QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.text(); });
-    wizard_->show();
+    wizard_->applicationDidFinishLaunching();
     QApplication::processEvents();
 }
 

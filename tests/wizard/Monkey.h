@@ -10,17 +10,17 @@
 #include <string>
 #include <vector>
 
-#include "simulator/VirtualDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "support/WatchedWrites.h"
-#include "transport/PosixSystem.h"
-#include "ui/widgets/QtDispatch.h"
-#include "ui/widgets/Wizard.h"
-#include "wizard/DeviceUsers.h"
-#include "wizard/MonkeyHands.h"
-#include "wizard/PrintedLog.h"
-#include "wizard/SentFrames.h"
-#include "wizard/StepWatch.h"
+#include "DeviceUsers.h"
+#include "MonkeyHands.h"
+#include "PosixSystem.h"
+#include "PrintedLog.h"
+#include "QtDispatch.h"
+#include "SentFrames.h"
+#include "StepWatch.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDongle.h"
+#include "WatchedWrites.h"
+#include "Wizard.h"
 
 namespace velmorindal {
 

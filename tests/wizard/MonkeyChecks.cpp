@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "ui/widgets/NavigationRow.h"
-#include "wizard/Monkey.h"
+#include "Monkey.h"
+#include "NavigationRow.h"
 
 namespace velmorindal {
 namespace {

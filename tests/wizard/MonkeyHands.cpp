@@ -1,4 +1,4 @@
-#include "wizard/MonkeyHands.h"
+#include "MonkeyHands.h"
 
 #include <QAbstractButton>
 #include <QApplication>

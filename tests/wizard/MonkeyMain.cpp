@@ -6,9 +6,9 @@
 #include <exception>
 #include <string>
 
-#include "diagnostics/Print.h"
-#include "ui/widgets/ApplicationSetup.h"
-#include "wizard/Monkey.h"
+#include "ApplicationSetup.h"
+#include "Monkey.h"
+#include "Print.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "wizard/PrintedLog.h"
+#include "PrintedLog.h"
 
 #include <fcntl.h>
 #include <unistd.h>

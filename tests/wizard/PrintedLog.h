@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "support/TemporaryDirectory.h"
+#include "TemporaryDirectory.h"
 
 namespace velmorindal {
 

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulator/VirtualDongle.h"
-#include "wizard/WholeRunTest.h"
+#include "VirtualDongle.h"
+#include "WholeRunTest.h"
 
 namespace velmorindal {
 namespace {

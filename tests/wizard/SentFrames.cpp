@@ -1,4 +1,4 @@
-#include "wizard/SentFrames.h"
+#include "SentFrames.h"
 
 #include <array>
 #include <string_view>

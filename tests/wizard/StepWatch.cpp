@@ -1,4 +1,4 @@
-#include "wizard/StepWatch.h"
+#include "StepWatch.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <thread>
 
-#include "simulator/VirtualDongle.h"
+#include "VirtualDongle.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "wizard/Tour.h"
+#include "Tour.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "simulator/VirtualDongle.h"
-#include "wizard/WizardDriver.h"
+#include "VirtualDongle.h"
+#include "WizardDriver.h"
 
 namespace velmorindal {
 

@@ -12,10 +12,10 @@
 #include <string>
 #include <string_view>
 
-#include "diagnostics/Print.h"
-#include "support/TemporaryDirectory.h"
-#include "ui/widgets/ApplicationSetup.h"
-#include "wizard/Tour.h"
+#include "ApplicationSetup.h"
+#include "Print.h"
+#include "TemporaryDirectory.h"
+#include "Tour.h"
 
 namespace {
 

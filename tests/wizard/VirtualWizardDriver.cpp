@@ -1,4 +1,4 @@
-#include "wizard/VirtualWizardDriver.h"
+#include "VirtualWizardDriver.h"
 
 #include <QApplication>
 #include <chrono>

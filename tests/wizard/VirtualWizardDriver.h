@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <functional>
 
-#include "support/VirtualWorld.h"
-#include "wizard/WizardDriver.h"
+#include "VirtualWorld.h"
+#include "WizardDriver.h"
 
 namespace velmorindal {
 

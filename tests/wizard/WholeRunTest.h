@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "support/InProcessDongle.h"
-#include "support/TemporaryDirectory.h"
-#include "wizard/VirtualWizardDriver.h"
+#include "InProcessDongle.h"
+#include "TemporaryDirectory.h"
+#include "VirtualWizardDriver.h"
 
 namespace velmorindal {
 

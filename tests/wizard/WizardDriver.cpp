@@ -1,4 +1,4 @@
-#include "wizard/WizardDriver.h"
+#include "WizardDriver.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -14,8 +14,8 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "ui/widgets/MessageDialog.h"
-#include "ui/widgets/NavigationRow.h"
+#include "MessageDialog.h"
+#include "NavigationRow.h"
 
 namespace velmorindal {
 namespace {
@@ -64,7 +64,7 @@ WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
 WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system)
     : wizard_{std::make_unique<Wizard>(dispatch, system, DongleSearch{.directory = deviceDirectory.string()},
                                        QtFilePanel::Kind::toolkit, [this] { left_ = true; })} {
-    wizard_->show();
+    wizard_->applicationDidFinishLaunching();
     if (!QTest::qWaitForWindowExposed(&wizard_->window())) {
         fail("The window did not appear.");
     }

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "support/UnhurriedSystem.h"
-#include "ui/widgets/QtDispatch.h"
-#include "ui/widgets/Wizard.h"
+#include "QtDispatch.h"
+#include "UnhurriedSystem.h"
+#include "Wizard.h"
 
 class QWidget;
 

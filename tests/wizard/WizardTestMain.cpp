@@ -4,7 +4,7 @@
 #include <QStandardPaths>
 #include <csignal>
 
-#include "ui/widgets/ApplicationSetup.h"
+#include "ApplicationSetup.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);

@@ -1,4 +1,4 @@
-#include "ui/views/Announcements.h"
+#include "Announcements.h"
 
 #include <utility>
 

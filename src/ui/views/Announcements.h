@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ui/views/ContainerView.h"
-#include "ui/views/FocusPlan.h"
+#include "ContainerView.h"
+#include "FocusPlan.h"
 
 namespace velmorindal {
 

@@ -1,10 +1,10 @@
-#include "ui/views/CalibrationPanelView.h"
+#include "CalibrationPanelView.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "diagnostics/Print.h"
-#include "settingsfile/TwoDecimals.h"
+#include "Print.h"
+#include "TwoDecimals.h"
 
 namespace velmorindal {
 namespace {

@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "session/ModelTypes.h"
-#include "session/Published.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/CalibrationReadings.h"
-#include "ui/views/Color.h"
-#include "ui/views/ProgressBar.h"
-#include "ui/views/SliderRange.h"
+#include "CalibrationReadings.h"
+#include "Color.h"
+#include "ProgressBar.h"
+#include "Published.h"
+#include "SessionStates.h"
+#include "SliderRange.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

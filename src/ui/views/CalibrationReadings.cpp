@@ -1,4 +1,4 @@
-#include "ui/views/CalibrationReadings.h"
+#include "CalibrationReadings.h"
 
 namespace velmorindal {
 

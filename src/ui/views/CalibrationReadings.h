@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "session/ChangeNotifier.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/HumDetector.h"
+#include "ChangeNotifier.h"
+#include "HumDetector.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

@@ -1,7 +1,7 @@
-#include "ui/views/ConnectPanelView.h"
+#include "ConnectPanelView.h"
 
-#include "diagnostics/Print.h"
-#include "ui/views/Reason.h"
+#include "Print.h"
+#include "Reason.h"
 
 namespace velmorindal {
 
@@ -52,7 +52,7 @@ void ConnectPanelView::loadButtonPressed() {
             return;
         }
         if (velmorindal.loadXML(*filename)) {
-            loadedSettings_ = ChosenSettings::of(velmorindal);
+            loadedSettings_ = velmorindal.chosenSettings();
             loadReason_.clear();
         } else {
             loadFailed(velmorindal.loadError.get());

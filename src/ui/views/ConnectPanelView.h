@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
-#include "session/ChangeNotifier.h"
-#include "session/ChosenSettings.h"
-#include "session/Published.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/Dialog.h"
-#include "ui/views/FilePanel.h"
-#include "ui/views/ProgressBar.h"
+#include "ChangeNotifier.h"
+#include "ChosenSettings.h"
+#include "Dialog.h"
+#include "FilePanel.h"
+#include "ProgressBar.h"
+#include "Published.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

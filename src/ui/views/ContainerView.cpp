@@ -1,9 +1,9 @@
-#include "ui/views/ContainerView.h"
+#include "ContainerView.h"
 
 #include <cstddef>
 #include <utility>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 namespace {

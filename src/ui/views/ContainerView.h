@@ -8,20 +8,20 @@
 #include <variant>
 #include <vector>
 
-#include "session/ChangeNotifier.h"
-#include "session/Dispatch.h"
-#include "session/Published.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/ButtonOptions.h"
-#include "ui/views/CalibrationPanelView.h"
-#include "ui/views/ConnectPanelView.h"
-#include "ui/views/Dialog.h"
-#include "ui/views/FilePanel.h"
-#include "ui/views/ModePanelView.h"
-#include "ui/views/OutputPanelView.h"
-#include "ui/views/SummaryPanelView.h"
-#include "ui/views/WelcomePanelView.h"
-#include "ui/views/wizardState.h"
+#include "ButtonOptions.h"
+#include "CalibrationPanelView.h"
+#include "ChangeNotifier.h"
+#include "ConnectPanelView.h"
+#include "Dialog.h"
+#include "Dispatch.h"
+#include "FilePanel.h"
+#include "ModePanelView.h"
+#include "OutputPanelView.h"
+#include "Published.h"
+#include "SummaryPanelView.h"
+#include "VelmorindalSwitch.h"
+#include "WelcomePanelView.h"
+#include "wizardState.h"
 
 namespace velmorindal {
 

@@ -1,6 +1,6 @@
-#include "ui/views/ContainerView.h"
+#include "ContainerView.h"
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 
@@ -38,7 +38,7 @@ void ContainerView::connectionAttemptEnded(bool connected, const std::optional<s
 
 void ContainerView::applyLoadedSettings() {
     if (const auto& loaded = connectPanel.loadedSettings()) {
-        loaded->applyTo(velmorindal);
+        velmorindal.choose(*loaded);
         connectPanel.forgetLoadedSettings();
     }
 }

@@ -1,8 +1,8 @@
-#include "ui/views/ContainerView.h"
+#include "ContainerView.h"
 
 #include <utility>
 
-#include "diagnostics/Print.h"
+#include "Print.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "ui/views/Dialog.h"
+#include "Dialog.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "ui/views/FocusPlan.h"
+#include "FocusPlan.h"
 
 #include <utility>
 

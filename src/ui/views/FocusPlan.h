@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "ui/views/ContainerView.h"
+#include "ContainerView.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "ui/views/HumDetector.h"
+#include "HumDetector.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,4 +1,4 @@
-#include "ui/views/ModePanelView.h"
+#include "ModePanelView.h"
 
 namespace velmorindal {
 

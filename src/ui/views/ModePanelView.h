@@ -3,11 +3,11 @@
 #include <array>
 #include <string_view>
 
-#include "session/ModelTypes.h"
-#include "session/Published.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/ButtonOptions.h"
-#include "ui/views/Choice.h"
+#include "ButtonOptions.h"
+#include "Choice.h"
+#include "ModelTypes.h"
+#include "Published.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

@@ -1,4 +1,4 @@
-#include "ui/views/OutputPanelView.h"
+#include "OutputPanelView.h"
 
 namespace velmorindal {
 

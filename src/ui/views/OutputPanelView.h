@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "session/ModelTypes.h"
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/Choice.h"
+#include "Choice.h"
+#include "ModelTypes.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

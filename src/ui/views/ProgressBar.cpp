@@ -1,4 +1,4 @@
-#include "ui/views/ProgressBar.h"
+#include "ProgressBar.h"
 
 #include <algorithm>
 

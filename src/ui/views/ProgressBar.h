@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/views/Color.h"
+#include "Color.h"
 
 namespace velmorindal {
 

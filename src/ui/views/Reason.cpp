@@ -1,4 +1,4 @@
-#include "ui/views/Reason.h"
+#include "Reason.h"
 
 namespace velmorindal {
 

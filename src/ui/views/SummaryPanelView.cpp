@@ -1,7 +1,7 @@
-#include "ui/views/SummaryPanelView.h"
+#include "SummaryPanelView.h"
 
-#include "settingsfile/TwoDecimals.h"
-#include "ui/views/Reason.h"
+#include "Reason.h"
+#include "TwoDecimals.h"
 
 namespace velmorindal {
 namespace {

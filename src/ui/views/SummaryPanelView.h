@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "session/VelmorindalSwitch.h"
-#include "ui/views/ProgressBar.h"
+#include "ProgressBar.h"
+#include "VelmorindalSwitch.h"
 
 namespace velmorindal {
 

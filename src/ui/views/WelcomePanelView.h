@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "ui/views/Color.h"
+#include "Color.h"
 
 namespace velmorindal {
 

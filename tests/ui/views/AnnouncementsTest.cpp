@@ -1,6 +1,6 @@
-#include "ui/views/Announcements.h"
+#include "Announcements.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

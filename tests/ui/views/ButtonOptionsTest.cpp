@@ -1,4 +1,4 @@
-#include "ui/views/ButtonOptions.h"
+#include "ButtonOptions.h"
 
 #include <gtest/gtest.h>
 

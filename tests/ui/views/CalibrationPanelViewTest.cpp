@@ -1,6 +1,6 @@
-#include "ui/views/CalibrationPanelView.h"
+#include "CalibrationPanelView.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

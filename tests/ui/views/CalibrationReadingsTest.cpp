@@ -1,7 +1,7 @@
-#include "ui/views/CalibrationReadings.h"
+#include "CalibrationReadings.h"
 
-#include "ui/views/CalibrationPanelView.h"
-#include "ui/views/WizardTest.h"
+#include "CalibrationPanelView.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "support/InProcessDongle.h"
-#include "ui/views/Announcements.h"
-#include "ui/views/WizardTest.h"
+#include "Announcements.h"
+#include "InProcessDongle.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

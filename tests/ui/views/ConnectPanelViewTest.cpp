@@ -1,9 +1,9 @@
-#include "ui/views/ConnectPanelView.h"
+#include "ConnectPanelView.h"
 
 #include <fstream>
 #include <utility>
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,5 +1,5 @@
-#include "support/InProcessDongle.h"
-#include "ui/views/WizardTest.h"
+#include "InProcessDongle.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {
@@ -149,7 +149,7 @@ class LoadedWhileReadingTest : public ContainerConnectionTest {
         velmorindal.clarity = 0.25F;
         velmorindal.cutoff = 2.0F;
         velmorindal.writeXML(file);
-        saved = ChosenSettings::of(velmorindal);
+        saved = velmorindal.chosenSettings();
         container.nextButtonPressed();
         ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
         dispatch.runPendingMainWork();

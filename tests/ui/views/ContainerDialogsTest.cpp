@@ -1,6 +1,6 @@
 #include <filesystem>
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

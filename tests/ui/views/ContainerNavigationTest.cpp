@@ -1,7 +1,7 @@
 #include <utility>
 #include <variant>
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

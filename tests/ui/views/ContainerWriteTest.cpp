@@ -1,5 +1,5 @@
-#include "support/InProcessDongle.h"
-#include "ui/views/WizardTest.h"
+#include "InProcessDongle.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "ui/views/FocusPlan.h"
+#include "FocusPlan.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "ui/views/ModePanelView.h"
+#include "ModePanelView.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,6 +1,6 @@
-#include "ui/views/OutputPanelView.h"
+#include "OutputPanelView.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/views/SliderRange.h"
+#include "SliderRange.h"
 
 #include <gtest/gtest.h>
 

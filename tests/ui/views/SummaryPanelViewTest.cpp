@@ -1,6 +1,6 @@
-#include "ui/views/SummaryPanelView.h"
+#include "SummaryPanelView.h"
 
-#include "ui/views/WizardTest.h"
+#include "WizardTest.h"
 
 namespace velmorindal {
 namespace {

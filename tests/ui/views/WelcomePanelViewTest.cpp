@@ -1,4 +1,4 @@
-#include "ui/views/WelcomePanelView.h"
+#include "WelcomePanelView.h"
 
 #include <gtest/gtest.h>
 

@@ -11,13 +11,13 @@
 #include <utility>
 #include <vector>
 
-#include "session/VelmorindalSwitch.h"
-#include "support/InProcessDongle.h"
-#include "support/PrintedLines.h"
-#include "support/TemporaryDirectory.h"
-#include "support/VirtualWorld.h"
-#include "ui/views/ContainerView.h"
-#include "ui/views/FilePanel.h"
+#include "ContainerView.h"
+#include "FilePanel.h"
+#include "InProcessDongle.h"
+#include "PrintedLines.h"
+#include "TemporaryDirectory.h"
+#include "VelmorindalSwitch.h"
+#include "VirtualWorld.h"
 
 namespace velmorindal {
 

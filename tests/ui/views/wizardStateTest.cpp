@@ -1,4 +1,4 @@
-#include "ui/views/wizardState.h"
+#include "wizardState.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,46 @@
+#include "AppDelegate.h"
+
+#include <chrono>
+#include <utility>
+
+#include "Print.h"
+
+namespace velmorindal {
+namespace {
+
+constexpr std::chrono::milliseconds writeCheckInterval{200};
+
+}  // namespace
+
+AppDelegate::AppDelegate(Dispatch& dispatch, System& system, DongleSearch search)
+    : velmorindal{dispatch, system, std::move(search)}, dispatch_{dispatch} {}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
+    return true;
+}
+
+bool AppDelegate::applicationShouldTerminate() {
+    print("I'm being told to go now.");
+    print("Quitting program!");
+    print("Setting polling state from ", velmorindal.pollingState.get(), PollingState::none);
+    // A run that is only starting is processing already, and has no state yet.
+    if (velmorindal.pollingState.get() != PollingState::none || velmorindal.bgIsProcessing) {
+        velmorindal.stopPollingAndWait();
+    }
+    // The write posts its final state to the main queue, which is the thread that waits here.
+    while (velmorindal.connectionState.get() == ConnectionStatus::writing) {
+        print("Waiting for write to finish.");
+        velmorindal.system().sleepFor(writeCheckInterval);
+        dispatch_.runPendingMainWork();
+    }
+    // A write that was submitted and has not entered `writing` needs no wait: it sends nothing before its
+    // turn on the main queue, which it gets no more, and would find the port closed if it did.
+    velmorindal.disconnect(false);
+    return true;
+}
+
+void AppDelegate::applicationWillTerminate() {
+    print("Farewell");
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,113 @@
+#include "MainWindow.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+#include <QSettings>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "FocusRing.h"
+#include "Look.h"
+#include "ToQt.h"
+
+namespace velmorindal {
+
+namespace {
+
+constexpr QSize openingSize{480, 300};
+/// The name under which the frame is remembered.
+constexpr auto frameName = "Main Window";
+
+}  // namespace
+
+MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
+    : view_{view},
+      terminate_{std::move(terminate)},
+      content_{new ContainerWidget{view}},
+      announcer_{new Announcer{this}},
+      announcements_{view, content_->focusPlan()},
+      dialogs_{view, *this},
+      refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] { refresh(); }} {
+    lookTimer_.setSingleShot(true);
+    afterFocus_.setSingleShot(true);
+    connect(&afterFocus_, &QTimer::timeout, this, &MainWindow::announce);
+    connect(&lookTimer_, &QTimer::timeout, this, &MainWindow::refresh);
+    setWindowTitle(QStringLiteral("Velmorindal Setup"));
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content_);
+    new FocusRing{this};
+    connect(new QShortcut{Qt::CTRL | Qt::Key_Q, this}, &QShortcut::activated, this, [this] { terminate_(); });
+    keepPagesWhole();
+    placeOnScreen();
+}
+
+void MainWindow::refresh() {
+    content_->refresh();
+    dialogs_.refresh();
+    announce();
+    if (const auto wait = view_.calibrationPanel.untilNextLook()) {
+        lookTimer_.start(*wait);
+    } else {
+        lookTimer_.stop();
+    }
+}
+
+void MainWindow::announce() {
+    // Before it is active, and while another window is, its words would be cut off.
+    if (!isActiveWindow()) {
+        announcements_.missHums();
+        return;
+    }
+    if (const auto text = announcements_.due()) {
+        announcer_->say(toQString(*text));
+    }
+}
+
+void MainWindow::keepPagesWhole() {
+    // A page scrolls where the screen itself is too small; a tenth is left to the desktop's bars and the
+    // frame.
+    const QSize room = screen()->availableSize() * 9 / 10;
+    setMinimumSize(content_->wholeSize(openingSize, room).boundedTo(room));
+}
+
+void MainWindow::placeOnScreen() {
+    // Restoring moves a frame that lies outside every screen back onto one.
+    if (restoreGeometry(QSettings{}.value(QLatin1String{frameName}).toByteArray())) {
+        return;
+    }
+    resize(minimumSize());
+    QRect frame{QPoint{}, size()};
+    frame.moveCenter(screen()->availableGeometry().center());
+    move(frame.topLeft());
+}
+
+void MainWindow::saveFrame() const {
+    rememberFrame(saveGeometry());
+}
+
+void MainWindow::rememberFrame(const QByteArray& frame) {
+    QSettings settings;
+    settings.setValue(QLatin1String{frameName}, frame);
+    // The process may end without unwinding.
+    settings.sync();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    terminate_();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        keepPagesWhole();
+    }
+    if (event->type() == QEvent::ActivationChange) {
+        // After the focus, which comes to it with this and is spoken first.
+        afterFocus_.start(0);
+    }
+}
+
+}  // namespace velmorindal

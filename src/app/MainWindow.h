@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+
+#include "Announcements.h"
+#include "Announcer.h"
+#include "ContainerView.h"
+#include "ContainerWidget.h"
+#include "DialogPresenter.h"
+#include "Refresher.h"
+
+namespace velmorindal {
+
+/// The one window of the program.
+///
+/// It opens in the middle of the screen, 480 x 300 or as much larger as its pages need to be whole, unless an
+/// earlier frame is remembered. Closing it, in whatever way, only asks the application to end.
+class MainWindow final : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `view` must outlive the window.
+    MainWindow(ContainerView& view, std::function<void()> terminate);
+
+    /// Remembers position and size for the next start.
+    void saveFrame() const;
+    /// The same for what saveGeometry() has returned.
+    static void rememberFrame(const QByteArray& frame);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void refresh();
+    /// Says what is due, once the window is there to be spoken of.
+    void announce();
+    void keepPagesWhole();
+    void placeOnScreen();
+
+    ContainerView& view_;
+    std::function<void()> terminate_;
+    ContainerWidget* content_;
+    Announcer* announcer_;
+    Announcements announcements_;
+    /// Notices that readings have stopped coming, or that a display did not start.
+    QTimer lookTimer_;
+    /// Lets the focus, which is spoken first, go before what is announced.
+    QTimer afterFocus_;
+    DialogPresenter dialogs_;
+    Refresher refresher_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,87 @@
+#include "QtDispatch.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <cstddef>
+#include <future>
+#include <memory>
+#include <thread>
+#include <utility>
+
+namespace velmorindal {
+
+namespace {
+
+QEvent::Type wakeEventType() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
+}  // namespace
+
+void QtDispatch::postToMain(Work work) {
+    {
+        const std::lock_guard lock{mutex_};
+        queue_.push_back(std::move(work));
+        if (std::exchange(woken_, true)) {
+            return;
+        }
+    }
+    QCoreApplication::postEvent(this, new QEvent{wakeEventType()});
+}
+
+void QtDispatch::runOnMainAndWait(Work work) {
+    // Shared: the main thread may still be inside set_value() when the wait here is over.
+    const auto done = std::make_shared<std::promise<void>>();
+    postToMain([done, work = std::move(work)] {
+        work();
+        done->set_value();
+    });
+    done->get_future().wait();
+}
+
+void QtDispatch::runInBackground(Work work) {
+    // At the priority of everything else: work put behind it could miss the device's deadlines on a busy
+    // machine.
+    std::thread{std::move(work)}.detach();
+}
+
+void QtDispatch::runPendingMainWork() {
+    std::size_t submitted = 0;
+    {
+        const std::lock_guard lock{mutex_};
+        submitted = queue_.size();
+    }
+    // Work may itself wait and run the queue, so there can be fewer pieces left than there were.
+    for (; submitted > 0; --submitted) {
+        const Work next = takeNext();
+        if (!next) {
+            return;
+        }
+        next();
+    }
+}
+
+bool QtDispatch::event(QEvent* event) {
+    if (event->type() != wakeEventType()) {
+        return QObject::event(event);
+    }
+    {
+        const std::lock_guard lock{mutex_};
+        woken_ = false;
+    }
+    runPendingMainWork();
+    return true;
+}
+
+Work QtDispatch::takeNext() {
+    const std::lock_guard lock{mutex_};
+    if (queue_.empty()) {
+        return {};
+    }
+    Work next = std::move(queue_.front());
+    queue_.pop_front();
+    return next;
+}
+
+}  // namespace velmorindal

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <mutex>
+
+#include "Dispatch.h"
+
+class QEvent;
+
+namespace velmorindal {
+
+/// The main queue on the event loop of the thread that makes this object, which is the main thread.
+///
+/// Background work runs on threads of its own that nobody waits for: a run that is still inside an exchange
+/// with the device must not hold up the end of the program.
+class QtDispatch final : public QObject, public Dispatch {
+    Q_OBJECT
+
+  public:
+    QtDispatch() = default;
+
+    void postToMain(Work work) override;
+    void runOnMainAndWait(Work work) override;
+    void runInBackground(Work work) override;
+    void runPendingMainWork() override;
+
+  protected:
+    bool event(QEvent* event) override;
+
+  private:
+    /// The next piece of work, or none.
+    Work takeNext();
+
+    std::mutex mutex_;
+    std::deque<Work> queue_;
+    /// An event that will run the queue is on its way.
+    bool woken_ = false;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,61 @@
+#include "Refresher.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <mutex>
+#include <utility>
+
+namespace velmorindal {
+
+namespace {
+
+QEvent::Type refreshEventType() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
+}  // namespace
+
+struct Refresher::Link {
+    std::mutex mutex;
+    /// Absent once the refresher is gone.
+    Refresher* refresher = nullptr;
+    bool underWay = false;
+
+    void announced() {
+        const std::lock_guard lock{mutex};
+        if (refresher == nullptr) {
+            return;
+        }
+        if (!std::exchange(underWay, true)) {
+            QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()});
+        }
+    }
+};
+
+Refresher::Refresher(const std::vector<ChangeNotifier*>& watched, std::function<void()> refresh)
+    : refresh_{std::move(refresh)}, link_{std::make_shared<Link>()} {
+    link_->refresher = this;
+    for (ChangeNotifier* notifier : watched) {
+        subscriptions_.push_back(notifier->subscribe([link = link_] { link->announced(); }));
+    }
+}
+
+Refresher::~Refresher() {
+    const std::lock_guard lock{link_->mutex};
+    link_->refresher = nullptr;
+}
+
+bool Refresher::event(QEvent* event) {
+    if (event->type() != refreshEventType()) {
+        return QObject::event(event);
+    }
+    {
+        const std::lock_guard lock{link_->mutex};
+        link_->underWay = false;
+    }
+    refresh_();
+    return true;
+}
+
+}  // namespace velmorindal

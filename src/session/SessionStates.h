@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace velmorindal {
+
+/// Where the session stands with the device.
+enum class ConnectionStatus { idle, connecting, connected, disconnected, writing, error };
+
+/// Which calibration measurement is running.
+enum class PollingState { none, clarity, duration };
+
+/// The case's name as it is spelled here; an empty text for a value outside the cases.
+std::string_view caseName(ConnectionStatus status);
+std::string_view caseName(PollingState state);
+
+}  // namespace velmorindal

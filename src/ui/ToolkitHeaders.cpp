@@ -1,0 +1,1 @@
+// Holds nothing: its target reads the headers that all layers of the toolkit share.

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+
+#include "CalibrationPanelView.h"
+
+namespace velmorindal {
+
+/// A filled circle that also carries a tick while it is lit, for who cannot tell its colours apart.
+class IndicatorWidget final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit IndicatorWidget(const CalibrationPanelView::Indicator& indicator, QWidget* parent = nullptr);
+
+    void setIndicator(const CalibrationPanelView::Indicator& indicator);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool muted_ = false;
+    bool lit_;
+    QColor color_;
+};
+
+}  // namespace velmorindal

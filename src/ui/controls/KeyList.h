@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QComboBox>
+
+#include "ModelTypes.h"
+
+namespace velmorindal {
+
+/// A pop-up list of every key that can be chosen.
+class KeyList final : public QComboBox {
+    Q_OBJECT
+
+  public:
+    explicit KeyList(const QString& accessibleName, QWidget* parent = nullptr);
+
+    OutputKey key() const;
+    void setKey(OutputKey key);
+
+  signals:
+    /// A key press has chosen another entry of the closed list, which no screen reader speaks by itself.
+    void stepped(const QString& entry);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    /// The wheel scrolls the page; it does not change a key that the pointer happens to be over.
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,234 @@
+#include "LegibleStyle.h"
+
+#include <QFocusFrame>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QSlider>
+#include <QStyleOption>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "FocusRing.h"
+#include "Look.h"
+
+namespace velmorindal {
+
+namespace {
+
+constexpr double lineWidth = 1.5;
+/// The property of a button that leads from page to page.
+constexpr auto leadingMark = "leading";
+
+bool isChecked(const QStyleOption& option) {
+    return (option.state & QStyle::State_On) != 0;
+}
+
+/// The largest square in the middle of `rect`, inside by half a line.
+QRectF squareIn(const QRect& rect) {
+    const double side = std::min(rect.width(), rect.height()) - lineWidth;
+    QRectF square{0, 0, side, side};
+    square.moveCenter(QRectF{rect}.center());
+    return square;
+}
+
+void setUp(QPainter& painter, const QStyleOption& option) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool filled = isChecked(option);
+    painter.setPen(
+        QPen{filled ? look::focusColor(option.palette) : look::outlineColor(option.palette), lineWidth});
+    painter.setBrush(filled ? look::accentColor() : option.palette.color(QPalette::Base));
+}
+
+void drawRadioMark(const QStyleOption& option, QPainter& painter) {
+    setUp(painter, option);
+    const QRectF square = squareIn(option.rect);
+    painter.drawEllipse(square);
+    if (isChecked(option)) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(square.center(), square.width() * 0.2, square.width() * 0.2);
+    }
+}
+
+void drawCheckMark(const QStyleOption& option, QPainter& painter) {
+    setUp(painter, option);
+    const QRectF square = squareIn(option.rect);
+    painter.drawRoundedRect(square, square.width() / 6, square.width() / 6);
+    if (isChecked(option)) {
+        look::drawTick(painter, square);
+    }
+}
+
+void drawFrame(const QStyleOption& option, QPainter& painter) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen{look::outlineColor(option.palette), 1.0});
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF{option.rect}.adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
+}
+
+/// The text with the mark that underlines the letter of the button's shortcut. The button itself has none in
+/// its text, which is its name.
+QString withAccessKey(const QPushButton& button, const QString& text) {
+    const QKeySequence shortcut = button.shortcut();
+    const qsizetype at =
+        shortcut.isEmpty() ? -1 : text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
+    return at < 0 ? text : text.left(at) + u'&' + text.mid(at);
+}
+
+bool isAroundText(const QWidget* ring) {
+    const auto* frame = qobject_cast<const QFocusFrame*>(ring);
+    return frame != nullptr && qobject_cast<const QLabel*>(frame->widget()) != nullptr;
+}
+
+}  // namespace
+
+void LegibleStyle::markAsLeading(QPushButton& button) {
+    button.setProperty(leadingMark, true);
+}
+
+void LegibleStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto* pushed = qobject_cast<const QPushButton*>(widget);
+    const auto* label = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element != CE_PushButtonLabel || pushed == nullptr || label == nullptr) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionButton marked{*label};
+    marked.text = withAccessKey(*pushed, label->text);
+    QProxyStyle::drawControl(element, &marked, painter, widget);
+}
+
+QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    switch (type) {
+        case CT_PushButton: {
+            const bool leads = widget != nullptr && widget->property(leadingMark).toBool();
+            const QSize least{contents.width() + 4 * look::spacing(),
+                              leads ? look::navigationHeight() : look::targetHeight()};
+            return size.expandedTo(least);
+        }
+        case CT_RadioButton:
+        case CT_CheckBox:
+        case CT_ComboBox:
+        case CT_Slider:
+            return size.expandedTo({0, look::targetHeight()});
+        default:
+            return size;
+    }
+}
+
+void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                 const QWidget* widget) const {
+    const bool ringed = widget != nullptr && widget->window()->findChild<FocusRing*>(
+                                                 QString{}, Qt::FindDirectChildrenOnly) != nullptr;
+    if (element == PE_FrameFocusRect && ringed) {
+        return;
+    }
+    painter->save();
+    if (element == PE_IndicatorRadioButton) {
+        drawRadioMark(*option, *painter);
+    } else if (element == PE_IndicatorCheckBox) {
+        drawCheckMark(*option, *painter);
+    } else {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_PanelButtonCommand) {
+            drawFrame(*option, *painter);
+        }
+    }
+    painter->restore();
+}
+
+void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                      QPainter* painter, const QWidget* widget) const {
+    const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_Slider || slider == nullptr || slider->orientation != Qt::Horizontal) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control == CC_ComboBox) {
+            painter->save();
+            drawFrame(*option, *painter);
+            painter->restore();
+        }
+        return;
+    }
+    painter->save();
+    drawSlider(*slider, *painter, widget);
+    painter->restore();
+}
+
+void LegibleStyle::drawSlider(const QStyleOptionSlider& slider, QPainter& painter,
+                              const QWidget* widget) const {
+    QRectF handle = squareIn(subControlRect(CC_Slider, &slider, SC_SliderHandle, widget));
+    handle.moveCenter({handle.center().x(), QRectF{slider.rect}.center().y()});
+    const QRectF groove = look::sliderGroove(slider.rect, pixelMetric(PM_SliderLength, &slider, widget));
+    const double thickness = groove.height();
+    QRectF passed = groove;
+    passed.setRight(handle.center().x());
+
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look::outlineColor(slider.palette));
+    painter.drawRoundedRect(groove, thickness / 2, thickness / 2);
+    painter.setBrush(look::accentColor());
+    painter.drawRoundedRect(passed, thickness / 2, thickness / 2);
+    painter.setPen(QPen{look::outlineColor(slider.palette), lineWidth});
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(handle);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look::accentColor());
+    painter.drawEllipse(handle.center(), thickness, thickness);
+}
+
+void LegibleStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    constexpr std::array texts{std::pair{QPalette::WindowText, QPalette::Window},
+                               std::pair{QPalette::Text, QPalette::Base},
+                               std::pair{QPalette::ButtonText, QPalette::Button}};
+    for (const auto& [text, ground] : texts) {
+        palette.setColor(
+            QPalette::Disabled, text,
+            look::legible(palette.color(QPalette::Disabled, text), palette.color(QPalette::Active, text),
+                          palette.color(QPalette::Disabled, ground)));
+    }
+}
+
+int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    const int lineHeight = QFontMetrics{look::bodyFont()}.height();
+    switch (metric) {
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+            return lineHeight;
+        case PM_SliderThickness:
+        case PM_SliderControlThickness:
+        case PM_SliderLength:
+            return lineHeight * 5 / 4;
+        case PM_FocusFrameHMargin:
+        case PM_FocusFrameVMargin:
+            // The ring stays within its control: beyond it, the control's row would cut it off. Around a text
+            // it needs some air, which there is.
+            return isAroundText(widget) ? 3 : 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int LegibleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* data) const {
+    switch (hint) {
+        case SH_FocusFrame_AboveWidget:
+            // Below its control, the ring would be hidden by any that paints its whole ground.
+        case SH_UnderlineShortcut:
+            return 1;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+}
+
+}  // namespace velmorindal

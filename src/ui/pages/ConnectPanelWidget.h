@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ConnectPanelView.h"
+#include "PageWidget.h"
+
+namespace velmorindal {
+
+class ProgressBarWidget;
+
+class ConnectPanelWidget final : public PageWidget {
+    Q_OBJECT
+
+  public:
+    /// `view` must outlive the page.
+    explicit ConnectPanelWidget(ConnectPanelView& view);
+
+    void refresh() override;
+
+  private:
+    ConnectPanelView& view_;
+    TextLabel* status_;
+    TextLabel* reason_;
+    ProgressBarWidget* progress_;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+
+#include "Dialog.h"
+
+namespace velmorindal {
+
+class TextLabel;
+
+/// A message over the window: heading, text, and the buttons in the order given.
+///
+/// The button that goes ahead is never the default one. Escape and the close box mean the button that
+/// declines, or the only one.
+class MessageDialog final : public QDialog {
+    Q_OBJECT
+
+  public:
+    /// `pressed` is called once with the button that ended the dialog, which is hidden by then.
+    MessageDialog(Dialog described, std::function<void(const DialogButton&)> pressed, QWidget* parent);
+
+    DialogId id() const { return described_.id; }
+
+    /// Shows the texts of `described`, which is the same dialog as before.
+    void showTexts(const Dialog& described);
+
+    /// Takes the dialog away without any button's doing.
+    void withdraw();
+
+    void reject() override;
+
+  private:
+    void addButtons();
+    void end(const DialogButton& button);
+
+    const Dialog described_;
+    std::function<void(const DialogButton&)> pressed_;
+    TextLabel* heading_;
+    TextLabel* message_;
+};
+
+}  // namespace velmorindal

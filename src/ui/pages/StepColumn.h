@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "wizardState.h"
+
+namespace velmorindal {
+
+class TextLabel;
+
+/// The list of the wizard's steps at the left, with the version at its foot. Keeps its own colours in every
+/// theme.
+class StepColumn final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit StepColumn(QWidget* parent = nullptr);
+
+    void showCurrent(wizardState current);
+
+  private:
+    std::array<TextLabel*, allWizardStates.size()> steps_{};
+    TextLabel* current_ = nullptr;
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "PageWidget.h"
+#include "WelcomePanelView.h"
+
+namespace velmorindal {
+
+class WelcomePanelWidget final : public PageWidget {
+    Q_OBJECT
+
+  public:
+    explicit WelcomePanelWidget(const WelcomePanelView& view);
+
+    /// The page never changes.
+    void refresh() override {}
+};
+
+}  // namespace velmorindal

@@ -1,0 +1,120 @@
+#include "MainWindow.h"
+
+#include <QScreen>
+#include <algorithm>
+
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class MainWindowTest : public WindowTest {
+  protected:
+    /// Whether a screen reader was given a text with this in it.
+    bool hasSaid(const char* words) {
+        const auto texts = window().findChildren<SpokenText*>();
+        return std::ranges::any_of(texts, [words](const SpokenText* text) {
+            return text->accessibleName().contains(QLatin1String{words});
+        });
+    }
+
+    void humArrives(double seconds) {
+        ++velmorindal.readingsReceived;
+        velmorindal.detectedDuration = seconds;
+        settle();
+    }
+};
+
+TEST_F(MainWindowTest, ItsTitleIsThatOfTheProgram) {
+    EXPECT_EQ(window().windowTitle(), QStringLiteral("Velmorindal Setup"));
+}
+
+TEST_F(MainWindowTest, ItOpensInTheMiddleOfTheScreenAt480By300OrTheSmallestSizeThatClipsNothing) {
+    EXPECT_GE(window().width(), 480);
+    EXPECT_GE(window().height(), 300);
+    EXPECT_EQ(window().size(), window().minimumSize());
+    const QPoint middle = window().screen()->availableGeometry().center();
+    EXPECT_LE((window().geometry().center() - middle).manhattanLength(), 4);
+}
+
+TEST_F(MainWindowTest, ClosingItAsksTheApplicationToEnd) {
+    window().close();
+
+    EXPECT_EQ(closeRequests, 1);
+    EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(MainWindowTest, TheQuitKeysAskTheApplicationToEnd) {
+    QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
+
+    EXPECT_EQ(closeRequests, 1);
+}
+
+TEST_F(MainWindowTest, ItRemembersItsFrameAsMainWindow) {
+    window().setGeometry(40, 50, window().minimumWidth() + 30, window().minimumHeight() + 20);
+    settle();
+    const QRect before = window().geometry();
+
+    window().saveFrame();
+    EXPECT_TRUE(QSettings{}.contains(QStringLiteral("Main Window")));
+    closeWindow();
+    openWindow();
+
+    EXPECT_EQ(window().geometry(), before);
+}
+
+TEST_F(MainWindowTest, AFrameOutsideEveryScreenComesBackOntoOne) {
+    window().move(5000, 4000);
+    settle();
+    window().saveFrame();
+    closeWindow();
+
+    openWindow();
+
+    EXPECT_TRUE(window().screen()->geometry().contains(window().geometry().center()));
+}
+
+TEST_F(MainWindowTest, ARememberedFrameThatCannotBeReadIsIgnored) {
+    QSettings{}.setValue(QStringLiteral("Main Window"), QByteArrayLiteral("no frame"));
+    closeWindow();
+
+    openWindow();
+
+    EXPECT_EQ(window().size(), window().minimumSize());
+}
+
+TEST_F(MainWindowTest, AHumWhileAnotherWindowIsActiveIsNotSaidLater) {
+    show(wizardState::Calibration);
+    velmorindal.pollingState = PollingState::duration;
+    settle();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(eventually([this] { return !window().isActiveWindow(); }));
+    humArrives(1.6);
+
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    settle();
+    humArrives(0.4);
+
+    EXPECT_TRUE(hasSaid("0.40 seconds, short"));
+    EXPECT_FALSE(hasSaid("1.60 seconds"));
+}
+
+TEST_F(MainWindowTest, ItGrowsWithTheFont) {
+    const QFont before = QApplication::font();
+    const QSize sizeBefore = window().minimumSize();
+    QFont larger = before;
+    larger.setPointSizeF(before.pointSizeF() * 1.2);
+
+    QApplication::setFont(larger);
+    settle();
+    const QSize sizeAfter = window().minimumSize();
+    QApplication::setFont(before);
+
+    EXPECT_GT(sizeAfter.width() * sizeAfter.height(), sizeBefore.width() * sizeBefore.height());
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,156 @@
+#include "QtDispatch.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+#include <QTest>
+#include <QThread>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace velmorindal {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int bound = 600'000;
+
+TEST(QtDispatch, WorkRunsOnTheMainThreadOnALaterTurnOfTheEventLoop) {
+    QtDispatch dispatch;
+    const QThread* ranOn = nullptr;
+
+    dispatch.postToMain([&] { ranOn = QThread::currentThread(); });
+
+    EXPECT_EQ(ranOn, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ranOn != nullptr; }, bound));
+    EXPECT_EQ(ranOn, QCoreApplication::instance()->thread());
+}
+
+TEST(QtDispatch, WorkRunsInTheOrderSubmittedWhetherOrNotSomeoneWaitsForIt) {
+    QtDispatch dispatch;
+    std::vector<int> order;
+    bool ended = false;
+
+    dispatch.runInBackground([&] {
+        dispatch.postToMain([&] { order.push_back(1); });
+        dispatch.runOnMainAndWait([&] { order.push_back(2); });
+        dispatch.postToMain([&] { order.push_back(3); });
+        dispatch.runOnMainAndWait([&] {
+            order.push_back(4);
+            ended = true;
+        });
+    });
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ended; }, bound));
+    EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
+}
+
+TEST(QtDispatch, WhoeverWaitsForMainQueueWorkGoesOnOnlyAfterIt) {
+    QtDispatch dispatch;
+    bool ran = false;
+    std::promise<bool> seen;
+    std::future<bool> seenAfterwards = seen.get_future();
+
+    dispatch.runInBackground([&] {
+        dispatch.runOnMainAndWait([&] { ran = true; });
+        seen.set_value(ran);
+    });
+
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return seenAfterwards.wait_for(std::chrono::seconds{0}) == std::future_status::ready; },
+        bound));
+    EXPECT_TRUE(seenAfterwards.get());
+}
+
+TEST(QtDispatch, AMainThreadThatWaitsLetsABackgroundRunWaitForTheMainQueue) {
+    QtDispatch dispatch;
+    std::atomic<bool> ended{false};
+
+    dispatch.runInBackground([&] {
+        dispatch.runOnMainAndWait([] {});
+        ended = true;
+    });
+
+    // No event loop turns here, as in a wait on the main thread.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds{bound};
+    while (!ended && std::chrono::steady_clock::now() < deadline) {
+        dispatch.runPendingMainWork();
+        std::this_thread::yield();
+    }
+    EXPECT_TRUE(ended);
+}
+
+/// Notices that an event, such as one of the user's, has been handled.
+class Receiver final : public QObject {
+  public:
+    bool event(QEvent* event) override {
+        handled = true;
+        return QObject::event(event);
+    }
+
+    bool handled = false;
+};
+
+TEST(QtDispatch, RunningPendingWorkHandlesNoOtherEvent) {
+    QtDispatch dispatch;
+    Receiver receiver;
+    bool worked = false;
+    QCoreApplication::postEvent(&receiver, std::make_unique<QEvent>(QEvent::User).release());
+    dispatch.postToMain([&] { worked = true; });
+
+    dispatch.runPendingMainWork();
+
+    EXPECT_TRUE(worked);
+    EXPECT_FALSE(receiver.handled);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(receiver.handled);
+}
+
+TEST(QtDispatch, RunningPendingWorkLeavesWhatThatWorkSubmitsForLater) {
+    QtDispatch dispatch;
+    std::vector<int> order;
+    dispatch.postToMain([&] {
+        order.push_back(1);
+        dispatch.postToMain([&] { order.push_back(2); });
+    });
+
+    dispatch.runPendingMainWork();
+    EXPECT_THAT(order, ElementsAre(1));
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return order.size() == 2; }, bound));
+}
+
+TEST(QtDispatch, WorkThatWaitsRunsTheWorkBehindItOnce) {
+    QtDispatch dispatch;
+    std::vector<int> order;
+    dispatch.postToMain([&] {
+        dispatch.runPendingMainWork();
+        order.push_back(2);
+    });
+    dispatch.postToMain([&] { order.push_back(1); });
+
+    dispatch.runPendingMainWork();
+    QCoreApplication::processEvents();
+
+    EXPECT_THAT(order, ElementsAre(1, 2));
+}
+
+TEST(QtDispatch, BackgroundWorkRunsOnAThreadOfItsOwn) {
+    QtDispatch dispatch;
+    std::promise<std::thread::id> id;
+    auto ranOn = id.get_future();
+
+    dispatch.runInBackground([&] { id.set_value(std::this_thread::get_id()); });
+
+    ASSERT_EQ(ranOn.wait_for(std::chrono::milliseconds{bound}), std::future_status::ready);
+    EXPECT_NE(ranOn.get(), std::this_thread::get_id());
+}
+
+}  // namespace
+}  // namespace velmorindal

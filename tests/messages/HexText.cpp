@@ -1,0 +1,40 @@
+#include "HexText.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "Print.h"
+
+namespace velmorindal {
+
+void refuse(std::string_view request) {
+    writeLine(STDERR_FILENO, "not a request: " + std::string{request});
+    std::exit(EXIT_FAILURE);
+}
+
+ByteBuffer bytesFrom(std::string_view text) {
+    ByteBuffer bytes;
+    if (text == "-") {
+        return bytes;
+    }
+    if (text.size() % 2 != 0) {
+        refuse(text);
+    }
+    for (std::size_t start = 0; start < text.size(); start += 2) {
+        bytes.push_back(numberFrom<std::uint8_t>(text.substr(start, 2), 16));
+    }
+    return bytes;
+}
+
+std::string hexadecimal(std::span<const std::uint8_t> bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += digits[byte >> 4U];
+        text += digits[byte & 0x0FU];
+    }
+    return text.empty() ? "-" : text;
+}
+
+}  // namespace velmorindal

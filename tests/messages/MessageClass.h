@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VelmorindalCommand.h"
+
+namespace velmorindal {
+
+/// A field of a message as text: how to look at it and how to set it. Bytes and texts are hexadecimal, floats
+/// the eight hexadecimal digits of their bit pattern, everything else is decimal.
+struct Field {
+    std::string_view name;
+    std::function<std::string()> text;
+    std::function<void(std::string_view)> set;
+};
+
+/// What can be done with a message of a class that is known by name.
+struct MessageClass {
+    std::string_view name;
+    std::unique_ptr<VelmorindalCommand> (*make)();
+    bool (*matches)(const VelmorindalCommand&);
+    std::vector<Field> (*fields)(VelmorindalCommand&);
+};
+
+std::span<const MessageClass> allMessageClasses();
+
+}  // namespace velmorindal

@@ -1,0 +1,169 @@
+#include "AccessibleControls.h"
+
+#include <QAccessible>
+#include <QComboBox>
+
+#include "IndicatorWidget.h"
+#include "KeyList.h"
+#include "MessageDialog.h"
+#include "ProgressBarWidget.h"
+#include "StepSlider.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class AccessibleControlsTest : public WindowTest {
+  protected:
+    static QAccessibleInterface& accessible(QObject* object) {
+        return *QAccessible::queryAccessibleInterface(object);
+    }
+    static QString nameOf(QObject* object) { return accessible(object).text(QAccessible::Name); }
+};
+
+TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
+    velmorindal.cutoff = 0.3F;
+    show(wizardState::Calibration);
+    auto& slider = accessible(find<StepSlider>(QStringLiteral("Cutoff")));
+
+    EXPECT_EQ(slider.role(), QAccessible::Slider);
+    ASSERT_NE(slider.valueInterface(), nullptr);
+    EXPECT_DOUBLE_EQ(slider.valueInterface()->currentValue().toDouble(), 0.3);
+    EXPECT_DOUBLE_EQ(slider.valueInterface()->minimumValue().toDouble(), 0.1);
+    EXPECT_DOUBLE_EQ(slider.valueInterface()->maximumValue().toDouble(), 3.0);
+    EXPECT_DOUBLE_EQ(slider.valueInterface()->minimumStepSize().toDouble(), 0.05);
+    EXPECT_TRUE(slider.state().focusable);
+}
+
+TEST_F(AccessibleControlsTest, ASliderCanBeSetByAssistiveTechnology) {
+    show(wizardState::Calibration);
+    auto& slider = accessible(find<StepSlider>(QStringLiteral("Clarity threshold")));
+
+    slider.valueInterface()->setCurrentValue(0.72);
+
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 0.72F);
+}
+
+TEST_F(AccessibleControlsTest, ABarIsAProgressBarWithAValueThatCannotBeSet) {
+    show(wizardState::Calibration);
+    velmorindal.detectedDuration = 1.2;
+    settle();
+    auto& bar = accessible(find<ProgressBarWidget>(QStringLiteral("Duration of last hum")));
+
+    EXPECT_EQ(bar.role(), QAccessible::ProgressBar);
+    EXPECT_TRUE(bar.state().readOnly);
+    ASSERT_NE(bar.valueInterface(), nullptr);
+    EXPECT_DOUBLE_EQ(bar.valueInterface()->currentValue().toDouble(), 1.2);
+    EXPECT_DOUBLE_EQ(bar.valueInterface()->maximumValue().toDouble(), 3.0);
+}
+
+TEST_F(AccessibleControlsTest, ABarsValueIsToldInHundredths) {
+    show(wizardState::Calibration);
+    velmorindal.detectedClarity = static_cast<double>(0.37F);
+    settle();
+
+    EXPECT_EQ(
+        accessible(find<ProgressBarWidget>(QStringLiteral("Clarity level"))).valueInterface()->currentValue(),
+        0.37);
+}
+
+TEST_F(AccessibleControlsTest, TheWindowIsAWindowByItsTitle) {
+    EXPECT_EQ(accessible(&window()).role(), QAccessible::Window);
+    EXPECT_EQ(nameOf(&window()), QStringLiteral("Velmorindal Setup"));
+}
+
+TEST_F(AccessibleControlsTest, ADialogsTitleIsThereForAScreenReaderOnceAsTheNameOfItsWindow) {
+    container.cancelButtonPressed();
+    settle();
+    auto* dialog = window().findChild<MessageDialog*>();
+    ASSERT_NE(dialog, nullptr);
+
+    EXPECT_EQ(nameOf(dialog), QStringLiteral("Close Program?"));
+    int spoken = 0;
+    for (auto* label : dialog->findChildren<QLabel*>()) {
+        spoken += accessible(label).state().invisible ? 0 : 1;
+        EXPECT_EQ(accessible(label).state().invisible, label->text() == QStringLiteral("Close Program?"));
+    }
+    EXPECT_EQ(spoken, 1);
+}
+
+TEST_F(AccessibleControlsTest, AnIndicatorIsAPictureWithItsStateInTheDescription) {
+    show(wizardState::Calibration);
+    auto& indicator = accessible(find<IndicatorWidget>(QStringLiteral("Clarity indicator")));
+
+    EXPECT_EQ(indicator.role(), QAccessible::Graphic);
+    EXPECT_FALSE(indicator.text(QAccessible::Description).isEmpty());
+}
+
+TEST_F(AccessibleControlsTest, AKeyListIsNamedByItsLabelAndHasTheChosenKeyAsItsValue) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    auto& list = accessible(find<KeyList>(QStringLiteral("Keystroke")));
+
+    EXPECT_EQ(list.role(), QAccessible::ComboBox);
+    EXPECT_EQ(list.text(QAccessible::Name), QStringLiteral("Keystroke"));
+    EXPECT_EQ(list.text(QAccessible::Value), QStringLiteral("F1"));
+    ASSERT_EQ(list.childCount(), 1);
+    EXPECT_EQ(list.indexOfChild(list.child(0)), 0);
+    EXPECT_FALSE(list.state().expanded);
+
+    list.actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(list.state().expanded);
+    list.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(list.state().expanded);
+}
+
+TEST_F(AccessibleControlsTest, TheChosenKeyOfAClosedListIsItsOneSelectedEntry) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    auto& list = accessible(find<KeyList>(QStringLiteral("Keystroke")));
+    const auto selected = [&list] {
+        const QAccessibleInterface& entries = *list.child(0);
+        QStringList names;
+        for (int i = 0; i < entries.childCount(); ++i) {
+            if (entries.child(i)->state().selected) {
+                names << entries.child(i)->text(QAccessible::Name);
+            }
+        }
+        return names;
+    };
+    EXPECT_EQ(selected(), QStringList{QStringLiteral("F1")});
+
+    velmorindal.outputKeys = keyList{.directKey = OutputKey::ShiftTab};
+    settle();
+
+    EXPECT_EQ(selected(), QStringList{QStringLiteral("Shift+Tab")});
+}
+
+TEST_F(AccessibleControlsTest, AKeyListTakesTheFocusFromAScreenReader) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    auto* list = find<KeyList>(QStringLiteral("Keystroke"));
+    ASSERT_NE(window().focusWidget(), list);
+
+    accessible(list).actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+
+    EXPECT_EQ(window().focusWidget(), list);
+}
+
+TEST_F(AccessibleControlsTest, EveryOtherControlIsNamedByItsVisibleText) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    for (const wizardState page : allWizardStates) {
+        show(page);
+        for (auto* button : window().findChildren<QAbstractButton*>()) {
+            if (button->isVisible()) {
+                EXPECT_EQ(nameOf(button), button->text());
+                EXPECT_FALSE(button->text().isEmpty());
+            }
+        }
+        for (auto* list : window().findChildren<QComboBox*>()) {
+            if (list->isVisible()) {
+                EXPECT_TRUE(showsText(nameOf(list))) << nameOf(list).toStdString();
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,193 @@
+#include <QCheckBox>
+#include <QRadioButton>
+#include <QStyle>
+#include <algorithm>
+#include <stdexcept>
+
+#include "IndicatorWidget.h"
+#include "LogoWidget.h"
+#include "Look.h"
+#include "PageScroller.h"
+#include "PageWidget.h"
+#include "ProgressBarWidget.h"
+#include "StepSlider.h"
+#include "TextLabel.h"
+#include "ThresholdMeter.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class PaintedGeometryTest : public WindowTest {
+  protected:
+    PageWidget& page() {
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            if (scroller->isVisible()) {
+                return scroller->page();
+            }
+        }
+        throw std::logic_error{"no page"};
+    }
+
+    QRect placeOf(const QWidget* control) { return {control->mapTo(&window(), QPoint{}), control->size()}; }
+
+    /// The least rectangle around all pixels that `counts` picks.
+    template <typename Counts>
+    static QRect boundsOf(const QImage& picture, Counts counts) {
+        QRect bounds;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (counts(picture.pixelColor(x, y))) {
+                    bounds = bounds.united(QRect{x, y, 1, 1});
+                }
+            }
+        }
+        return bounds;
+    }
+
+    static bool isRed(const QColor& color) { return color.red() > 150 && color.green() < 90; }
+};
+
+TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyOnEverySide) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    show(wizardState::Summary);
+    const QImage picture = page().grab().toImage();
+    const QColor ground = picture.pixelColor(2, 2);
+
+    const QRect painted = boundsOf(picture, [&](const QColor& color) { return color != ground; });
+
+    // The first letter may begin a pixel or two within its text.
+    EXPECT_GE(painted.left(), 30);
+    EXPECT_LE(painted.left(), 33);
+    EXPECT_GE(painted.top(), 30);
+    EXPECT_LE(painted.top(), 30 + look::spacing());
+    EXPECT_LE(painted.right(), picture.width() - 30);
+    EXPECT_EQ(page().heading()->geometry().right(), page().width() - 30 - 1);
+}
+
+TEST_F(PaintedGeometryTest, AnIndicatorIsACircleTwentyAcross) {
+    show(wizardState::Calibration);
+    auto* indicator = find<IndicatorWidget>(QStringLiteral("Clarity indicator"));
+    const QImage picture = indicator->grab().toImage();
+
+    // By half-covered pixels, where the smooth edge begins.
+    const QRect circle = boundsOf(picture, [](const QColor& color) { return color.lightness() < 190; });
+
+    EXPECT_NEAR(circle.width(), 20, 1);
+    EXPECT_NEAR(circle.height(), 20, 1);
+    EXPECT_GT(picture.pixelColor(circle.left() + 1, circle.top() + 1).lightness(), 190);
+}
+
+TEST_F(PaintedGeometryTest, TheLogoIsPaddedByTwentyWithinARingFourWide) {
+    auto* logo = window().findChild<LogoWidget*>();
+    const QImage picture = logo->grab().toImage();
+    const int across = 9 * look::spacing() + 2 * 20;
+
+    const QRect ring = boundsOf(picture, isRed);
+
+    EXPECT_NEAR(ring.width(), across + 4, 2);
+    EXPECT_NEAR(ring.height(), across + 4, 2);
+    const int middle = ring.center().y();
+    int width = 0;
+    for (int x = ring.left(); isRed(picture.pixelColor(x, middle)); ++x) {
+        ++width;
+    }
+    EXPECT_NEAR(width, 4, 1);
+    // Within the padding there is nothing but the page's ground.
+    for (int x = ring.left() + 5; x < ring.left() + 18; ++x) {
+        EXPECT_EQ(picture.pixelColor(x, middle), logo->palette().color(QPalette::Window)) << x;
+    }
+}
+
+TEST_F(PaintedGeometryTest, TheHeadingsOfTheSectionsAreSmallerThanTheBodyAndTheTitleIsLarger) {
+    show(wizardState::Calibration);
+    const auto sizeOf = [&](const char* text) {
+        return find<QLabel>(QString::fromUtf8(text))->fontInfo().pointSizeF();
+    };
+    const double body = sizeOf(CalibrationPanelView::placement.data());
+
+    EXPECT_LT(sizeOf("Clarity:"), body);
+    EXPECT_LT(sizeOf("Duration:"), body);
+    EXPECT_GT(sizeOf(CalibrationPanelView::title.data()), body);
+}
+
+TEST_F(PaintedGeometryTest, TheCheckBoxesAreIndentedUnderTheirMode) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    show(wizardState::Mode);
+    const int mode = placeOf(find<QRadioButton>(QStringLiteral("Long/Short Mode"))).left();
+
+    for (const char* label : {"Enable short output", "Enable long output"}) {
+        EXPECT_EQ(placeOf(find<QCheckBox>(QString::fromLatin1(label))).left(), mode + 3 * look::spacing());
+    }
+}
+
+TEST_F(PaintedGeometryTest, BothMetersBeginAndEndAtTheSamePlaces) {
+    for (const int width : {0, 900}) {
+        window().resize(std::max(width, window().minimumWidth()), window().height());
+        show(wizardState::Calibration);
+        const auto meters = window().findChildren<ThresholdMeter*>();
+        ASSERT_EQ(meters.size(), 2);
+        EXPECT_EQ(placeOf(meters[0]).left(), placeOf(meters[1]).left());
+        EXPECT_EQ(placeOf(meters[0]).width(), placeOf(meters[1]).width());
+        const QRect clarity = placeOf(find<ProgressBarWidget>(QStringLiteral("Clarity level")));
+        const QRect duration = placeOf(find<ProgressBarWidget>(QStringLiteral("Duration of last hum")));
+        EXPECT_EQ(clarity.left(), duration.left());
+        EXPECT_EQ(clarity.width(), duration.width());
+    }
+}
+
+TEST_F(PaintedGeometryTest, AGrooveBeginsAndEndsWithTheBarUnderIt) {
+    velmorindal.cutoff = 3.0F;
+    show(wizardState::Calibration);
+    for (auto* meter : window().findChildren<ThresholdMeter*>()) {
+        const auto* slider = meter->findChild<StepSlider*>();
+        const auto* bar = meter->findChild<ProgressBarWidget*>();
+        const QImage picture = meter->grab().toImage();
+        const QColor ground = picture.pixelColor(1, 1);
+        const int line = slider->geometry().center().y();
+        int first = 0;
+        while (picture.pixelColor(first, line) == ground) {
+            ++first;
+        }
+        EXPECT_NEAR(first, bar->geometry().left(), 2);
+    }
+}
+
+TEST_F(PaintedGeometryTest, WhatIsPressedIsHighEnoughAndGrowsWithTheFont) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    for (const wizardState state : allWizardStates) {
+        show(state);
+        for (auto* button : window().findChildren<QAbstractButton*>()) {
+            if (button->isVisible()) {
+                EXPECT_GE(button->height(), 24) << button->text().toStdString();
+            }
+        }
+        for (const char* label : {"Cancel", "Back", "Next", "Save", "Close"}) {
+            if (const auto* button = find<QPushButton>(QString::fromLatin1(label))) {
+                EXPECT_GE(button->height(), 44) << label;
+            }
+        }
+    }
+    const int before = look::targetHeight();
+    const QFont font = QApplication::font();
+    QFont doubled = font;
+    doubled.setPointSizeF(font.pointSizeF() * 2);
+    QApplication::setFont(doubled);
+    EXPECT_GE(look::targetHeight(), 2 * before - 3);
+    EXPECT_GE(look::navigationHeight(), 80);
+    QApplication::setFont(font);
+}
+
+TEST_F(PaintedGeometryTest, AButtonUnderlinesTheLetterOfItsShortcut) {
+    show(wizardState::Mode);
+    auto* next = find<QPushButton>(QStringLiteral("Next"));
+    const QImage with = next->grab().toImage();
+
+    next->setShortcut({});
+
+    EXPECT_NE(next->grab().toImage(), with);
+}
+
+}  // namespace
+}  // namespace velmorindal

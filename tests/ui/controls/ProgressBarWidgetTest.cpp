@@ -1,0 +1,137 @@
+#include "ProgressBarWidget.h"
+
+#include <gmock/gmock.h>
+
+#include <QImage>
+#include <QTest>
+#include <limits>
+
+namespace velmorindal {
+namespace {
+
+ProgressBar barAt(double value, double maxValue = 1.0) {
+    return {.value = value,
+            .maxValue = maxValue,
+            .backgroundEnabled = true,
+            .backgroundColor = colors::veryLightGrey,
+            .foregroundColor = colors::green};
+}
+
+/// How many pixels along the middle line have the colour of the fill.
+int filledPixels(ProgressBarWidget& widget) {
+    const QImage picture = widget.grab().toImage();
+    int count = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+        const QColor pixel = picture.pixelColor(x, picture.height() / 2);
+        if (pixel.green() > 120 && pixel.red() < 60) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+TEST(ProgressBarWidget, TheLastValueStaysBehindAsAPalerFill) {
+    ProgressBarWidget widget{QStringLiteral("Duration of last hum")};
+    widget.resize(200, 12);
+
+    widget.setBar(barAt(0.25), 0.75);
+
+    EXPECT_EQ(widget.targetFraction(), 0.25);
+    EXPECT_EQ(widget.traceFraction(), 0.75);
+    const QImage picture = widget.grab().toImage();
+    const QColor fill = picture.pixelColor(30, 6);
+    const QColor trace = picture.pixelColor(120, 6);
+    const QColor track = picture.pixelColor(180, 6);
+    EXPECT_LT(fill.lightness(), trace.lightness());
+    EXPECT_LT(trace.lightness(), track.lightness());
+}
+
+TEST(ProgressBarWidget, TheFillTakesItsPartOfTheTrack) {
+    ProgressBarWidget widget{QStringLiteral("Write progress")};
+    widget.resize(200, 12);
+
+    widget.setBar(barAt(2.0, 5.0));
+
+    EXPECT_NEAR(filledPixels(widget), 80, 4);
+}
+
+TEST(ProgressBarWidget, AValueAboveTheMaximumFillsTheBarAndNoMore) {
+    ProgressBarWidget widget{QStringLiteral("Write progress")};
+    widget.resize(200, 12);
+
+    widget.setBar(barAt(7.0, 5.0));
+
+    EXPECT_EQ(widget.targetFraction(), 1.0);
+    EXPECT_NEAR(filledPixels(widget), 200, 4);
+}
+
+TEST(ProgressBarWidget, ANegativeValueAndWhatIsNotANumberFillNothing) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.resize(200, 12);
+
+    for (const double value : {-1.0, std::numeric_limits<double>::quiet_NaN()}) {
+        widget.setBar(barAt(value));
+        EXPECT_EQ(widget.targetFraction(), 0.0);
+        EXPECT_EQ(filledPixels(widget), 0);
+    }
+}
+
+TEST(ProgressBarWidget, ASmallFillStaysInsideTheRoundedEndOfTheTrack) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.resize(200, 40);
+    widget.setBar(barAt(0.03));
+
+    const QImage picture = widget.grab().toImage();
+
+    const QColor corner = picture.pixelColor(1, 1);
+    EXPECT_EQ(corner, widget.palette().color(QPalette::Window));
+    EXPECT_GT(filledPixels(widget), 0);
+}
+
+TEST(ProgressBarWidget, TheTrackIsDrawnOnlyWhereItIsEnabled) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.resize(200, 12);
+    ProgressBar bare = barAt(0.0);
+    bare.backgroundEnabled = false;
+
+    widget.setBar(bare);
+
+    EXPECT_EQ(widget.grab().toImage().pixelColor(100, 6), widget.palette().color(QPalette::Window));
+}
+
+TEST(ProgressBarWidget, AHiddenBarStandsAtItsValueAtOnce) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+
+    widget.setBar(barAt(0.5));
+
+    EXPECT_EQ(widget.shownFraction(), 0.5);
+}
+
+TEST(ProgressBarWidget, AVisibleBarGlidesToItsValue) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.show();
+
+    widget.setBar(barAt(1.0));
+
+    EXPECT_LT(widget.shownFraction(), 1.0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return widget.shownFraction() == 1.0; }, 30'000));
+}
+
+TEST(ProgressBarWidget, ValuesThatArriveFasterThanFramesDoNotHoldTheFillBack) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.show();
+    double value = 0.5;
+
+    const bool reached = QTest::qWaitFor(
+        [&] {
+            value = value == 0.5 ? 0.51 : 0.5;
+            widget.setBar(barAt(value));
+            return widget.shownFraction() > 0.45;
+        },
+        30'000);
+
+    EXPECT_TRUE(reached);
+}
+
+}  // namespace
+}  // namespace velmorindal

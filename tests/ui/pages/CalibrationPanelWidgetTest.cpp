@@ -1,0 +1,215 @@
+#include "CalibrationPanelWidget.h"
+
+#include <QStyleOptionSlider>
+#include <QWheelEvent>
+
+#include "IndicatorWidget.h"
+#include "ProgressBarWidget.h"
+#include "StepSlider.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class CalibrationPanelWidgetTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        show(wizardState::Calibration);
+    }
+
+    StepSlider* clarity() { return find<StepSlider>(QStringLiteral("Clarity threshold")); }
+    StepSlider* cutoff() { return find<StepSlider>(QStringLiteral("Cutoff")); }
+    QPushButton* showClarity() { return find<QPushButton>(QStringLiteral("Show Clarity")); }
+    IndicatorWidget* indicatorOf(const char* hum) {
+        for (auto* indicator : window().findChildren<IndicatorWidget*>()) {
+            if (indicator->accessibleDescription().startsWith(QString::fromLatin1(hum))) {
+                return indicator;
+            }
+        }
+        return nullptr;
+    }
+
+    /// A tick is what an indicator has in white.
+    static bool showsTick(IndicatorWidget& indicator) {
+        const QImage picture = indicator.grab().toImage();
+        const QColor white{Qt::white};
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                count += picture.pixelColor(x, y) == white ? 1 : 0;
+            }
+        }
+        return count > 0;
+    }
+
+    static void turnTheWheelOver(QWidget& control, int distance) {
+        QWheelEvent wheel{QPointF{control.rect().center()},
+                          control.mapToGlobal(QPointF{control.rect().center()}),
+                          {0, distance},
+                          {0, distance},
+                          Qt::NoButton,
+                          Qt::NoModifier,
+                          Qt::NoScrollPhase,
+                          false};
+        QApplication::sendEvent(&control, &wheel);
+    }
+
+    QPushButton* showDuration() { return find<QPushButton>(QStringLiteral("Show Duration")); }
+};
+
+TEST_F(CalibrationPanelWidgetTest, ArrowKeysMoveASliderByOneStepAndPageKeysByTen) {
+    QTest::keyClick(clarity(), Qt::Key_Right);
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 0.51F);
+    QTest::keyClick(clarity(), Qt::Key_PageUp);
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 0.61F);
+
+    QTest::keyClick(cutoff(), Qt::Key_Left);
+    EXPECT_FLOAT_EQ(velmorindal.cutoff.get(), 1.45F);
+    QTest::keyClick(cutoff(), Qt::Key_PageDown);
+    EXPECT_FLOAT_EQ(velmorindal.cutoff.get(), 0.95F);
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheSlidersStayInsideTheirRanges) {
+    QTest::keyClick(clarity(), Qt::Key_End);
+    QTest::keyClick(clarity(), Qt::Key_Right);
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 1.0F);
+
+    QTest::keyClick(cutoff(), Qt::Key_Home);
+    QTest::keyClick(cutoff(), Qt::Key_Left);
+    EXPECT_FLOAT_EQ(velmorindal.cutoff.get(), 0.1F);
+}
+
+TEST_F(CalibrationPanelWidgetTest, AValueBetweenTwoStepsIsKeptUntilTheUserMovesTheSlider) {
+    velmorindal.clarity = 0.3749F;
+    settle();
+    EXPECT_EQ(clarity()->value(), 37);
+    EXPECT_EQ(velmorindal.clarity.get(), 0.3749F);
+
+    QTest::keyClick(clarity(), Qt::Key_Right);
+
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 0.38F);
+}
+
+TEST_F(CalibrationPanelWidgetTest, EachShowButtonIsDisabledWhileTheOtherMeasurementRuns) {
+    velmorindal.pollingState = PollingState::clarity;
+    settle();
+    EXPECT_TRUE(showClarity()->isEnabled());
+    EXPECT_FALSE(showDuration()->isEnabled());
+
+    velmorindal.pollingState = PollingState::duration;
+    settle();
+    EXPECT_FALSE(showClarity()->isEnabled());
+    EXPECT_TRUE(showDuration()->isEnabled());
+}
+
+TEST_F(CalibrationPanelWidgetTest, NoNavigationButtonIsThereWhileAMeasurementRuns) {
+    velmorindal.pollingState = PollingState::clarity;
+    settle();
+
+    EXPECT_TRUE(navigation().isEmpty());
+}
+
+TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsToldThoughNothingAnnouncesItsEnd) {
+    const auto text = QString::fromUtf8(CalibrationPanelView::couldNotStartText);
+    EXPECT_FALSE(showsText(text));
+
+    // There is no dongle.
+    press(QStringLiteral("Show Clarity"));
+    dispatch.waitForBackground();
+
+    EXPECT_TRUE(eventually([&] { return showsText(text); }));
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheBarsShowTheReadings) {
+    velmorindal.detectedClarity = 0.25;
+    velmorindal.detectedDuration = 6.0;
+    settle();
+
+    EXPECT_EQ(find<ProgressBarWidget>(QStringLiteral("Clarity level"))->targetFraction(), 0.25);
+    EXPECT_EQ(find<ProgressBarWidget>(QStringLiteral("Duration of last hum"))->targetFraction(), 1.0);
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheIndicatorSaysItsStateInWordsAndInItsShape) {
+    auto* indicator = find<IndicatorWidget>(QStringLiteral("Clarity indicator"));
+    ASSERT_NE(indicator, nullptr);
+    const QString dark = indicator->accessibleDescription();
+    EXPECT_FALSE(showsTick(*indicator));
+
+    velmorindal.detectedClarity = 0.9;
+    settle();
+
+    EXPECT_FALSE(dark.isEmpty());
+    EXPECT_NE(indicator->accessibleDescription(), dark);
+    EXPECT_TRUE(showsTick(*indicator));
+}
+
+TEST_F(CalibrationPanelWidgetTest, OnlyTheIndicatorOfTheHumThatWasHeardCarriesATick) {
+    IndicatorWidget* const shortHum = indicatorOf("Short hum");
+    IndicatorWidget* const longHum = indicatorOf("Long hum");
+    ASSERT_NE(shortHum, nullptr);
+    ASSERT_NE(longHum, nullptr);
+    velmorindal.cutoff = 1.0F;
+    settle();
+    EXPECT_FALSE(showsTick(*shortHum));
+    EXPECT_FALSE(showsTick(*longHum));
+
+    velmorindal.detectedDuration = 0.5;
+    settle();
+    EXPECT_TRUE(showsTick(*shortHum));
+    EXPECT_FALSE(showsTick(*longHum));
+
+    velmorindal.detectedDuration = 1.0;
+    settle();
+    EXPECT_FALSE(showsTick(*shortHum));
+    EXPECT_TRUE(showsTick(*longHum));
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheWheelOverASliderDoesNotMoveIt) {
+    for (StepSlider* slider : {clarity(), cutoff()}) {
+        slider->setFocus();
+        turnTheWheelOver(*slider, 120);
+        turnTheWheelOver(*slider, 120);
+        turnTheWheelOver(*slider, -120);
+    }
+
+    EXPECT_EQ(velmorindal.clarity.get(), 0.5F);
+    EXPECT_EQ(velmorindal.cutoff.get(), 1.5F);
+}
+
+TEST_F(CalibrationPanelWidgetTest, EnterOnASliderPressesTheDefaultButton) {
+    for (const char* name : {"Clarity threshold", "Cutoff"}) {
+        show(wizardState::Calibration);
+        auto* slider = find<StepSlider>(QString::fromLatin1(name));
+        slider->setFocus();
+
+        QTest::keyClick(slider, Qt::Key_Return);
+        settle();
+
+        EXPECT_EQ(container.currentState.get(), wizardState::Summary) << name;
+    }
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheHandleStandsAboveTheReadingThatEqualsTheThreshold) {
+    const auto handleCenter = [](StepSlider* slider) {
+        QStyleOptionSlider option;
+        option.initFrom(slider);
+        option.minimum = slider->minimum();
+        option.maximum = slider->maximum();
+        option.sliderPosition = slider->value();
+        const QRect handle =
+            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
+        return slider->mapTo(slider->window(), handle.center()).x();
+    };
+    velmorindal.cutoff = 0.6F;
+    velmorindal.detectedDuration = 0.6;
+    settle();
+
+    auto* bar = find<ProgressBarWidget>(QStringLiteral("Duration of last hum"));
+    const double fillEnd = bar->mapTo(bar->window(), QPoint{0, 0}).x() + bar->targetFraction() * bar->width();
+
+    EXPECT_NEAR(handleCenter(cutoff()), fillEnd, 2.0);
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,262 @@
+#include "ContainerWidget.h"
+
+#include <QRadioButton>
+#include <QScrollBar>
+
+#include "Look.h"
+#include "PageScroller.h"
+#include "PageWidget.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class ContainerWidgetTest : public WindowTest {
+  protected:
+    QString focusedLabel() {
+        auto* button = qobject_cast<QPushButton*>(window().focusWidget());
+        return button == nullptr ? QString{} : button->text();
+    }
+
+    /// The text of whatever has the focus.
+    QString focusedText() { return window().focusWidget()->property("text").toString(); }
+
+    QLabel* step(wizardState state) {
+        for (QLabel* label : window().findChildren<QLabel*>()) {
+            if (label->text().toStdString() == stepLabel(state)) {
+                return label;
+            }
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(ContainerWidgetTest, TheStepColumnNamesEveryStepAndTheVersion) {
+    for (const char* text :
+         {"Welcome", "Connect", "Mode", "Ouptut", "Calibration", "Summary", "Version 1.1M"}) {
+        EXPECT_TRUE(showsText(QString::fromLatin1(text))) << text;
+    }
+}
+
+TEST_F(ContainerWidgetTest, TheCurrentStepIsWhiteOnBlueAndTheOthersBlackOnWhite) {
+    show(wizardState::Mode);
+
+    const auto textOf = [&](wizardState state) { return step(state)->palette().color(QPalette::WindowText); };
+    const auto groundOf = [&](wizardState state) { return step(state)->palette().color(QPalette::Window); };
+    EXPECT_EQ(textOf(wizardState::Mode), QColor{Qt::white});
+    EXPECT_GT(groundOf(wizardState::Mode).blue(), 150);
+    EXPECT_EQ(textOf(wizardState::Welcome), QColor{Qt::black});
+    EXPECT_EQ(groundOf(wizardState::Welcome), QColor{Qt::white});
+    EXPECT_EQ(step(wizardState::Mode)->accessibleDescription(), QStringLiteral("current step"));
+    EXPECT_TRUE(step(wizardState::Welcome)->accessibleDescription().isEmpty());
+}
+
+TEST_F(ContainerWidgetTest, EveryPageOffersTheButtonsOfItsSet) {
+    EXPECT_EQ(navigation(), (QStringList{"Next", "Close"}));
+    show(wizardState::Connect);
+    EXPECT_EQ(navigation(), (QStringList{"Back", "Close"}));
+    for (const wizardState page : {wizardState::Mode, wizardState::Output, wizardState::Calibration}) {
+        show(page);
+        EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Next"}));
+    }
+    show(wizardState::Summary);
+    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Save"}));
+}
+
+TEST_F(ContainerWidgetTest, TheButtonsStandInTheirOrderFromEdgeToEdge) {
+    show(wizardState::Mode);
+
+    const auto* cancel = find<QPushButton>(QStringLiteral("Cancel"));
+    const auto* back = find<QPushButton>(QStringLiteral("Back"));
+    const auto* next = find<QPushButton>(QStringLiteral("Next"));
+    const int row = cancel->parentWidget()->width();
+    EXPECT_LT(cancel->geometry().right(), back->geometry().left());
+    EXPECT_LT(back->geometry().right(), next->geometry().left());
+    EXPECT_NEAR(cancel->geometry().left(), row - next->geometry().right(), 1);
+    EXPECT_NEAR(2 * back->geometry().center().x(), row, 4);
+}
+
+TEST_F(ContainerWidgetTest, AButtonIsTheSameObjectEachTimeItIsThere) {
+    show(wizardState::Mode);
+    const auto* before = find<QPushButton>(QStringLiteral("Next"));
+    show(wizardState::Summary);
+    show(wizardState::Mode);
+
+    EXPECT_EQ(find<QPushButton>(QStringLiteral("Next")), before);
+}
+
+TEST_F(ContainerWidgetTest, TheFocusStartsOnNext) {
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
+}
+
+TEST_F(ContainerWidgetTest, AfterNextTheFocusIsOnTheFirstControlOrOnTheHeading) {
+    press(QStringLiteral("Next"));
+    EXPECT_EQ(focusedText(), QStringLiteral("It's time to connect to the Velmorindal."));
+    finishBackground();
+    velmorindal.connectionState = ConnectionStatus::connected;
+    container.dismiss(DialogId::generic);
+    settle();
+    EXPECT_EQ(focusedText(), QStringLiteral("It's time to connect to the Velmorindal."));
+
+    for (const char* text : {"Direct Mode", "Switch Output", "Show Clarity",
+                             "You have configured your Velmorindal with the following parameters:"}) {
+        press(QStringLiteral("Next"));
+        EXPECT_EQ(focusedText(), QString::fromLatin1(text));
+    }
+}
+
+TEST_F(ContainerWidgetTest, AfterBackTheFocusStaysOnBackAsLongAsThereIsOne) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    show(wizardState::Summary);
+    for (int page = 0; page < 4; ++page) {
+        find<QPushButton>(QStringLiteral("Back"))->setFocus();
+        press(QStringLiteral("Back"));
+        EXPECT_EQ(focusedLabel(), QStringLiteral("Back"));
+    }
+
+    press(QStringLiteral("Back"));
+
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
+}
+
+TEST_F(ContainerWidgetTest, AfterASaveTheFocusIsOnClose) {
+    show(wizardState::Summary);
+    velmorindal.connectionState = ConnectionStatus::writing;
+    settle();
+
+    velmorindal.connectionState = ConnectionStatus::connected;
+    velmorindal.justSaved = true;
+    settle();
+
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Close"));
+}
+
+TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    show(wizardState::Connect);
+    find<QPushButton>(QStringLiteral("Load"))->setFocus();
+
+    velmorindal.connectionState = ConnectionStatus::connected;
+    settle();
+
+    EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
+}
+
+TEST_F(ContainerWidgetTest, EnterOnTheHeadingPressesTheDefaultButton) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    press(QStringLiteral("Next"));
+    auto* heading = qobject_cast<QLabel*>(window().focusWidget());
+    ASSERT_NE(heading, nullptr);
+
+    QTest::keyClick(heading, Qt::Key_Return);
+    settle();
+
+    EXPECT_EQ(container.currentState.get(), wizardState::Mode);
+}
+
+TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {
+    window().resize(2000, 900);
+    settle();
+    for (const wizardState page : {wizardState::Mode, wizardState::Summary}) {
+        show(page);
+        const auto* introduction = window().findChild<PageScroller*>(QString{});
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            introduction = scroller->isVisible() ? scroller : introduction;
+        }
+        const QLabel* text = introduction->page().findChild<QLabel*>();
+        const auto* cancel = find<QPushButton>(QStringLiteral("Cancel"));
+        EXPECT_EQ(cancel->mapTo(&window(), QPoint{}).x(), text->mapTo(&window(), QPoint{}).x());
+    }
+}
+
+TEST_F(ContainerWidgetTest, EnterPressesTheDefaultButtonFromAnyOtherControl) {
+    show(wizardState::Mode);
+    auto* radio = find<QRadioButton>(QStringLiteral("Direct Mode"));
+    radio->setFocus();
+
+    QTest::keyClick(radio, Qt::Key_Return);
+    settle();
+
+    EXPECT_EQ(container.currentState.get(), wizardState::Output);
+}
+
+TEST_F(ContainerWidgetTest, TheTabKeyReachesEveryControlOfAPage) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    show(wizardState::Mode);
+    QStringList reached;
+
+    for (int i = 0; i < 8; ++i) {
+        QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+        reached << window().focusWidget()->property("text").toString();
+    }
+
+    for (const char* text :
+         {"Long/Short Mode", "Enable short output", "Enable long output", "Cancel", "Back", "Next"}) {
+        EXPECT_TRUE(reached.contains(QString::fromLatin1(text)))
+            << text << " is not in " << reached.join(", ").toStdString();
+    }
+}
+
+TEST_F(ContainerWidgetTest, AltWithALetterPressesAButtonWithoutAMarkInItsText) {
+    show(wizardState::Output);
+
+    QTest::keyClick(window().focusWidget(), Qt::Key_B, Qt::AltModifier);
+
+    EXPECT_TRUE(eventually([this] { return container.currentState.get() == wizardState::Mode; }));
+    for (const auto* button : window().findChildren<QPushButton*>()) {
+        EXPECT_FALSE(button->text().contains(u'&'));
+    }
+}
+
+TEST_F(ContainerWidgetTest, NoTwoControlsOfAPageShareAShortcut) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    for (const wizardState page : allWizardStates) {
+        show(page);
+        QStringList shortcuts;
+        for (const auto* button : window().findChildren<QPushButton*>()) {
+            if (button->isVisible()) {
+                shortcuts << button->shortcut().toString();
+            }
+        }
+        const auto count = shortcuts.size();
+        EXPECT_EQ(shortcuts.removeDuplicates(), 0) << count;
+    }
+}
+
+TEST_F(ContainerWidgetTest, NoPageNeedsToScrollInTheWindowAsItOpens) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = true;
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    velmorindal.connectionState = ConnectionStatus::writing;
+    for (const wizardState page : allWizardStates) {
+        show(page);
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            if (scroller->isVisible()) {
+                EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0) << stepLabel(page);
+                EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << stepLabel(page);
+            }
+        }
+    }
+}
+
+TEST_F(ContainerWidgetTest, ALineStaysComfortablyShortInAWideWindow) {
+    window().resize(2400, 1200);
+    settle();
+
+    const auto* body = find<QLabel>(QString::fromUtf8(WelcomePanelView::body.data()));
+    ASSERT_NE(body, nullptr);
+    EXPECT_LE(body->width(), look::comfortableLineWidth());
+}
+
+TEST_F(ContainerWidgetTest, PagesSwapWithoutResizingTheWindow) {
+    window().resize(900, 640);
+    settle();
+
+    for (const wizardState page : allWizardStates) {
+        show(page);
+        EXPECT_EQ(window().size(), (QSize{900, 640}));
+    }
+}
+
+}  // namespace
+}  // namespace velmorindal

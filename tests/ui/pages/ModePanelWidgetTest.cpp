@@ -1,0 +1,86 @@
+#include "ModePanelWidget.h"
+
+#include <QCheckBox>
+#include <QRadioButton>
+
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class ModePanelWidgetTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        show(wizardState::Mode);
+    }
+
+    QRadioButton* radio(const char* name) { return find<QRadioButton>(QString::fromLatin1(name)); }
+    QCheckBox* box(const char* name) { return find<QCheckBox>(QString::fromLatin1(name)); }
+};
+
+TEST_F(ModePanelWidgetTest, ChoosingAModeChangesTheModelAtOnce) {
+    ASSERT_TRUE(radio("Direct Mode")->isChecked());
+
+    radio("Long/Short Mode")->click();
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::LongShort);
+
+    radio("Direct Mode")->click();
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::Direct);
+}
+
+TEST_F(ModePanelWidgetTest, ArrowKeysMoveTheChoice) {
+    radio("Direct Mode")->setFocus();
+
+    QTest::keyClick(radio("Direct Mode"), Qt::Key_Down);
+
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::LongShort);
+}
+
+TEST_F(ModePanelWidgetTest, TheCheckBoxesAreThereInLongShortModeOnly) {
+    EXPECT_EQ(box("Enable short output"), nullptr);
+
+    velmorindal.outputMode = OutputMode::LongShort;
+    settle();
+
+    ASSERT_NE(box("Enable short output"), nullptr);
+    EXPECT_FALSE(box("Enable short output")->isChecked());
+    EXPECT_TRUE(box("Enable long output")->isChecked());
+}
+
+TEST_F(ModePanelWidgetTest, TheCheckBoxesSetTheirFlags) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    settle();
+
+    box("Enable short output")->click();
+    box("Enable long output")->click();
+
+    EXPECT_TRUE(velmorindal.shortEnabled.get());
+    EXPECT_FALSE(velmorindal.longEnabled.get());
+}
+
+TEST_F(ModePanelWidgetTest, NextGoesAndComesWithTheOutputs) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.longEnabled = false;
+    settle();
+    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back"}));
+
+    box("Enable short output")->click();
+    settle();
+
+    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Next"}));
+}
+
+TEST_F(ModePanelWidgetTest, RefreshingWritesNothingBack) {
+    int announcements = 0;
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = true;
+    const auto counting = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
+
+    settle();
+
+    EXPECT_EQ(announcements, 0);
+}
+
+}  // namespace
+}  // namespace velmorindal

@@ -1,0 +1,51 @@
+#include "PageScroller.h"
+
+#include <QScrollBar>
+
+#include "CalibrationPanelWidget.h"
+#include "StepSlider.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+class PageScrollerTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        scroller.resize(400, 160);
+        scroller.show();
+        scroller.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&scroller));
+        settle();
+    }
+
+    PageScroller scroller{new CalibrationPanelWidget{container.calibrationPanel},
+                          QStringLiteral("Calibration")};
+};
+
+TEST_F(PageScrollerTest, APageThatIsScrolledTakesTheFocusByANameOfItsOwn) {
+    ASSERT_GT(scroller.verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(scroller.focusPolicy(), Qt::StrongFocus);
+    EXPECT_EQ(scroller.accessibleName(), QStringLiteral("Calibration"));
+}
+
+TEST_F(PageScrollerTest, APageThatFitsTakesNoFocus) {
+    scroller.resize(900, 1200);
+    settle();
+    ASSERT_EQ(scroller.verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(scroller.focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(PageScrollerTest, WhateverTakesTheFocusIsScrolledIntoSight) {
+    StepSlider* last = scroller.findChildren<StepSlider*>().back();
+    ASSERT_TRUE(last->visibleRegion().isEmpty());
+
+    last->setFocus(Qt::OtherFocusReason);
+    settle();
+
+    EXPECT_EQ(last->visibleRegion().boundingRect(), last->rect());
+}
+
+}  // namespace
+}  // namespace velmorindal
