@@ -5,6 +5,7 @@
 #include <QSettings>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <chrono>
 #include <utility>
 
 #include "FocusRing.h"
@@ -18,6 +19,8 @@ namespace {
 constexpr QSize openingSize{480, 300};
 /// The name under which the frame is remembered.
 constexpr auto frameName = "Main Window";
+/// A frame that is being dragged is not written at each step.
+constexpr std::chrono::milliseconds frameSettles{500};
 
 }  // namespace
 
@@ -33,6 +36,10 @@ MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
     afterFocus_.setSingleShot(true);
     connect(&afterFocus_, &QTimer::timeout, this, &MainWindow::announce);
     connect(&lookTimer_, &QTimer::timeout, this, &MainWindow::refresh);
+    frameTimer_.setObjectName(QStringLiteral("frame"));
+    frameTimer_.setSingleShot(true);
+    frameTimer_.setInterval(frameSettles);
+    connect(&frameTimer_, &QTimer::timeout, this, &MainWindow::saveFrame);
     setWindowTitle(QStringLiteral("Velmorindal Setup"));
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins(0, 0, 0, 0);
@@ -97,6 +104,25 @@ void MainWindow::rememberFrame(const QByteArray& frame) {
 void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     terminate_();
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (isVisible()) {
+        frameTimer_.start();
+    }
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (isVisible()) {
+        frameTimer_.start();
+    }
+}
+
+void MainWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    frameTimer_.stop();
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -16,7 +16,8 @@ namespace velmorindal {
 /// The one window of the program.
 ///
 /// It opens in the middle of the screen, 480 x 300 or as much larger as its pages need to be whole, unless an
-/// earlier frame is remembered. Closing it, in whatever way, only asks the application to end.
+/// earlier frame is remembered. Its frame is remembered a moment after it was changed, so that it is kept
+/// however the program ends. Closing it, in whatever way, only asks the application to end.
 class MainWindow final : public QWidget {
     Q_OBJECT
 
@@ -31,6 +32,9 @@ class MainWindow final : public QWidget {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -49,6 +53,8 @@ class MainWindow final : public QWidget {
     QTimer lookTimer_;
     /// Lets the focus, which is spoken first, go before what is announced.
     QTimer afterFocus_;
+    /// Runs out a moment after the frame was last changed.
+    QTimer frameTimer_{this};
     DialogPresenter dialogs_;
     Refresher refresher_;
 };

@@ -63,6 +63,31 @@ TEST_F(MainWindowTest, ItRemembersItsFrameAsMainWindow) {
     EXPECT_EQ(window().geometry(), before);
 }
 
+TEST_F(MainWindowTest, ItRemembersAFrameThatItHasKeptForAMomentThoughNobodyEndsIt) {
+    window().setGeometry(60, 70, window().minimumWidth() + 10, window().minimumHeight() + 40);
+    const QRect chosen = window().geometry();
+
+    EXPECT_TRUE(eventually([this] {
+        return QSettings{}.value(QStringLiteral("Main Window")).toByteArray() == window().saveGeometry();
+    }));
+    closeWindow();
+    openWindow();
+
+    EXPECT_EQ(window().geometry(), chosen);
+}
+
+TEST_F(MainWindowTest, AMoveIsWaitedOutAndForgottenWhenTheWindowIsHidden) {
+    const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
+    ASSERT_NE(moment, nullptr);
+    ASSERT_TRUE(eventually([&] { return !moment->isActive(); }));
+
+    window().move(window().x() + 30, window().y() + 30);
+    EXPECT_TRUE(eventually([&] { return moment->isActive(); }));
+    window().hide();
+
+    EXPECT_FALSE(moment->isActive());
+}
+
 TEST_F(MainWindowTest, AFrameOutsideEveryScreenComesBackOntoOne) {
     window().move(5000, 4000);
     settle();
