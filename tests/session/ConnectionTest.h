@@ -1,16 +1,11 @@
 #pragma once
 
-#include <regex>
 #include <string>
 
+#include "PrintedText.h"
 #include "SessionTest.h"
 
 namespace velmorindal {
-
-/// Descriptors differ from run to run.
-inline std::string withoutDescriptors(const std::string& lines) {
-    return std::regex_replace(lines, std::regex{"Open Result:  \\d+"}, "Open Result:  N");
-}
 
 /// A model that has not connected yet.
 class ConnectionTest : public SessionTest {

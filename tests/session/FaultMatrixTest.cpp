@@ -1,8 +1,9 @@
 #include "FaultMatrixTest.h"
 
 #include <limits>
-#include <regex>
 #include <sstream>
+
+#include "PrintedText.h"
 
 namespace velmorindal {
 namespace {
@@ -29,7 +30,7 @@ void dropFirst(std::vector<Value>& history) {
 }
 
 std::vector<std::string> linesOf(const std::string& printed, const std::string& path) {
-    std::string text = std::regex_replace(printed, std::regex{"Open Result:  \\d+"}, "Open Result:  N");
+    std::string text = withoutDescriptors(printed);
     for (auto at = text.find(path); at != std::string::npos; at = text.find(path)) {
         text.replace(at, path.size(), "PATH");
     }
