@@ -24,3 +24,15 @@ elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
         target_link_options(velmorindal_flags INTERFACE -pie -Wl,-z,relro,-z,now,-z,noexecstack)
     endif()
 endif()
+
+# The same for tests and their tools. They run once: what the optimizer would save there, it costs many times over here.
+# Programs with and without the toolkit share precompiled headers, and so they share what the toolkit asks for.
+add_library(velmorindal_test_flags INTERFACE)
+target_link_libraries(velmorindal_test_flags INTERFACE velmorindal_flags)
+if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+    target_compile_options(velmorindal_test_flags INTERFACE -Og -fPIC)
+endif()
+if(VELMORINDAL_SANITIZE MATCHES "undefined")
+    # These look at every pointer and would be half of what the compiler has to do. The program's own files keep them.
+    target_compile_options(velmorindal_test_flags INTERFACE -fno-sanitize=null,alignment,object-size,vptr -g0)
+endif()
