@@ -10,6 +10,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import threading
 
 import cases
 from stage import Stage
@@ -66,25 +67,43 @@ def environment_of_tests():
     return environment
 
 
-def run_tests(presets, count):
-    """Runs the tests of all presets side by side, and reports each preset."""
-    jobs = [job for preset in presets
-            for job in cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests())]
-    # What is one long test waits most, and so it comes first.
-    jobs.sort(key=lambda job: job.is_share)
-    outcomes = {preset: [] for preset in presets}
-    with Stage(f"Testing {', '.join(presets)}", "tests") as stage:
-        stage.step(0, sum(len(job.names) for job in jobs))
+class Tests:
+    """The tests of all presets, run side by side. They can begin before the last preset is built."""
 
-        def ended(_, how):
-            stage.step(stage.done + 1, stage.total, stage.failed + (how == "FAILED"))
+    def __init__(self):
+        self.pool = concurrent.futures.ThreadPoolExecutor(AT_ONCE)
+        self.runs = {}
+        self.lock = threading.Lock()
+        self.done = self.total = self.failed = 0
+        self.stage = None
 
-        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as pool:
-            runs = {pool.submit(job.run, ended): job for job in jobs}
-            for each in concurrent.futures.as_completed(runs):
-                outcomes[runs[each].preset].append(each.result())
-    for preset, ends in outcomes.items():
-        report(preset, ends, count)
+    def start(self, jobs):
+        with self.lock:
+            self.total += sum(len(job.names) for job in jobs)
+        for job in jobs:
+            self.runs[self.pool.submit(job.run, self.ended)] = job
+
+    def ended(self, _, how):
+        with self.lock:
+            self.done += 1
+            self.failed += how == "FAILED"
+            self.show()
+
+    def show(self):
+        if self.stage:
+            self.stage.step(self.done, self.total, self.failed)
+
+    def finish(self, presets):
+        """Waits for all of them. Returns the outcomes of each preset."""
+        outcomes = {preset: [] for preset in presets}
+        with Stage(f"Testing {', '.join(presets)}", "tests") as stage:
+            with self.lock:
+                self.stage = stage
+                self.show()
+            for each in concurrent.futures.as_completed(self.runs):
+                outcomes[self.runs[each].preset].append(each.result())
+        self.pool.shutdown()
+        return outcomes
 
 
 def report(preset, outcomes, count):
@@ -125,13 +144,22 @@ def tell_amounts(preset, log, cells_run, count):
         count.add(failed=1)
 
 
-def lint(count):
-    with Stage("Linting", "files") as stage:
-        clean, said = run(["scripts/lint"], stage, os.environ | {"VELMORINDAL_PROGRESS": "1"})
-    if not clean:
-        print(*[line for line in said.splitlines() if not re.match(r"\[\d+/\d+\]", line)][-200:], sep="\n")
-        print("FAILED: sources are formatted, layered and lint-free")
-    count.add(passed=clean, failed=not clean)
+class Lint:
+    """The linter, beside the tests: many of those wait most of the time."""
+
+    def __init__(self):
+        self.stage = Stage("Linting", "files", shown=False)
+        self.pool = concurrent.futures.ThreadPoolExecutor(1)
+        self.result = self.pool.submit(run, ["scripts/lint"], self.stage, os.environ | {"VELMORINDAL_PROGRESS": "1"})
+
+    def finish(self, count):
+        with self.stage:
+            clean, said = self.result.result()
+        self.pool.shutdown()
+        if not clean:
+            print(*[line for line in said.splitlines() if not re.match(r"\[\d+/\d+\]", line)][-200:], sep="\n")
+            print("FAILED: sources are formatted, layered and lint-free")
+        count.add(passed=clean, failed=not clean)
 
 
 def main():
@@ -139,12 +167,22 @@ def main():
     if sys.argv[1:] and not everything:
         sys.exit("usage: run.py [all]")
     count = Count()
-    presets = ["check", "asan", "tsan"] if everything else ["check"]
-    built = [preset for preset in presets if build(preset, count)]
+    tests = Tests()
+    built, shares = [], []
+    for preset in ["check", "asan", "tsan"] if everything else ["check"]:
+        if build(preset, count):
+            built.append(preset)
+            jobs = cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests())
+            # What is one long test waits most, and so it begins while the next preset is built.
+            tests.start([job for job in jobs if not job.is_share])
+            shares += [job for job in jobs if job.is_share]
+    tests.start(shares)
+    linter = Lint() if everything else None
     if built:
-        run_tests(built, count)
-    if everything:
-        lint(count)
+        for preset, outcomes in tests.finish(built).items():
+            report(preset, outcomes, count)
+    if linter:
+        linter.finish(count)
     print(count.line())
     sys.exit(count.failed > 0)
 

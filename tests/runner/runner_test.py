@@ -120,20 +120,31 @@ class Runner(unittest.TestCase):
 
 class Said(unittest.TestCase):
     def said(self, output):
-        with Stage("Building", "steps", output) as stage:
+        with Stage("Building", "steps", output, clock=iter([7, 19]).__next__) as stage:
             for line in ("[1/2] Compiling", "warning: [7/9]", "[2/2] Linking"):
                 stage.read(line)
         return output.getvalue()
 
     def test_elsewhere_one_line_for_a_stage(self):
-        self.assertEqual(self.said(io.StringIO()), "Building ... 2 of 2 steps in 0 s\n")
+        self.assertEqual(self.said(io.StringIO()), "Building ... 2 of 2 steps in 12 s\n")
 
     def test_on_a_terminal_the_line_renews_itself(self):
         terminal = io.StringIO()
         terminal.isatty = lambda: True
         said = self.said(terminal)
         self.assertEqual([part for part in said.split("\r\033[K") if part][1:],
-                         ["Building: 1 of 2 steps", "Building: 2 of 2 steps", "Building: 2 of 2 steps in 0 s\n"])
+                         ["Building: 1 of 2 steps", "Building: 2 of 2 steps", "Building: 2 of 2 steps in 12 s\n"])
+
+    def test_what_is_not_shown_yet_takes_its_time_and_says_nothing(self):
+        terminal = io.StringIO()
+        terminal.isatty = lambda: True
+        stage = Stage("Linting", "files", terminal, shown=False, clock=iter([7, 19]).__next__)
+        stage.step(1, 2)
+        self.assertEqual(terminal.getvalue(), "")
+        with stage:
+            stage.step(2, 2)
+        self.assertEqual([part for part in terminal.getvalue().split("\r\033[K") if part],
+                         ["Linting: 1 of 2 files", "Linting: 2 of 2 files", "Linting: 2 of 2 files in 12 s\n"])
 
 
 def runs(process):

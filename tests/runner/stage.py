@@ -10,15 +10,19 @@ STEP = re.compile(r"^\[(\d+)/(\d+)")
 
 
 class Stage:
-    """A piece of work with a name, so many of so many steps done. For one thread at a time; use it in a `with`."""
+    """A piece of work with a name, so many of so many steps done. For one thread at a time; use it in a `with`.
 
-    def __init__(self, name, unit, output=sys.stdout):
-        self.name, self.unit, self.output = name, unit, output
+    Its time begins when it is made; one that is not shown yet is shown from the `with` on.
+    """
+
+    def __init__(self, name, unit, output=sys.stdout, shown=True, clock=time.monotonic):
+        self.name, self.unit, self.output, self.shown, self.clock = name, unit, output, shown, clock
         self.renews = output.isatty()
         self.done = self.total = self.failed = 0
-        self.start = time.monotonic()
+        self.start = clock()
 
     def __enter__(self):
+        self.shown = True
         if self.renews:
             self.renew()
         else:
@@ -26,7 +30,7 @@ class Stage:
         return self
 
     def __exit__(self, kind, *_):
-        seconds = time.monotonic() - self.start
+        seconds = self.clock() - self.start
         if self.renews:
             self.renew()
         else:
@@ -35,7 +39,7 @@ class Stage:
 
     def step(self, done, total, failed=0):
         self.done, self.total, self.failed = done, total, failed
-        if self.renews:
+        if self.renews and self.shown:
             self.renew()
 
     def read(self, line):

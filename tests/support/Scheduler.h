@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Choices.h"
+#include "OneProcessor.h"
 #include "Turn.h"
 
 namespace velmorindal {
@@ -112,6 +113,7 @@ class Scheduler {
     void body(Thread& self, const std::function<void()>& work);
     void endThread(Thread& thread);
 
+    const OneProcessor oneProcessor_;
     Choices& choices_;
     const Limits limits_;
     std::size_t deviationsLeft_;
