@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Runs the linter: `lint_together.py BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
 
-Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files of
-one target are put together in one and share them. What is found is told with the file and the line it stands in. Each
+Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files are
+put together in one and share them. What is found is told with the file and the line it stands in. Each
 file is also compiled alone, which shows whether it includes what it needs.
 """
 
@@ -15,8 +15,7 @@ import shlex
 import subprocess
 import sys
 
-# Of the program; of tests as many as a unity build puts together, where names are distinct.
-TOGETHER = 40
+# Of tests, as many as a unity build puts together, where names are distinct.
 TESTS_TOGETHER = 12
 # What stands before the system's own functions cannot take the system's reserved names. A test may end by an exception,
 # and hands its events to the toolkit, which deletes them.
@@ -26,9 +25,9 @@ BESIDE_THE_PROGRAM = (
 )
 
 
-def batches(build, wanted):
-    """Yields the options, as a list, and the files of one target that are compiled with them, not too many at once."""
-    targets = {}
+def targets(build, wanted):
+    """Returns the files of each target with the options that they are compiled with, a list of pairs."""
+    files_of = {}
     seen = set()
     for command in json.loads((build / "compile_commands.json").read_text()):
         file = os.path.realpath(command["file"])
@@ -40,13 +39,37 @@ def batches(build, wanted):
             arguments.insert(output, "-U_FORTIFY_SOURCE")
             output += 1
             target = arguments[output + 1].split(".dir/")[0]
-            targets.setdefault((target, *arguments[:output]), []).append(file)
+            files_of.setdefault((target, *arguments[:output]), []).append(file)
     if missing := wanted - seen:
         sys.exit(f"No command compiles {', '.join(sorted(missing))}")
-    for (_, *options), files in targets.items():
-        size = TOGETHER if all(map(is_of_the_program, files)) else TESTS_TOGETHER
-        for first in range(0, len(files), size):
-            yield options, files[first : first + size]
+    return [(options, files) for (_, *options), files in files_of.items()]
+
+
+def batches(build, wanted):
+    """Yields lists of targets, as of targets(), whose files are put together: of the program all that share their headers,
+    of tests some of one target."""
+    together = {}
+    for options, files in targets(build, wanted):
+        if all(map(is_of_the_program, files)):
+            toolkit = any("QtWidgets" in option for option in options)
+            together.setdefault((os.path.relpath(files[0]).split("/")[0], toolkit), []).append((options, files))
+        else:
+            for first in range(0, len(files), TESTS_TOGETHER):
+                yield [(options, files[first : first + TESTS_TOGETHER])]
+    yield from together.values()
+
+
+def joined(options_of_targets):
+    """The options of several targets, each once, in order."""
+    result, seen = [], set()
+    for options in options_of_targets:
+        rest = iter(options)
+        for option in rest:
+            words = (option, next(rest)) if option in ("-isystem", "-include") else (option,)
+            if words not in seen:
+                seen.add(words)
+                result += words
+    return result
 
 
 def is_of_the_program(file):
@@ -75,14 +98,24 @@ def compile_alone(options, file):
     return result.returncode == 0, result.stderr
 
 
-def lint(options, files, name):
+def lint(batch, name):
     """Returns whether the linter found nothing, and what it told."""
+    fine, told = lint_together(batch, name)
+    if "[clang-diagnostic-error]" in told and len(batch) > 1:
+        # Names of different targets may collide.
+        results = [lint_together([target], name) for target in batch]
+        fine, told = all(each for each, _ in results), "".join(each for _, each in results)
+    return fine, told
+
+
+def lint_together(batch, name):
+    files = [file for _, files in batch for file in files]
     origins = put_together(files, name)
     folders = sorted({f"-iquote{os.path.dirname(file)}" for file in files})
     checks = [] if all(map(is_of_the_program, files)) else [BESIDE_THE_PROGRAM]
-    result = subprocess.run(
-        ["clang-tidy", "--quiet", *checks, name, "--", *options, *folders], capture_output=True, text=True
-    )
+    options = [*joined(options for options, _ in batch), "-Wno-shadow", *folders]
+    command = ["clang-tidy", "--quiet", *checks, name, "--", *options]
+    result = subprocess.run(command, capture_output=True, text=True)
     told = re.sub(r"(?m)^\d+ warnings? generated\.\n", "", result.stdout + result.stderr)
 
     def place(match):
@@ -100,8 +133,9 @@ def main():
     clean = True
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
         runs = []
-        for number, (options, files) in enumerate(batches(build, wanted)):
-            runs.append(workers.submit(lint, options, files, place / f"{number}.cpp"))
+        for number, batch in enumerate(batches(build, wanted)):
+            runs.append(workers.submit(lint, batch, place / f"{number}.cpp"))
+        for options, files in targets(build, wanted):
             runs += [workers.submit(compile_alone, options, file) for file in files]
         for done, run in enumerate(concurrent.futures.as_completed(runs), start=1):
             if "VELMORINDAL_PROGRESS" in os.environ:
