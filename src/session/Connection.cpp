@@ -43,32 +43,18 @@ std::vector<std::string> VelmorindalSwitch::listDevices() {
     return dongles;
 }
 
-bool VelmorindalSwitch::failConnection(std::string text) {
-    tellConnectionError(text);
-    dispatch_.postToMain([this] { connectionState = ConnectionStatus::error; });
-    // A settings file that is loaded once the state shows leaves a text of its own.
-    lastError = std::move(text);
-    return false;
-}
-
-void VelmorindalSwitch::tellConnectionError(std::optional<std::string> text) {
-    connectionError = text;
-    lastError = std::move(text);
-}
-
-bool VelmorindalSwitch::connect() {
-    tellConnectionError(std::nullopt);
+OperationResult VelmorindalSwitch::connect() {
+    lastError = std::nullopt;
     const std::vector<std::string> dongles = listDevices();
     dispatch_.postToMain([this] { readWriteProgress = 0.0; });
     if (serialPort.get()) {
         print("Attempting re-connection");
-        tellConnectionError("Already connected to the Velmorindal Device.");
-        return false;
+        return failure("Already connected to the Velmorindal Device.");
     }
     if (dongles.empty()) {
         print("No dongles found. Quitting.");
-        return failConnection(
-            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.");
+        return connectionFailure(
+            {"Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."});
     }
     std::optional<std::string> warning;
     if (dongles.size() > 1) {
@@ -76,21 +62,41 @@ bool VelmorindalSwitch::connect() {
               " dongles.\n\nOne will be chosen arbitrarily.");
         warning =
             "Multiple dongles found. To ensure that you program the correct device, please remove any extra "
-            "USB "
-            "dongles.";
-        tellConnectionError(warning);
+            "USB dongles.";
+        lastError = warning;
     }
     print("Have device(s) : ", dongles);
     dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::connecting; });
-    if (!openDongle(dongles.front()) || !checkVersion() || !checkLink() || !readSettingsAndFinish()) {
-        return false;
+    auto reason = openDongle(dongles.front());
+    if (!reason) {
+        reason = checkVersion();
     }
-    // Reading the settings has cleared the text; a warning outlives the success, and the wizard shows it.
-    tellConnectionError(std::move(warning));
-    return true;
+    if (!reason) {
+        reason = checkLink();
+    }
+    if (reason) {
+        return connectionFailure(*reason);
+    }
+    OperationResult result = readSettingsAndFinish();
+    if (result && warning) {
+        // Reading the settings has cleared it; a warning outlives the success, and the wizard shows it.
+        lastError = warning;
+        result.text = std::move(warning);
+    }
+    return result;
 }
 
-bool VelmorindalSwitch::openDongle(const std::string& path) {
+OperationResult VelmorindalSwitch::connectionFailure(const ConnectionFailure& reason) {
+    if (reason.state == ConnectionStatus::error) {
+        OperationResult result = failure(reason.text);
+        dispatch_.postToMain([this] { connectionState = ConnectionStatus::error; });
+        return result;
+    }
+    dispatch_.runOnMainAndWait([this, state = reason.state] { connectionState = state; });
+    return failure(reason.text);
+}
+
+std::optional<VelmorindalSwitch::ConnectionFailure> VelmorindalSwitch::openDongle(const std::string& path) {
     const auto port = std::make_shared<SerialPort>(path, system_);
     serialPort = port;
     const DongleTrouble trouble{path, system_};
@@ -98,62 +104,61 @@ bool VelmorindalSwitch::openDongle(const std::string& path) {
         port->openPort(true, true, [&trouble] { trouble.stillBeingClosed(); });
     } catch (const PortException& exception) {
         trouble.notOpened(exception.systemError);
-        return failConnection("Error connecting to the serial port. It might already be in use.");
+        return ConnectionFailure{"Error connecting to the serial port. It might already be in use."};
     }
     port->setSettings(dongleLine);
     dispatch_.postToMain([this] { readWriteProgress = 1.0; });
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::checkVersion() {
+std::optional<VelmorindalSwitch::ConnectionFailure> VelmorindalSwitch::checkVersion() {
     std::unique_ptr<VelmorindalCommand> answer;
     try {
         answer = queryDevice(versionCode);
     } catch (const std::exception&) {
         print("Error; could not make any sense of the device");
-        return failConnection(unrecognizedResponse("CC/NR"));
+        return ConnectionFailure{unrecognizedResponse("CC/NR")};
     }
     if (!answer) {
         print("Invalid response.");
-        return failConnection(unrecognizedResponse("CC/IC"));
+        return ConnectionFailure{unrecognizedResponse("CC/IC")};
     }
     print("We made it this far... version code is ", messageAs<VCVersion>(*answer)._versionString);
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::checkLink() {
+std::optional<VelmorindalSwitch::ConnectionFailure> VelmorindalSwitch::checkLink() {
     std::unique_ptr<VelmorindalCommand> answer;
     try {
         answer = queryDevice(statusCode);
     } catch (const std::exception&) {
         print("Error; could not get a status from the device");
-        return failConnection(unrecognizedResponse("VS/CC"));
+        return ConnectionFailure{unrecognizedResponse("VS/CC")};
     }
     if (!answer) {
         print("Invalid status.");
-        return failConnection(unrecognizedResponse("VS/IC"));
+        return ConnectionFailure{unrecognizedResponse("VS/IC")};
     }
     // An answer that failed its checks is not refused: it reads as its defaults, and its link state of 0
     // stops here.
     const std::uint8_t linkState = messageAs<VCStatus>(*answer)._linkState;
     print("Have a status: ", linkState);
     if (linkState == 0) {
-        dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::disconnected; });
-        tellConnectionError("Please ensure that your Velmorindal is turned on and in configuration mode.");
-        return false;
+        return ConnectionFailure{
+            .text = "Please ensure that your Velmorindal is turned on and in configuration mode.",
+            .state = ConnectionStatus::disconnected};
     }
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::readSettingsAndFinish() {
+OperationResult VelmorindalSwitch::readSettingsAndFinish() {
     dispatch_.postToMain([this] { readWriteProgress = 2.0; });
     print("Connected. Going to read settings");
-    if (!readSettingsFromDevice()) {
+    OperationResult result = readSettingsFromDevice();
+    if (!result) {
         print("Failed to read settings.");
         dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
-        // A settings file that was loaded on the main thread meanwhile has left a text of its own.
-        lastError = connectionError.get();
-        return false;
+        return result;
     }
     print("Settings read successfully.");
     dispatch_.runOnMainAndWait([this] {
@@ -161,7 +166,7 @@ bool VelmorindalSwitch::readSettingsAndFinish() {
         connectionState = ConnectionStatus::connected;
     });
     print("Status updated now: ", connectionState.get());
-    return true;
+    return result;
 }
 
 void VelmorindalSwitch::disconnect(bool flush) {

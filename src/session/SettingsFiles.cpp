@@ -34,29 +34,22 @@ bool VelmorindalSwitch::writeXML(const std::string& filename) const {
     return true;
 }
 
-bool VelmorindalSwitch::loadXML(const std::string& filename) {
-    const auto tell = [this](std::optional<std::string> text) {
-        loadError = text;
-        lastError = std::move(text);
-    };
-    tell(std::nullopt);
+OperationResult VelmorindalSwitch::loadXML(const std::string& filename) {
+    lastError = std::nullopt;
     VelmorindalXML xml;
     switch (parseXMLFile(filename, xml)) {
         case ParseOutcome::unreadable:
-            tell("Could not load contents of XML file");
-            return false;
+            return failure("Could not load contents of XML file");
         case ParseOutcome::malformed:
-            tell("Could not parse XML file. Possibly invalid syntax.");
-            return false;
+            return failure("Could not parse XML file. Possibly invalid syntax.");
         case ParseOutcome::parsed:
             break;
     }
     if (!xml.valid()) {
-        tell(xml._lastError);
-        return false;
+        return failure(xml._lastError);
     }
     copySettings(xml, *this);
-    return true;
+    return {};
 }
 
 }  // namespace velmorindal

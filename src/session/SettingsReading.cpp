@@ -10,6 +10,7 @@
 #include "VCOutputPath.h"
 #include "VCProtocolSelect.h"
 #include "VelmorindalSwitch.h"
+#include "RawValue.h"
 
 namespace velmorindal {
 namespace {
@@ -17,29 +18,6 @@ namespace {
 /// Milliseconds in one tick of the device's clock.
 constexpr float tickMilliseconds = 40.0F;
 constexpr float cutoffInDirectMode = 1.0F;
-
-/// Asks for one setting. On failure leaves the reason in `connectionError`, naming the step by its two
-/// letters, and returns nothing. A query that throws, which is what a silent device leads to, is also the one
-/// that moves the state.
-template <typename Message>
-std::unique_ptr<VelmorindalCommand> readSetting(VelmorindalSwitch& velmorindal, std::string_view step) {
-    std::unique_ptr<VelmorindalCommand> answer;
-    try {
-        answer = velmorindal.queryDevice(static_cast<std::uint8_t>(Message::messageType));
-    } catch (const std::exception&) {
-        velmorindal.connectionState = ConnectionStatus::error;
-        velmorindal.connectionError = "Invalid message received from server.\n\n(Error code: VC/TC)";
-        return nullptr;
-    }
-    const std::string code = "(Error code: VC" + std::string{step};
-    if (!answer) {
-        velmorindal.connectionError = "Response timeout " + code + "/TO)";
-    } else if (!answer->_valid) {
-        velmorindal.connectionError = "Invalid response from dongle " + code + "/IV)";
-        answer.reset();
-    }
-    return answer;
-}
 
 /// The device counts USB as 0 and the relays as 1, the model the other way round, so the lowest bit is
 /// inverted. A value beyond the cases is kept as it is.
@@ -49,47 +27,68 @@ OutputPath modelPath(VCOutputPath::OutputPath devicePath) {
 
 }  // namespace
 
-bool VelmorindalSwitch::readSettingsFromDevice() {
-    tellConnectionError(std::nullopt);
+OperationResult VelmorindalSwitch::readSettingsFromDevice() {
+    lastError = std::nullopt;
     if (connectionState.get() != ConnectionStatus::connecting) {
-        tellConnectionError(std::string{notConnectedText});
-        return false;
+        return failure(std::string{notConnectedText});
     }
     dispatch_.postToMain([this] { readWriteProgress = 3.0; });
-    if (!readOutputPath() || !readHumDuration() || !readThresholds() || !readKeys()) {
-        lastError = connectionError.get();
-        return false;
+    for (const auto step : {&VelmorindalSwitch::readOutputPath, &VelmorindalSwitch::readHumDuration,
+                            &VelmorindalSwitch::readThresholds, &VelmorindalSwitch::readKeys}) {
+        if (auto reason = (this->*step)()) {
+            return failure(std::move(reason));
+        }
     }
     isValid = true;
-    return true;
+    return {};
 }
 
-bool VelmorindalSwitch::readOutputPath() {
-    const auto radio = readSetting<VCProtocolSelect>(*this, "PS");
-    if (!radio) {
-        return false;
+VelmorindalSwitch::Reading VelmorindalSwitch::readSetting(VelmorindalMessageType type,
+                                                          std::string_view step) {
+    Reading reading;
+    try {
+        reading.answer = queryDevice(rawValue(type));
+    } catch (const std::exception&) {
+        // What a silent device leads to, and the one failure that moves the state here.
+        connectionState = ConnectionStatus::error;
+        reading.failure = "Invalid message received from server.\n\n(Error code: VC/TC)";
+        return reading;
     }
-    if (messageAs<VCProtocolSelect>(*radio).proto == VCProtocolSelect::CommProtocol::Bluetooth) {
+    const std::string code = "(Error code: VC" + std::string{step};
+    if (!reading.answer) {
+        reading.failure = "Response timeout " + code + "/TO)";
+    } else if (!reading.answer->_valid) {
+        reading.failure = "Invalid response from dongle " + code + "/IV)";
+    }
+    return reading;
+}
+
+std::optional<std::string> VelmorindalSwitch::readOutputPath() {
+    const Reading radio = readSetting(VCProtocolSelect::messageType, "PS");
+    if (radio.failure) {
+        return radio.failure;
+    }
+    if (messageAs<VCProtocolSelect>(*radio.answer).proto == VCProtocolSelect::CommProtocol::Bluetooth) {
         dispatch_.postToMain([this] { outputPath = OutputPath::BTKeyboard; });
     } else {
-        const auto answer = readSetting<VCOutputPath>(*this, "OP");
-        if (!answer) {
-            return false;
+        const Reading reading = readSetting(VCOutputPath::messageType, "OP");
+        if (reading.failure) {
+            return reading.failure;
         }
-        const OutputPath path = modelPath(messageAs<VCOutputPath>(*answer).path);
+        const OutputPath path = modelPath(messageAs<VCOutputPath>(*reading.answer).path);
         dispatch_.postToMain([this, path] { outputPath = path; });
     }
     dispatch_.postToMain([this] { readWriteProgress = 4.0; });
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::readHumDuration() {
+std::optional<std::string> VelmorindalSwitch::readHumDuration() {
     using DetectMode = VCHumDuration::DetectMode;
-    const auto answer = readSetting<VCHumDuration>(*this, "HD");
-    if (!answer) {
-        return false;
+    const Reading reading = readSetting(VCHumDuration::messageType, "HD");
+    if (reading.failure) {
+        return reading.failure;
     }
-    const auto& hum = messageAs<VCHumDuration>(*answer);
+    const auto& hum = messageAs<VCHumDuration>(*reading.answer);
     const DetectMode detect = hum.detect_mode;
     const OutputMode mode =
         detect == DetectMode::DetectModeContinuous ? OutputMode::Direct : OutputMode::LongShort;
@@ -109,28 +108,28 @@ bool VelmorindalSwitch::readHumDuration() {
     dispatch_.postToMain([this, seconds] { cutoff = seconds; });
     print("Test: cutoff is ", seconds);
     dispatch_.postToMain([this] { readWriteProgress = 5.0; });
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::readThresholds() {
-    const auto answer = readSetting<VCHumThresholds>(*this, "HT");
-    if (!answer) {
-        return false;
+std::optional<std::string> VelmorindalSwitch::readThresholds() {
+    const Reading reading = readSetting(VCHumThresholds::messageType, "HT");
+    if (reading.failure) {
+        return reading.failure;
     }
-    const float threshold = messageAs<VCHumThresholds>(*answer).apThreshold;
+    const float threshold = messageAs<VCHumThresholds>(*reading.answer).apThreshold;
     dispatch_.postToMain([this, threshold] {
         clarity = threshold;
         readWriteProgress = 6.0;
     });
-    return true;
+    return std::nullopt;
 }
 
-bool VelmorindalSwitch::readKeys() {
-    const auto answer = readSetting<VCKeyboardConfig>(*this, "KC");
-    if (!answer) {
-        return false;
+std::optional<std::string> VelmorindalSwitch::readKeys() {
+    const Reading reading = readSetting(VCKeyboardConfig::messageType, "KC");
+    if (reading.failure) {
+        return reading.failure;
     }
-    const auto& keys = messageAs<VCKeyboardConfig>(*answer);
+    const auto& keys = messageAs<VCKeyboardConfig>(*reading.answer);
     // One byte each, compared with whole 32-bit codes: as no code is below 256, both lists are empty and the
     // keys always start from the defaults below. Kept as it is.
     const auto shortKeys = keysWithCode(keys.shortKey1);
@@ -146,14 +145,14 @@ bool VelmorindalSwitch::readKeys() {
     if (longKeys.empty()) {
         postKey(&keyList::longKey, OutputKey::Enter);
         postKey(&keyList::directKey, OutputKey::Enter);
-        return true;
+        return std::nullopt;
     }
     postKey(&keyList::longKey, longKeys.front());
     if (longKeys.size() == 1) {
         fatalError("The keyboard configuration names a long key but no direct key.");
     }
     postKey(&keyList::directKey, longKeys[1]);
-    return true;
+    return std::nullopt;
 }
 
 }  // namespace velmorindal

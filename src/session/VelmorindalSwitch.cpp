@@ -47,4 +47,9 @@ void VelmorindalSwitch::choose(const ChosenSettings& settings) {
     cutoff = settings.cutoff;
 }
 
+OperationResult VelmorindalSwitch::failure(std::optional<std::string> text) {
+    lastError = text;
+    return {.succeeded = false, .text = std::move(text)};
+}
+
 }  // namespace velmorindal

@@ -20,6 +20,7 @@
 #include "SessionStates.h"
 #include "System.h"
 #include "VelmorindalCommand.h"
+#include "OperationResult.h"
 
 namespace velmorindal {
 
@@ -51,10 +52,6 @@ class VelmorindalSwitch {
     std::atomic<bool> isValid{false};
     /// The text of the latest failure or warning.
     Guarded<std::optional<std::string>> lastError;
-    /// The same, of connecting alone and of loading alone: a settings file can be loaded while the device is
-    /// read, and each must find its own text whatever the other leaves in `lastError`.
-    Guarded<std::optional<std::string>> connectionError;
-    Guarded<std::optional<std::string>> loadError;
     Published<OutputPath> outputPath{objectWillChange, OutputPath::Switch};
     Published<OutputMode> outputMode{objectWillChange, OutputMode::Direct};
     /// One value: changing one key republishes all three.
@@ -98,9 +95,9 @@ class VelmorindalSwitch {
 
     /// Finds a dongle, opens it, checks version and link, and reads the device's settings. Background thread.
     ///
-    /// @returns true when the settings were read. `lastError` holds the reason otherwise, and after a success
-    ///          it may hold the warning that several dongles are plugged in.
-    bool connect();
+    /// @returns a success when the settings were read. `lastError` holds the reason otherwise, and after a
+    ///          success it may hold the warning that several dongles are plugged in; so does the result.
+    OperationResult connect();
 
     /// Closes the port, after reading what has arrived (up to 1000 bytes) when `flush` is set. Main thread;
     /// sets `connectionState` on its caller's thread. Safe while connect() runs, and with no port.
@@ -108,9 +105,10 @@ class VelmorindalSwitch {
 
     /// Reads the settings that the device holds into the model. Background thread.
     ///
-    /// @returns false with the reason in `lastError`; properties posted by earlier steps keep their new
-    ///          values. A query that throws sets `connectionState` to `error` on the calling thread.
-    bool readSettingsFromDevice();
+    /// @returns a failure with the reason, which `lastError` holds too; properties posted by earlier steps
+    ///          keep their new values. A query that throws sets `connectionState` to `error` on the calling
+    ///          thread.
+    OperationResult readSettingsFromDevice();
 
     /// Whether `cutoff` is a duration that the device can hold, in ticks of 40 ms and sixteen bits. A
     /// settings file may bring one that is not; committing it stops the process.
@@ -159,9 +157,9 @@ class VelmorindalSwitch {
 
     /// Loads the settings from an XML file. Main thread. `filename` is UTF-8.
     ///
-    /// @returns false with the reason in `lastError` and every setting unchanged when the file cannot be
-    ///          read, is not well formed, or lacks a setting.
-    bool loadXML(const std::string& filename);
+    /// @returns a failure with the reason, which `lastError` holds too, and every setting unchanged when the
+    ///          file cannot be read, is not well formed, or lacks a setting.
+    OperationResult loadXML(const std::string& filename);
 
   private:
     static constexpr std::string_view notConnectedText =
@@ -174,21 +172,36 @@ class VelmorindalSwitch {
     /// comes.
     ByteBuffer readAnswer(std::uint8_t messageType) const;
 
-    // The steps of connect(), each false after it has left the reason.
-    bool openDongle(const std::string& path);
-    bool checkVersion();
-    bool checkLink();
-    bool readSettingsAndFinish();
-    bool failConnection(std::string text);
-    /// In both places.
-    void tellConnectionError(std::optional<std::string> text);
+    /// Leaves `text` in `lastError`.
+    OperationResult failure(std::optional<std::string> text);
+
+    /// Why a step of connect() failed, and the state that this ends in.
+    struct ConnectionFailure {
+        std::string text;
+        ConnectionStatus state = ConnectionStatus::error;
+    };
+
+    // The steps of connect(), each with its failure or nothing.
+    std::optional<ConnectionFailure> openDongle(const std::string& path);
+    std::optional<ConnectionFailure> checkVersion();
+    std::optional<ConnectionFailure> checkLink();
+    OperationResult readSettingsAndFinish();
+    /// Publishes text and state.
+    OperationResult connectionFailure(const ConnectionFailure& reason);
     static void flushPort(SerialPort* port);
 
-    // The steps of readSettingsFromDevice(), each false after it has left the reason.
-    bool readOutputPath();
-    bool readHumDuration();
-    bool readThresholds();
-    bool readKeys();
+    /// The answer that holds a setting, or why there is none that can be used.
+    struct Reading {
+        std::unique_ptr<VelmorindalCommand> answer;
+        std::optional<std::string> failure = std::nullopt;
+    };
+    Reading readSetting(VelmorindalMessageType type, std::string_view step);
+
+    // The steps of readSettingsFromDevice(), each with the text of its failure or nothing.
+    std::optional<std::string> readOutputPath();
+    std::optional<std::string> readHumDuration();
+    std::optional<std::string> readThresholds();
+    std::optional<std::string> readKeys();
 
     // The calibration runs, their turns, and what starts them.
     void beginPolling(void (VelmorindalSwitch::*run)());

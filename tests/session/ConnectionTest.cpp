@@ -199,7 +199,8 @@ TEST_F(ConnectionTest, ATextThatAFailedLoadHasLeftMeanwhileIsNoWarningOfTheConne
     velmorindal.lastError = "Could not load contents of XML file";
     dispatch.runPendingMainWork();
     EXPECT_TRUE(result.get());
-    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    EXPECT_EQ(result.get().text, std::nullopt);
+    EXPECT_EQ(velmorindal.lastError.get(), "Could not load contents of XML file");
 }
 
 class PulledOutTest : public ConnectionTest, public testing::WithParamInterface<Type> {};

@@ -71,7 +71,7 @@ class SessionTestOn : public testing::Test, protected World {
     }
 
     /// Connects and reads the settings, the main queue running freely.
-    bool connect() {
+    OperationResult connect() {
         return dispatch.finish([this] { return velmorindal.connect(); });
     }
 

@@ -76,15 +76,16 @@ TEST_F(TerminalSessionTest, AFileThatIsLoadedWhileConnectingLeavesItsErrorBeside
 
     std::size_t loads = 0;
     EXPECT_TRUE(dispatch.runMainWorkUntil([&] {
-        EXPECT_FALSE(velmorindal.loadXML(torn.string()));
-        EXPECT_NE(velmorindal.loadError.get(), std::nullopt);
+        const OperationResult load = velmorindal.loadXML(torn.string());
+        EXPECT_FALSE(load);
+        EXPECT_EQ(load.text, "Could not parse XML file. Possibly invalid syntax.");
         ++loads;
         return connection.isReady();
     }));
 
     EXPECT_GT(loads, 1U);
     EXPECT_FALSE(connection.get());
-    EXPECT_EQ(velmorindal.connectionError.get(), "Invalid response from dongle (Error code: VCHD/IV)");
+    EXPECT_EQ(connection.get().text, "Invalid response from dongle (Error code: VCHD/IV)");
 }
 
 }  // namespace

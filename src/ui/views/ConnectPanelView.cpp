@@ -51,22 +51,22 @@ void ConnectPanelView::loadButtonPressed() {
         if (!filename) {
             return;
         }
-        if (velmorindal.loadXML(*filename)) {
+        if (const OperationResult result = velmorindal.loadXML(*filename)) {
             loadedSettings_ = velmorindal.chosenSettings();
             loadReason_.clear();
         } else {
-            loadFailed(velmorindal.loadError.get());
+            loadFailed(result.text);
         }
     });
 }
 
-void ConnectPanelView::loadFailed(const std::optional<std::string>& lastError) {
+void ConnectPanelView::loadFailed(const std::optional<std::string>& reason) {
     alertTitle = "Could Not Load XML File";
     alertMessage =
-        lastError.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
+        reason.value_or("An unknown error occurred") + "\n\nSettings from the file were NOT loaded.";
     loadReason_ = asReason(alertMessage.get());
     showingAlert = true;
-    print("Could not read XML: ", lastError.value_or("Something weird happened"));
+    print("Could not read XML: ", reason.value_or("Something weird happened"));
 }
 
 void ConnectPanelView::connectionFailed(std::string_view dialogText) {

@@ -54,8 +54,8 @@ class ConnectPanelView {
     /// Possible in every connection state.
     void loadButtonPressed();
 
-    /// Raises the load-error dialog. `lastError` is the model's text as loadXML() left it.
-    void loadFailed(const std::optional<std::string>& lastError);
+    /// Raises the load-error dialog. `reason` is the text that loadXML() returned.
+    void loadFailed(const std::optional<std::string>& reason);
 
     /// What the last file loaded has brought, until forgotten.
     const std::optional<ChosenSettings>& loadedSettings() const { return loadedSettings_; }

@@ -109,8 +109,8 @@ class ContainerView {
     void saveXMLButtonPressed();
 
     /// The end of a connection attempt: raises the general message where there is something to say.
-    /// `lastError` is the model's text as connect() left it.
-    void connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError);
+    /// `result` is what connect() returned.
+    void connectionAttemptEnded(const OperationResult& result);
     /// The end of a write: sets the texts and raises the general message where there is something to say.
     void writeEnded(bool written, const std::optional<std::string>& lastError);
     /// Follows when the background has said its last word about the write: raises the offer to save a file.

@@ -13,27 +13,27 @@ void ContainerView::startConnectionAttempt() {
     connectPanel.forgetLoadedSettings();
     connectPanel.forgetReasons();
     dispatch_.runInBackground([this] {
-        const bool connected = velmorindal.connect();
-        dispatch_.postToMain([this, connected, lastError = velmorindal.connectionError.get()] {
+        const OperationResult result = velmorindal.connect();
+        dispatch_.postToMain([this, result] {
             connectionAttemptUnderWay_ = false;
             objectWillChange.announce();
-            connectionAttemptEnded(connected, lastError);
+            connectionAttemptEnded(result);
         });
     });
 }
 
-void ContainerView::connectionAttemptEnded(bool connected, const std::optional<std::string>& lastError) {
-    if (connected) {
+void ContainerView::connectionAttemptEnded(const OperationResult& result) {
+    if (result) {
         applyLoadedSettings();
     }
-    if (connected && !lastError) {
+    if (result && !result.text) {
         return;
     }
-    alertTitle = connected ? "Warning" : "Connection Failed";
-    alertMessage = lastError.value_or("(Unknown Error)");
+    alertTitle = result ? "Warning" : "Connection Failed";
+    alertMessage = result.text.value_or("(Unknown Error)");
     connectPanel.connectionFailed(alertMessage.get());
     showingGenericAlert = true;
-    print(connected ? "Connected, with warnings." : "Could not connect.");
+    print(result ? "Connected, with warnings." : "Could not connect.");
 }
 
 void ContainerView::applyLoadedSettings() {

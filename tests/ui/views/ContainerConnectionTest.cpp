@@ -108,7 +108,8 @@ TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
 }
 
 TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(false, "The reason."); }),
+    EXPECT_THAT(linesPrintedBy(
+                    [&] { container.connectionAttemptEnded({.succeeded = false, .text = "The reason."}); }),
                 ElementsAre("Could not connect."));
 
     EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
@@ -117,7 +118,7 @@ TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
 }
 
 TEST_F(ContainerConnectionTest, AFailureWithoutATextIsAnUnknownError) {
-    container.connectionAttemptEnded(false, std::nullopt);
+    container.connectionAttemptEnded({.succeeded = false});
 
     EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
     EXPECT_EQ(container.alertMessage.get(), "(Unknown Error)");
@@ -125,7 +126,7 @@ TEST_F(ContainerConnectionTest, AFailureWithoutATextIsAnUnknownError) {
 }
 
 TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(true, "Be careful."); }),
+    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({.text = "Be careful."}); }),
                 ElementsAre("Connected, with warnings."));
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
@@ -134,7 +135,7 @@ TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
 }
 
 TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded(true, std::nullopt); }), IsEmpty());
+    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({}); }), IsEmpty());
     EXPECT_FALSE(container.showingGenericAlert.get());
 }
 
