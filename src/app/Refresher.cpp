@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <mutex>
 #include <utility>
 
 namespace velmorindal {
@@ -17,17 +16,12 @@ QEvent::Type refreshEventType() {
 }  // namespace
 
 struct Refresher::Link {
-    std::mutex mutex;
     /// Absent once the refresher is gone.
     Refresher* refresher = nullptr;
     bool underWay = false;
 
     void announced() {
-        const std::lock_guard lock{mutex};
-        if (refresher == nullptr) {
-            return;
-        }
-        if (!std::exchange(underWay, true)) {
+        if (refresher != nullptr && !std::exchange(underWay, true)) {
             QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()});
         }
     }
@@ -42,7 +36,6 @@ Refresher::Refresher(const std::vector<ChangeNotifier*>& watched, std::function<
 }
 
 Refresher::~Refresher() {
-    const std::lock_guard lock{link_->mutex};
     link_->refresher = nullptr;
 }
 
@@ -50,10 +43,7 @@ bool Refresher::event(QEvent* event) {
     if (event->type() != refreshEventType()) {
         return QObject::event(event);
     }
-    {
-        const std::lock_guard lock{link_->mutex};
-        link_->underWay = false;
-    }
+    link_->underWay = false;
     refresh_();
     return true;
 }

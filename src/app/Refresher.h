@@ -9,11 +9,8 @@
 
 namespace velmorindal {
 
-/// Answers announced changes, from whichever thread, with one call of `refresh` on the next turn of the event
-/// loop of the thread that this object lives on.
-///
-/// An announcement comes before its change. On the thread of this object the change is in place by the next
-/// turn; the model lets one that it makes on another thread be followed by one on the main thread.
+/// Answers announced changes with one call of `refresh` on the next turn of the event loop: an announcement
+/// comes before its change, which is in place by then. Main thread, as the announcements are.
 class Refresher final : public QObject {
     Q_OBJECT
 
@@ -28,7 +25,7 @@ class Refresher final : public QObject {
     struct Link;
 
     std::function<void()> refresh_;
-    /// Shared with the observers: an announcement that is under way elsewhere may outlive this object.
+    /// Shared with the observers: another observer of the same announcement may be what drops this object.
     std::shared_ptr<Link> link_;
     std::vector<ChangeNotifier::Subscription> subscriptions_;
 };

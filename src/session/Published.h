@@ -9,8 +9,7 @@ namespace velmorindal {
 
 /// A property that announces on a notifier immediately before every assignment, also of an equal value.
 ///
-/// Reading is safe from any thread; assigning is the main thread's, but for the exceptions that the
-/// operations of the model name.
+/// Reading is safe from any thread; assigning is the main thread's, where observers hear of it.
 template <typename Value>
 class Published {
   public:

@@ -49,8 +49,9 @@ VelmorindalSwitch::Reading VelmorindalSwitch::readSetting(VelmorindalMessageType
     try {
         reading.answer = queryDevice(rawValue(type));
     } catch (const std::exception&) {
-        // What a silent device leads to, and the one failure that moves the state here.
-        connectionState = ConnectionStatus::error;
+        // What a silent device leads to. It is the one failure that moves the state here, at once: the posts
+        // before it are applied first.
+        dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
         reading.failure = "Invalid message received from server.\n\n(Error code: VC/TC)";
         return reading;
     }

@@ -27,8 +27,8 @@ namespace velmorindal {
 /// The one model and controller of the program: the settings being edited, and every exchange with the
 /// device.
 ///
-/// Published properties announce on `objectWillChange` before they change and are changed on the main thread
-/// only, with two exceptions named below. The operations that talk to the device block and run on a
+/// Published properties announce on `objectWillChange` before they change, and are changed on the main thread
+/// only: that is where observers hear of them. The operations that talk to the device block and run on a
 /// background thread, one at a time: nothing locks the port between them. They hand every published change to
 /// the main queue of the Dispatch that the model was made with. It and the System, through which the model
 /// reaches ports and clock, must outlive every background run.
@@ -99,15 +99,14 @@ class VelmorindalSwitch {
     ///          success it may hold the warning that several dongles are plugged in; so does the result.
     OperationResult connect();
 
-    /// Closes the port, after reading what has arrived (up to 1000 bytes) when `flush` is set. Main thread;
-    /// sets `connectionState` on its caller's thread. Safe while connect() runs, and with no port.
+    /// Closes the port, after reading what has arrived (up to 1000 bytes) when `flush` is set. Main thread.
+    /// Safe while connect() runs, and with no port.
     void disconnect(bool flush);
 
     /// Reads the settings that the device holds into the model. Background thread.
     ///
     /// @returns a failure with the reason, which `lastError` holds too; properties posted by earlier steps
-    ///          keep their new values. A query that throws sets `connectionState` to `error` on the calling
-    ///          thread.
+    ///          keep their new values. After a query that throws, `connectionState` is `error`.
     OperationResult readSettingsFromDevice();
 
     /// Whether `cutoff` is a duration that the device can hold, in ticks of 40 ms and sixteen bits. A

@@ -175,9 +175,16 @@ class FailedReadingTest : public SettingsReadingTest, public testing::WithParamI
 TEST_P(FailedReadingTest, ASilentDeviceIsReportedAsAnInvalidMessageAndSetsTheErrorItself) {
     dongle.staySilentOn(GetParam().type);
     auto result = dispatch.inBackground([this] { return velmorindal.readSettingsFromDevice(); });
-    EXPECT_FALSE(result.get());
-    // Not posted: the main queue has not turned yet.
+    // Long after the time-out the state is still to come, and the text waits for it.
+    system.sleepFor(std::chrono::seconds{5});
+    EXPECT_FALSE(result.isReady());
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connecting);
+    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
+    dispatch.runPendingMainWork();
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
+    EXPECT_FALSE(result.get());
+    EXPECT_EQ(dispatch.pendingMainWork(), 0U);
+    EXPECT_EQ(result.get().text, thrownText);
     EXPECT_EQ(velmorindal.lastError.get(), thrownText);
     EXPECT_FALSE(velmorindal.isValid);
     EXPECT_THAT(dongle.receivedFrames(), SizeIs(GetParam().queriesUntilThen));

@@ -9,17 +9,16 @@ CalibrationReadings::CalibrationReadings(VelmorindalSwitch& model, Clock clock)
       changes_{model.objectWillChange.subscribe([this] { noteReading(); })} {}
 
 void CalibrationReadings::noteReading() {
-    const std::lock_guard lock{mutex_};
     if (model_.readingsReceived == seen_) {
         return;
     }
-    takePending();
+    update();
     seen_ = model_.readingsReceived;
     pending_ = true;
     latest_ = clock_();
 }
 
-void CalibrationReadings::takePending() {
+void CalibrationReadings::update() {
     const PollingState running = model_.pollingState.get();
     if (running != display_) {
         display_ = running;
@@ -42,11 +41,6 @@ void CalibrationReadings::takePending() {
         lastHum_ = model_.detectedDuration.get();
         hums_.push_back({.measurement = running, .value = lastHum_});
     }
-}
-
-void CalibrationReadings::update() {
-    const std::lock_guard lock{mutex_};
-    takePending();
 }
 
 double CalibrationReadings::lastHum() {

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -17,7 +16,7 @@ namespace velmorindal {
 /// What the readings of the running display amount to: the hums that are over, and whether readings still
 /// come.
 ///
-/// Main thread, but for what the model announces. Every reading is taken in exactly once, also when several
+/// Main thread, where the model announces. Every reading is taken in exactly once, also when several
 /// come between two questions.
 class CalibrationReadings {
   public:
@@ -57,11 +56,9 @@ class CalibrationReadings {
     void noteReading();
     /// Takes in the reading announced last, which is in place by now, and the begin or end of a display.
     void update();
-    void takePending();
 
     VelmorindalSwitch& model_;
     const Clock clock_;
-    std::mutex mutex_;
     std::uint64_t seen_ = 0;
     bool pending_ = false;
     PollingState display_ = PollingState::none;
