@@ -7,12 +7,14 @@
 #include "VCLastHumDuration.h"
 #include "VelmorindalMessageFactory.h"
 #include "VelmorindalSwitch.h"
+#include "RawValue.h"
+#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {
 
-constexpr auto lastHumCode = static_cast<std::uint8_t>(VelmorindalMessageType::lastHumDuration);
-constexpr auto reportCode = static_cast<std::uint8_t>(VelmorindalMessageType::autoTune);
+constexpr auto lastHumCode = rawValue(VelmorindalMessageType::lastHumDuration);
+constexpr auto reportCode = rawValue(VelmorindalMessageType::autoTune);
 constexpr std::uint8_t reportingChannel = 2;
 constexpr std::uint8_t silentChannel = 0;
 constexpr std::chrono::milliseconds betweenChecks{20};
@@ -148,8 +150,7 @@ bool VelmorindalSwitch::pollDuration() {
     if (!answer->_valid) {
         return true;
     }
-    constexpr double tickSeconds = 0.04;
-    const double seconds = messageAs<VCLastHumDuration>(*answer)._duration * tickSeconds;
+    const double seconds = humSeconds(messageAs<VCLastHumDuration>(*answer)._duration);
     dispatch_.postToMain([this, seconds] {
         ++readingsReceived;
         detectedDuration = seconds;

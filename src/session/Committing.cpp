@@ -1,5 +1,4 @@
 #include <array>
-#include <cmath>
 #include <exception>
 #include <span>
 
@@ -13,22 +12,13 @@
 #include "VCRelayConfig.h"
 #include "VCWriteSettings.h"
 #include "VelmorindalSwitch.h"
+#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {
 
-/// Whole ticks of the device's clock, cut towards zero, or nothing where they do not fit sixteen bits.
-std::optional<std::uint16_t> ticksOf(float seconds) {
-    constexpr float tickSeconds = 0.04F;
-    const float ticks = seconds / tickSeconds;
-    if (!std::isfinite(ticks) || ticks >= 65536.0F || ticks <= -1.0F) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint16_t>(ticks);
-}
-
 std::uint16_t cutoffTicks(float seconds) {
-    const auto ticks = ticksOf(seconds);
+    const auto ticks = wholeTicks(seconds);
     if (!ticks) {
         fatalError("The cutoff does not fit the device's sixteen bits.");
     }
@@ -186,7 +176,7 @@ std::optional<std::string> failureOf(VelmorindalSwitch& velmorindal, const Commi
 }  // namespace
 
 bool VelmorindalSwitch::cutoffFitsDevice() const {
-    return ticksOf(cutoff.get()).has_value();
+    return wholeTicks(cutoff.get()).has_value();
 }
 
 bool VelmorindalSwitch::commitSettingsToDevice() {

@@ -11,12 +11,11 @@
 #include "VCProtocolSelect.h"
 #include "VelmorindalSwitch.h"
 #include "RawValue.h"
+#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {
 
-/// Milliseconds in one tick of the device's clock.
-constexpr float tickMilliseconds = 40.0F;
 constexpr float cutoffInDirectMode = 1.0F;
 
 /// The device counts USB as 0 and the relays as 1, the model the other way round, so the lowest bit is
@@ -103,9 +102,8 @@ std::optional<std::string> VelmorindalSwitch::readHumDuration() {
 
     // The mode as the main thread has it by now, which may well be the one before this reading: the value
     // just posted is not waited for.
-    const float seconds = outputMode.get() == OutputMode::LongShort
-                              ? static_cast<float>(hum.max_short) * tickMilliseconds / 1000.0F
-                              : cutoffInDirectMode;
+    const float seconds =
+        outputMode.get() == OutputMode::LongShort ? thresholdSeconds(hum.max_short) : cutoffInDirectMode;
     dispatch_.postToMain([this, seconds] { cutoff = seconds; });
     print("Test: cutoff is ", seconds);
     dispatch_.postToMain([this] { readWriteProgress = 5.0; });
