@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <typeinfo>
 
 #include "SessionTest.h"
@@ -18,6 +19,33 @@ constexpr std::uint8_t versionCode = 0x76;
 constexpr std::uint8_t statusCode = 0x73;
 
 const auto soonAfterTwoSeconds = testing::AllOf(testing::Ge(2.0), testing::Le(2.2));
+
+/// Answers a version query, the header in one read and each byte of the payload in another.
+class AnsweringLine final : public VirtualLine {
+  public:
+    std::function<void()> onHeader;
+    int reads = 0;
+
+  private:
+    using Moment = System::Clock::time_point;
+
+    std::ptrdiff_t read(std::span<std::uint8_t> buffer, Moment /*now*/) override {
+        if (++reads > 1) {
+            buffer.front() = 'V';
+            return 1;
+        }
+        onHeader();
+        std::ranges::copy(ByteBuffer{0x72, 0x62, versionCode, 0x01}, buffer.begin());
+        return 4;
+    }
+    std::ptrdiff_t write(std::span<const std::uint8_t> bytes, Moment /*now*/) override {
+        return std::ssize(bytes);
+    }
+    bool isReady(System::Readiness /*readiness*/, Moment /*now*/) override { return true; }
+    std::optional<Moment> due() override { return std::nullopt; }
+    bool isPresent() const override { return true; }
+    void closed() override {}
+};
 
 class ExchangeTest : public SessionTest {
   protected:
@@ -209,6 +237,29 @@ TEST_F(ExchangeTest, WithoutAPortBothThrowAndNothingIsWritten) {
     EXPECT_EQ(errorOf([&] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
     EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VCOutputPath{}); }), VelmorindalError::NoConnectionError);
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
+}
+
+TEST_F(ExchangeTest, ThatThereIsNoPortIsSeenBeforeWhatIsWrongWithTheCommand) {
+    velmorindal.serialPort = nullptr;
+    VCHumDuration invalid;
+    invalid._valid = false;
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VelmorindalCommand{}); }),
+              VelmorindalError::NoConnectionError);
+    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(invalid); }), VelmorindalError::NoConnectionError);
+}
+
+TEST_F(ExchangeTest, APortThatIsTakenAwayAfterTheHeaderIsNotAskedForThePayload) {
+    AnsweringLine line;
+    line.onHeader = [this] { velmorindal.serialPort = nullptr; };
+    system.add("answering", line);
+    const auto port = std::make_shared<SerialPort>("answering", system);
+    port->openPort();
+    port->setSettings(dongleLine);
+    velmorindal.serialPort = port;
+
+    EXPECT_EQ(errorOf([this] { velmorindal.queryDevice(versionCode); }), VelmorindalError::NoConnectionError);
+
+    EXPECT_EQ(line.reads, 1);
 }
 
 TEST_F(ExchangeTest, WhatAnotherProgramMadeOfTheLineIsPutRightBeforeAFrameGoesOut) {
