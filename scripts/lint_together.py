@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the linter: `lint_together.py BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
+"""Runs the linter: `lint_together.py BUILD_DIRECTORY FILE... [-- FILE...]`, with the compile commands of that
+directory. What follows `--` is only compiled.
 
 Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files are
 put together in one and share them. What is found is told with the file and the line it stands in. Each
-file is also compiled alone, which shows whether it includes what it needs.
+file is also compiled alone, which shows whether it includes what it needs and takes the locks that it has to.
 """
 
 import concurrent.futures
@@ -23,6 +24,9 @@ BESIDE_THE_PROGRAM = (
     "--checks=-readability-inconsistent-declaration-parameter-name,-bugprone-exception-escape,"
     "-clang-analyzer-cplusplus.NewDeleteLeaks"
 )
+
+# As Mutex.h tells the compiler.
+LOCKS = ("-Wthread-safety", "-Werror=thread-safety")
 
 
 def targets(build, wanted):
@@ -94,7 +98,7 @@ def put_together(files, name):
 
 def compile_alone(options, file):
     """Returns whether the file compiles, and what the compiler told."""
-    result = subprocess.run(["clang++", "-fsyntax-only", *options, file], capture_output=True, text=True)
+    result = subprocess.run(["clang++", "-fsyntax-only", *LOCKS, *options, file], capture_output=True, text=True)
     return result.returncode == 0, result.stderr
 
 
@@ -127,7 +131,10 @@ def lint_together(batch, name):
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
-    wanted = {os.path.realpath(file) for file in sys.argv[2:]}
+    arguments = [*sys.argv[2:], "--"]
+    divider = arguments.index("--")
+    wanted = {os.path.realpath(file) for file in arguments[:divider]}
+    compiled = wanted | {os.path.realpath(file) for file in arguments[divider:] if file != "--"}
     place = build / "together"
     place.mkdir(exist_ok=True)
     clean = True
@@ -135,7 +142,7 @@ def main():
         runs = []
         for number, batch in enumerate(batches(build, wanted)):
             runs.append(workers.submit(lint, batch, place / f"{number}.cpp"))
-        for options, files in targets(build, wanted):
+        for options, files in targets(build, compiled):
             runs += [workers.submit(compile_alone, options, file) for file in files]
         for done, run in enumerate(concurrent.futures.as_completed(runs), start=1):
             if "VELMORINDAL_PROGRESS" in os.environ:

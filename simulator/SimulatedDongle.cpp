@@ -110,14 +110,14 @@ void SimulatedDongle::whenReceived(std::function<void(std::span<const std::uint8
     hook_ = std::move(hook);
 }
 
-void SimulatedDongle::receive(std::span<const std::uint8_t> bytes, Lock& lock) {
+void SimulatedDongle::receive(std::span<const std::uint8_t> bytes) {
     reader_.add(bytes);
     while (!unplugAsked_ && !unplugBy_) {
         const auto frame = reader_.next();
         if (!frame) {
             return;
         }
-        handle(*frame, lock);
+        handle(*frame);
     }
 }
 
@@ -155,7 +155,7 @@ void SimulatedDongle::sendReports(Clock::time_point now) {
     }
 }
 
-void SimulatedDongle::handle(const ByteBuffer& frame, Lock& lock) {
+void SimulatedDongle::handle(const ByteBuffer& frame) {
     FaultScript& faults = scripts_[frame[typeOffset]];
     faults.count();
     ++receivedCount_;
@@ -164,9 +164,10 @@ void SimulatedDongle::handle(const ByteBuffer& frame, Lock& lock) {
     }
     frameArrived();
     if (const auto hook = hook_) {
-        lock.unlock();
-        hook(frame);
-        lock.lock();
+        {
+            const Unlock unlock{mutex_};
+            hook(frame);
+        }
         if (unplugAsked_) {
             return;
         }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,6 +13,7 @@
 #include "DeviceState.h"
 #include "Fault.h"
 #include "FaultScript.h"
+#include "Mutex.h"
 #include "OutgoingLine.h"
 #include "SimulatedDevice.h"
 #include "VelmorindalCommand.h"
@@ -122,64 +122,63 @@ class SimulatedDongle {
 
   protected:
     using Clock = OutgoingLine::Clock;
-    using Lock = std::unique_lock<std::mutex>;
 
     /// The device starts to hum at `start`.
     SimulatedDongle(std::filesystem::path path, Options options, Clock::time_point start);
 
     virtual Clock::time_point now() const = 0;
 
-    // All of these under the lock.
-
     /// A test has changed something that the wire may have to act on.
-    virtual void wake() {}
+    virtual void wake() REQUIRES(mutex_) {}
     /// A frame was recorded.
-    virtual void frameArrived() {}
+    virtual void frameArrived() REQUIRES(mutex_) {}
 
     /// Takes what the host has sent, up to a frame after which the dongle is to be pulled out.
-    void receive(std::span<const std::uint8_t> bytes, Lock& lock);
+    void receive(std::span<const std::uint8_t> bytes) REQUIRES(mutex_);
     /// Goes on to `now`: hums, and puts the reports that are due on the line.
-    void advanceTo(Clock::time_point now);
+    void advanceTo(Clock::time_point now) REQUIRES(mutex_);
     /// Has the dongle pulled out if the host has all that it was to get, or has waited for it long enough.
-    void unplugOnceTaken(bool hostHasTakenAll, Clock::time_point now);
+    void unplugOnceTaken(bool hostHasTakenAll, Clock::time_point now) REQUIRES(mutex_);
     /// When there will be something new to do; nothing where no time needs to pass. A blocked line waits for
     /// the host and not for the time.
-    std::optional<Clock::time_point> due(bool lineIsBlocked) const;
+    std::optional<Clock::time_point> due(bool lineIsBlocked) const REQUIRES(mutex_);
 
     /// What is between an answer and the pulling out that follows it.
-    bool leavesAfterAnswer() const { return unplugBy_.has_value(); }
+    bool leavesAfterAnswer() const REQUIRES(mutex_) { return unplugBy_.has_value(); }
 
-    mutable std::mutex mutex_;
-    OutgoingLine line_;
-    bool unplugAsked_ = false;
-    bool plugged_ = true;
+    mutable Mutex mutex_;
+    OutgoingLine line_ GUARDED_BY(mutex_);
+    bool unplugAsked_ GUARDED_BY(mutex_) = false;
+    bool plugged_ GUARDED_BY(mutex_) = true;
 
-    std::size_t receivedCount() const { return receivedCount_; }
+    std::size_t receivedCount() const REQUIRES(mutex_) { return receivedCount_; }
 
   private:
-    FaultScript& script(VelmorindalMessageType type) { return scripts_[static_cast<std::uint8_t>(type)]; }
-    const FaultScript& script(VelmorindalMessageType type) const {
+    FaultScript& script(VelmorindalMessageType type) REQUIRES(mutex_) {
         return scripts_[static_cast<std::uint8_t>(type)];
     }
-    void handle(const ByteBuffer& frame, Lock& lock);
-    void sendReports(Clock::time_point now);
-    void deliverReport(ByteBuffer report, Clock::time_point now);
-    void deliver(const AnswerPlan& plan, Clock::time_point now);
+    const FaultScript& script(VelmorindalMessageType type) const REQUIRES(mutex_) {
+        return scripts_[static_cast<std::uint8_t>(type)];
+    }
+    void handle(const ByteBuffer& frame) REQUIRES(mutex_);
+    void sendReports(Clock::time_point now) REQUIRES(mutex_);
+    void deliverReport(ByteBuffer report, Clock::time_point now) REQUIRES(mutex_);
+    void deliver(const AnswerPlan& plan, Clock::time_point now) REQUIRES(mutex_);
 
     const std::filesystem::path path_;
     const Options options_;
     const Clock::time_point start_;
-    WireFrameReader reader_;
-    SimulatedDevice device_;
-    FaultScripts scripts_;
-    FaultScript reportScript_;
-    std::optional<Clock::time_point> nextReport_;
-    ByteBuffer heldBack_;
-    std::vector<ByteBuffer> received_;
-    std::size_t receivedCount_ = 0;
-    std::function<void(std::span<const std::uint8_t>)> hook_;
+    WireFrameReader reader_ GUARDED_BY(mutex_);
+    SimulatedDevice device_ GUARDED_BY(mutex_);
+    FaultScripts scripts_ GUARDED_BY(mutex_);
+    FaultScript reportScript_ GUARDED_BY(mutex_);
+    std::optional<Clock::time_point> nextReport_ GUARDED_BY(mutex_);
+    ByteBuffer heldBack_ GUARDED_BY(mutex_);
+    std::vector<ByteBuffer> received_ GUARDED_BY(mutex_);
+    std::size_t receivedCount_ GUARDED_BY(mutex_) = 0;
+    std::function<void(std::span<const std::uint8_t>)> hook_ GUARDED_BY(mutex_);
     /// When the dongle is pulled out even if the host has not taken the last bytes.
-    std::optional<Clock::time_point> unplugBy_;
+    std::optional<Clock::time_point> unplugBy_ GUARDED_BY(mutex_);
 };
 
 }  // namespace velmorindal

@@ -39,35 +39,37 @@ VirtualDongle::~VirtualDongle() {
 }
 
 void VirtualDongle::unplug() {
-    Lock lock{mutex_};
+    const Lock lock{mutex_};
     unplugAsked_ = true;
     wakeUp_.raise();
-    if (std::this_thread::get_id() != serverId_) {
-        changed_.wait(lock, [this] { return !plugged_; });
+    while (plugged_ && std::this_thread::get_id() != serverId_) {
+        changed_.wait(mutex_);
     }
 }
 
 bool VirtualDongle::waitForFrames(std::size_t count, std::chrono::milliseconds timeout) const {
-    Lock lock{mutex_};
-    changed_.wait_for(lock, timeout, [&] { return receivedCount() >= count || !plugged_; });
+    const auto deadline = Clock::now() + timeout;
+    const Lock lock{mutex_};
+    while (receivedCount() < count && plugged_ && changed_.waitUntil(mutex_, deadline)) {
+    }
     return receivedCount() >= count;
 }
 
 void VirtualDongle::serve() {
-    Lock lock{mutex_};
+    const Lock lock{mutex_};
     serverId_ = std::this_thread::get_id();
     while (!unplugAsked_) {
         sendWhatIsDue(Clock::now());
         if (!unplugAsked_) {
-            waitForWork(lock);
+            waitForWork();
         }
         if (!unplugAsked_ && !leavesAfterAnswer()) {
-            receiveFromHost(lock);
+            receiveFromHost();
         }
     }
     terminal_.close();
     plugged_ = false;
-    changed_.notify_all();
+    changed_.notifyAll();
 }
 
 void VirtualDongle::sendWhatIsDue(Clock::time_point now) {
@@ -96,17 +98,16 @@ void VirtualDongle::write(Clock::time_point now) {
     }
 }
 
-void VirtualDongle::waitForWork(Lock& lock) {
+void VirtualDongle::waitForWork() {
     const Clock::time_point now = Clock::now();
     const timespec timeout = timespecOf(std::max(nextDeadline(now) - now, Clock::duration::zero()));
     const short events = blocked_ ? POLLIN | POLLOUT : POLLIN;
     std::array<pollfd, 3> entries{{{.fd = terminal_.descriptor(), .events = events, .revents = 0},
                                    {.fd = hosts_.descriptor(), .events = POLLIN, .revents = 0},
                                    {.fd = wakeUp_.descriptor(), .events = POLLIN, .revents = 0}}};
-    lock.unlock();
+    const Unlock unlock{mutex_};
     ::ppoll(entries.data(), entries.size(), &timeout, nullptr);
     wakeUp_.clear();
-    lock.lock();
 }
 
 VirtualDongle::Clock::time_point VirtualDongle::nextDeadline(Clock::time_point now) const {
@@ -115,10 +116,10 @@ VirtualDongle::Clock::time_point VirtualDongle::nextDeadline(Clock::time_point n
     return leavesAfterAnswer() ? std::min(deadline, now + hostCheckInterval) : deadline;
 }
 
-void VirtualDongle::receiveFromHost(Lock& lock) {
+void VirtualDongle::receiveFromHost() {
     std::array<std::uint8_t, 4096> bytes{};
     const ssize_t count = ::read(terminal_.descriptor(), bytes.data(), bytes.size());
-    receive(std::span{bytes}.first(count > 0 ? static_cast<std::size_t>(count) : 0), lock);
+    receive(std::span{bytes}.first(count > 0 ? static_cast<std::size_t>(count) : 0));
 }
 
 }  // namespace velmorindal

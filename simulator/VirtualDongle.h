@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <filesystem>
 #include <thread>
@@ -34,24 +33,24 @@ class VirtualDongle final : public SimulatedDongle {
   private:
     Clock::time_point now() const override { return Clock::now(); }
     void wake() override { wakeUp_.raise(); }
-    void frameArrived() override { changed_.notify_all(); }
+    void frameArrived() override { changed_.notifyAll(); }
 
     // On the server thread, in the order of a turn of its loop.
     void serve();
-    void sendWhatIsDue(Clock::time_point now);
-    void write(Clock::time_point now);
-    void waitForWork(Lock& lock);
-    Clock::time_point nextDeadline(Clock::time_point now) const;
-    void receiveFromHost(Lock& lock);
+    void sendWhatIsDue(Clock::time_point now) REQUIRES(mutex_);
+    void write(Clock::time_point now) REQUIRES(mutex_);
+    void waitForWork() REQUIRES(mutex_);
+    Clock::time_point nextDeadline(Clock::time_point now) const REQUIRES(mutex_);
+    void receiveFromHost() REQUIRES(mutex_);
 
     const WakeUp wakeUp_;
     /// A frame was received, or the dongle is out.
-    mutable std::condition_variable changed_;
+    mutable Condition changed_;
     PseudoTerminal terminal_;
     HostWatch hosts_;
     /// The system was full: it is worth writing again once the terminal can be written to.
     bool blocked_ = false;
-    std::thread::id serverId_;
+    std::thread::id serverId_ GUARDED_BY(mutex_);
     std::thread server_;  // last: it uses all of the above
 };
 

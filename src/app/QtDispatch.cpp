@@ -21,7 +21,7 @@ QEvent::Type wakeEventType() {
 
 void QtDispatch::postToMain(Work work) {
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         queue_.push_back(std::move(work));
         if (std::exchange(woken_, true)) {
             return;
@@ -49,7 +49,7 @@ void QtDispatch::runInBackground(Work work) {
 void QtDispatch::runPendingMainWork() {
     std::size_t submitted = 0;
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         submitted = queue_.size();
     }
     // Work may itself wait and run the queue, so there can be fewer pieces left than there were.
@@ -67,7 +67,7 @@ bool QtDispatch::event(QEvent* event) {
         return QObject::event(event);
     }
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         woken_ = false;
     }
     runPendingMainWork();
@@ -75,7 +75,7 @@ bool QtDispatch::event(QEvent* event) {
 }
 
 Work QtDispatch::takeNext() {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     if (queue_.empty()) {
         return {};
     }

@@ -2,9 +2,9 @@
 
 #include <QObject>
 #include <deque>
-#include <mutex>
 
 #include "Dispatch.h"
+#include "Mutex.h"
 
 class QEvent;
 
@@ -32,10 +32,10 @@ class QtDispatch final : public QObject, public Dispatch {
     /// The next piece of work, or none.
     Work takeNext();
 
-    std::mutex mutex_;
-    std::deque<Work> queue_;
+    Mutex mutex_;
+    std::deque<Work> queue_ GUARDED_BY(mutex_);
     /// An event that will run the queue is on its way.
-    bool woken_ = false;
+    bool woken_ GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace velmorindal

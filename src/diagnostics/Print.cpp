@@ -63,15 +63,27 @@ bool takesMore(int descriptor) {
     return room;
 }
 
-std::recursive_mutex& turn() {
-    static std::recursive_mutex mutex;
-    return mutex;
+using Sink = std::function<void(std::string_view)>;
+
+struct Output {
+    /// Recursive: a sink may print.
+    RecursiveMutex turn;
+    /// Where the lines of each stream go, if not there.
+    std::array<Sink, 2> sinks GUARDED_BY(turn);
+
+    Sink& sinkOf(PrintStream stream) REQUIRES(turn) { return sinks[static_cast<std::size_t>(stream)]; }
+};
+
+Output& output() {
+    static Output shared;
+    return shared;
 }
 
-/// Where printed lines go, if not to their stream. Under turn().
-std::function<void(std::string_view)>& diversion(PrintStream stream) {
-    static std::array<std::function<void(std::string_view)>, 2> sinks;
-    return sinks[static_cast<std::size_t>(stream)];
+/// @returns the earlier one.
+Sink replaceSink(PrintStream stream, Sink next) {
+    Output& shared = output();
+    const RecursiveLock lock{shared.turn};
+    return std::exchange(shared.sinkOf(stream), std::move(next));
 }
 
 }  // namespace
@@ -113,8 +125,9 @@ void printItems(PrintStream stream, std::span<const PrintItem> items) {
         }
         line += item.text();
     }
-    const std::lock_guard lock{turn()};
-    if (const auto& sink = diversion(stream)) {
+    Output& shared = output();
+    const RecursiveLock lock{shared.turn};
+    if (const Sink& sink = shared.sinkOf(stream)) {
         sink(line + '\n');
     } else {
         writeLine(stream == PrintStream::standardOutput ? STDOUT_FILENO : STDERR_FILENO, line);
@@ -122,16 +135,12 @@ void printItems(PrintStream stream, std::span<const PrintItem> items) {
 }
 
 PrintDiversion::PrintDiversion(std::function<void(std::string_view)> sink, PrintStream stream)
-    : stream_{stream} {
-    const std::lock_guard lock{turn()};
-    earlier_ = std::exchange(diversion(stream_), std::move(sink));
-}
+    : stream_{stream}, earlier_{replaceSink(stream, std::move(sink))} {}
 
 PrintDiversion::~PrintDiversion() {
-    const std::lock_guard lock{turn()};
-    diversion(stream_) = std::move(earlier_);
+    replaceSink(stream_, std::move(earlier_));
 }
 
-LastWord::LastWord() : lock_{turn()} {}
+LastWord::LastWord() : lock_{output().turn} {}
 
 }  // namespace velmorindal

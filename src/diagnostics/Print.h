@@ -5,13 +5,14 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
-#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -59,7 +60,7 @@ class LastWord {
     LastWord();
 
   private:
-    std::unique_lock<std::recursive_mutex> lock_;
+    RecursiveLock lock_;
 };
 
 /// While one exists, the lines printed to one of the streams go to `sink` instead. A later one for the same

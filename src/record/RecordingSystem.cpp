@@ -34,7 +34,7 @@ int RecordingSystem::openExclusively(const std::string& path, int accessMode,
                                      const std::function<void()>& whenSlow) {
     const int descriptor = system_.openExclusively(path, accessMode, whenSlow);
     const KeptReason reason;
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     const int port = numberOf(path);
     if (descriptor == -1) {
         record_.refused(port, now());
@@ -52,7 +52,7 @@ std::optional<NodeHolder> RecordingSystem::holderOf(const std::string& path) {
 void RecordingSystem::endExclusiveUse(int descriptor) {
     {
         // The process may end before the descriptor is closed.
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         record_.endPiece();
     }
     system_.endExclusiveUse(descriptor);
@@ -61,7 +61,7 @@ void RecordingSystem::endExclusiveUse(int descriptor) {
 void RecordingSystem::close(int descriptor) {
     {
         // Before the call: the next open may have the same number.
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         if (const auto closing = open_.extract(descriptor)) {
             record_.closed(closing.mapped().port, now());
         }
@@ -89,7 +89,7 @@ bool RecordingSystem::wait(int descriptor, Readiness readiness, std::optional<Cl
     const bool ready = system_.wait(descriptor, readiness, until);
     if (!ready) {
         const KeptReason reason;
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         record_.endPiece();
     }
     return ready;
@@ -99,7 +99,7 @@ std::optional<std::size_t> RecordingSystem::linkCount(int descriptor) {
     const std::optional<std::size_t> count = system_.linkCount(descriptor);
     if (count != 1U) {
         const KeptReason reason;
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         const auto entry = open_.find(descriptor);
         if (entry != open_.end() && !entry->second.lost) {
             entry->second.lost = true;
@@ -123,7 +123,7 @@ int RecordingSystem::numberOf(const std::string& path) {
 
 void RecordingSystem::moved(int descriptor, LineRecord::Side from, std::span<const std::uint8_t> bytes) {
     const KeptReason reason;
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     if (const auto entry = open_.find(descriptor); entry != open_.end()) {
         record_.moved(entry->second.port, from, bytes, now());
     }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <map>
-#include <mutex>
 #include <string>
 
 #include "LineRecord.h"
+#include "Mutex.h"
 #include "System.h"
 
 namespace velmorindal {
@@ -40,14 +40,14 @@ class RecordingSystem final : public System {
     };
 
     /// The same for every open of a path, from 1.
-    int numberOf(const std::string& path);
+    int numberOf(const std::string& path) REQUIRES(mutex_);
     void moved(int descriptor, LineRecord::Side from, std::span<const std::uint8_t> bytes);
 
     System& system_;
-    std::mutex mutex_;
-    LineRecord record_;
-    std::map<std::string, int> numbers_;
-    std::map<int, Opened> open_;
+    Mutex mutex_;
+    LineRecord record_ GUARDED_BY(mutex_);
+    std::map<std::string, int> numbers_ GUARDED_BY(mutex_);
+    std::map<int, Opened> open_ GUARDED_BY(mutex_);
 };
 
 }  // namespace velmorindal

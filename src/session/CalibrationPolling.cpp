@@ -1,14 +1,14 @@
 #include <chrono>
 #include <exception>
 
+#include "DeviceTicks.h"
 #include "MessageCast.h"
 #include "Print.h"
+#include "RawValue.h"
 #include "VCAutoTune.h"
 #include "VCLastHumDuration.h"
 #include "VelmorindalMessageFactory.h"
 #include "VelmorindalSwitch.h"
-#include "RawValue.h"
-#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {

@@ -2,8 +2,9 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <vector>
+
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -22,8 +23,8 @@ class ChangeNotifier {
     void announce() const;
 
   private:
-    mutable std::mutex mutex_;
-    std::vector<std::weak_ptr<const std::function<void()>>> observers_;
+    mutable Mutex mutex_;
+    std::vector<std::weak_ptr<const std::function<void()>>> observers_ GUARDED_BY(mutex_);
 };
 
 }  // namespace velmorindal

@@ -2,6 +2,7 @@
 #include <exception>
 #include <span>
 
+#include "DeviceTicks.h"
 #include "FatalError.h"
 #include "Print.h"
 #include "VCHumDuration.h"
@@ -12,7 +13,6 @@
 #include "VCRelayConfig.h"
 #include "VCWriteSettings.h"
 #include "VelmorindalSwitch.h"
-#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {

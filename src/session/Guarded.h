@@ -1,7 +1,8 @@
 #pragma once
 
-#include <mutex>
 #include <utility>
+
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -14,21 +15,21 @@ class Guarded {
 
     /// A copy of the value as it stands. From any thread.
     Value get() const {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return value_;
     }
 
     /// From any thread.
     Guarded& operator=(Value next) {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         // The old value leaves with `next`, after the lock.
         std::swap(value_, next);
         return *this;
     }
 
   private:
-    mutable std::mutex mutex_;
-    Value value_{};
+    mutable Mutex mutex_;
+    Value value_ GUARDED_BY(mutex_){};
 };
 
 }  // namespace velmorindal

@@ -1,17 +1,17 @@
 #include <exception>
 #include <utility>
 
+#include "DeviceTicks.h"
 #include "FatalError.h"
 #include "MessageCast.h"
 #include "Print.h"
+#include "RawValue.h"
 #include "VCHumDuration.h"
 #include "VCHumThresholds.h"
 #include "VCKeyboardConfig.h"
 #include "VCOutputPath.h"
 #include "VCProtocolSelect.h"
 #include "VelmorindalSwitch.h"
-#include "RawValue.h"
-#include "DeviceTicks.h"
 
 namespace velmorindal {
 namespace {

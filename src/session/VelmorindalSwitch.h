@@ -15,12 +15,12 @@
 #include "DongleSearch.h"
 #include "Guarded.h"
 #include "ModelTypes.h"
+#include "OperationResult.h"
 #include "Published.h"
 #include "SerialPort.h"
 #include "SessionStates.h"
 #include "System.h"
 #include "VelmorindalCommand.h"
-#include "OperationResult.h"
 
 namespace velmorindal {
 

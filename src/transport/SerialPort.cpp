@@ -69,7 +69,7 @@ SerialPort::SerialPort(std::string devicePath, System& system)
 SerialPort::~SerialPort() = default;
 
 std::optional<int> SerialPort::fileDescriptor() const {
-    const std::scoped_lock lock{mutex_};
+    const Lock lock{mutex_};
     return descriptor_ ? std::optional{descriptor_->number} : std::nullopt;
 }
 
@@ -228,7 +228,7 @@ std::optional<SerialPort::TimePoint> SerialPort::deadlineFromNow() const {
 }
 
 std::shared_ptr<SerialPort::Descriptor> SerialPort::currentDescriptor() const {
-    const std::scoped_lock lock{mutex_};
+    const Lock lock{mutex_};
     return descriptor_;
 }
 
@@ -241,7 +241,7 @@ std::shared_ptr<SerialPort::Descriptor> SerialPort::openDescriptor() const {
 }
 
 std::shared_ptr<SerialPort::Descriptor> SerialPort::exchangeDescriptor(std::shared_ptr<Descriptor> next) {
-    const std::scoped_lock lock{mutex_};
+    const Lock lock{mutex_};
     return std::exchange(descriptor_, std::move(next));
 }
 

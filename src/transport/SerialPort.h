@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "ByteBuffer.h"
+#include "Mutex.h"
 #include "PortError.h"
 #include "SerialSettings.h"
 #include "System.h"
@@ -138,8 +138,8 @@ class SerialPort {
     std::shared_ptr<Descriptor> exchangeDescriptor(std::shared_ptr<Descriptor> next);
 
     System& system_;
-    mutable std::mutex mutex_;
-    std::shared_ptr<Descriptor> descriptor_;
+    mutable Mutex mutex_;
+    std::shared_ptr<Descriptor> descriptor_ GUARDED_BY(mutex_);
     std::atomic<int> timeout_{0};
     /// VMIN of the settings; of a line that has none yet, the system's own.
     int minimumBytesToRead_ = 1;

@@ -10,12 +10,8 @@ SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<v
         return;
     }
     try {
-        thread_ = std::thread{[this, patience, whenSlow = std::move(whenSlow)] {
-            std::unique_lock lock{mutex_};
-            if (!ended_.wait_for(lock, patience, [this] { return callHasEnded_; })) {
-                whenSlow();
-            }
-        }};
+        thread_ = std::thread{
+            [this, patience, whenSlow = std::move(whenSlow)] { waitForTheEnd(patience, whenSlow); }};
     } catch (const std::system_error&) {
         // No threads are left. The call matters, and not who hears that it is slow.
         return;
@@ -27,11 +23,22 @@ SlowCallWatch::~SlowCallWatch() {
         return;
     }
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         callHasEnded_ = true;
     }
-    ended_.notify_one();
+    ended_.notifyOne();
     thread_.join();
+}
+
+void SlowCallWatch::waitForTheEnd(std::chrono::milliseconds patience, const std::function<void()>& whenSlow) {
+    const auto patienceEnds = std::chrono::steady_clock::now() + patience;
+    const Lock lock{mutex_};
+    while (!callHasEnded_) {
+        if (!ended_.waitUntil(mutex_, patienceEnds) && !callHasEnded_) {
+            whenSlow();
+            return;
+        }
+    }
 }
 
 }  // namespace velmorindal

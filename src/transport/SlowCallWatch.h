@@ -1,10 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <thread>
+
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -18,9 +18,11 @@ class SlowCallWatch {
     ~SlowCallWatch();
 
   private:
-    std::mutex mutex_;
-    std::condition_variable ended_;
-    bool callHasEnded_ = false;
+    void waitForTheEnd(std::chrono::milliseconds patience, const std::function<void()>& whenSlow);
+
+    Mutex mutex_;
+    Condition ended_;
+    bool callHasEnded_ GUARDED_BY(mutex_) = false;
     std::thread thread_;
 };
 

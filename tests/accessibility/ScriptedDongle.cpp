@@ -115,11 +115,11 @@ void ScriptedDongle::perform(const std::string& line) {
 
 void ScriptedDongle::hold(Type type) {
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         holds_ = true;
     }
     dongle_.onNext(type, Fault{"held", [this, type](AnswerPlan& plan) {
-                                   const std::lock_guard lock{mutex_};
+                                   const Lock lock{mutex_};
                                    if (!holds_) {
                                        return;
                                    }
@@ -131,7 +131,7 @@ void ScriptedDongle::hold(Type type) {
 void ScriptedDongle::release() {
     std::optional<Held> held;
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         holds_ = false;
         held = std::exchange(held_, std::nullopt);
     }
@@ -147,7 +147,7 @@ void ScriptedDongle::keepWaiting() {
 }
 
 std::optional<ScriptedDongle::Held> ScriptedDongle::heldAnswer() const {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     return held_;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <mutex>
 #include <optional>
 #include <string>
 
+#include "Mutex.h"
 #include "VelmorindalMessageType.h"
 #include "VirtualDongle.h"
 
@@ -45,9 +45,9 @@ class ScriptedDongle {
     void release();
     std::optional<Held> heldAnswer() const;
 
-    mutable std::mutex mutex_;
-    bool holds_ = false;
-    std::optional<Held> held_;
+    mutable Mutex mutex_;
+    bool holds_ GUARDED_BY(mutex_) = false;
+    std::optional<Held> held_ GUARDED_BY(mutex_);
     VirtualDongle dongle_;  // last: its thread uses the above
 };
 

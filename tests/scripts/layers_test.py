@@ -22,16 +22,17 @@ BUILD = pathlib.Path(sys.argv.pop(1))
 # Each layer with its folder, one of its headers, and those that it may include.
 FOUNDATION = {
     "bytes": ("src/bytes", "ByteBuffer.h", ()),
-    "diagnostics": ("src/diagnostics", "FatalError.h", ()),
-    "transport": ("src/transport", "SerialSettings.h", ("bytes", "diagnostics")),
-    "protocol": ("src/protocol", "RawValue.h", ("bytes", "diagnostics")),
-    "record": ("src/record", "FrameSplitter.h", ("bytes", "diagnostics", "transport", "protocol")),
-    "simulator": ("simulator", "OwnedDescriptor.h", ("bytes", "diagnostics", "protocol")),
+    "locks": ("src/locks", "Mutex.h", ()),
+    "diagnostics": ("src/diagnostics", "FatalError.h", ("locks",)),
+    "transport": ("src/transport", "SerialSettings.h", ("bytes", "locks", "diagnostics")),
+    "protocol": ("src/protocol", "RawValue.h", ("bytes", "locks", "diagnostics")),
+    "record": ("src/record", "FrameSplitter.h", ("bytes", "locks", "diagnostics", "transport", "protocol")),
+    "simulator": ("simulator", "OwnedDescriptor.h", ("bytes", "locks", "diagnostics", "protocol")),
     "settings": ("src/settings", "ModelTypes.h", ()),
-    "settingsfile": ("src/settingsfile", "TextConversions.h", ("diagnostics", "settings")),
+    "settingsfile": ("src/settingsfile", "TextConversions.h", ("locks", "diagnostics", "settings")),
     "colors": ("src/ui/colors", "Color.h", ()),
 }
-SESSION = ("bytes", "diagnostics", "transport", "protocol", "settings")
+SESSION = ("bytes", "locks", "diagnostics", "transport", "protocol", "settings")
 VIEWS = (*SESSION, "session", "colors")
 WITHOUT_TOOLKIT = FOUNDATION | {
     "session": ("src/session", "SessionStates.h", (*SESSION, "settingsfile")),

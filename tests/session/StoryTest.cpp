@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "session/ConnectionTest.h"
+#include "ConnectionTest.h"
 
 namespace velmorindal {
 namespace {

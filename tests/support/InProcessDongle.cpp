@@ -85,7 +85,7 @@ std::ptrdiff_t InProcessDongle::read(std::span<std::uint8_t> buffer, Clock::time
 }
 
 std::ptrdiff_t InProcessDongle::write(std::span<const std::uint8_t> bytes, Clock::time_point now) {
-    Lock lock{mutex_};
+    const Lock lock{mutex_};
     advance(now);
     // A host that goes on to its next frame has what it waited for.
     unplugOnceTaken(true, now);
@@ -94,7 +94,7 @@ std::ptrdiff_t InProcessDongle::write(std::span<const std::uint8_t> bytes, Clock
         errno = EIO;
         return -1;
     }
-    receive(bytes, lock);
+    receive(bytes);
     unplugIfAsked();
     return std::ssize(bytes);
 }

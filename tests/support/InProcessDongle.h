@@ -38,14 +38,13 @@ class InProcessDongle final : public SimulatedDongle, private VirtualLine {
     bool isPresent() const override { return isPlugged(); }
     void closed() override;
 
-    /// Under the lock.
-    void advance(Clock::time_point now);
-    void unplugIfAsked();
+    void advance(Clock::time_point now) REQUIRES(mutex_);
+    void unplugIfAsked() REQUIRES(mutex_);
 
     VirtualSystem& system_;
     /// What the line has carried and the host has not read.
-    std::deque<std::uint8_t> arrived_;
-    std::size_t bytesRead_ = 0;
+    std::deque<std::uint8_t> arrived_ GUARDED_BY(mutex_);
+    std::size_t bytesRead_ GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace velmorindal

@@ -6,14 +6,19 @@ namespace velmorindal {
 
 ManualDispatch::~ManualDispatch() {
     waitForBackground();
-    for (std::thread& thread : threads_) {
+    for (std::thread& thread : takeThreads()) {
         thread.join();
     }
 }
 
+std::vector<std::thread> ManualDispatch::takeThreads() {
+    const Lock lock{mutex_};
+    return std::exchange(threads_, {});
+}
+
 void ManualDispatch::waitForBackground() {
     const auto idle = [this] {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return running_ == 0;
     };
     while (!idle()) {
@@ -23,9 +28,9 @@ void ManualDispatch::waitForBackground() {
 }
 
 void ManualDispatch::postToMain(Work work) {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     mainQueue_.push_back(std::move(work));
-    changed_.notify_all();
+    changed_.notifyAll();
 }
 
 void ManualDispatch::runOnMainAndWait(Work work) {
@@ -39,13 +44,13 @@ void ManualDispatch::runOnMainAndWait(Work work) {
 }
 
 void ManualDispatch::runInBackground(Work work) {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     ++running_;
     threads_.emplace_back([this, work = std::move(work)] {
         work();
-        const std::lock_guard ended{mutex_};
+        const Lock ended{mutex_};
         --running_;
-        changed_.notify_all();
+        changed_.notifyAll();
     });
 }
 
@@ -65,7 +70,7 @@ bool ManualDispatch::runOneMainWork() {
 bool ManualDispatch::runNext() {
     Work work;
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         if (mainQueue_.empty()) {
             return false;
         }
@@ -77,12 +82,15 @@ bool ManualDispatch::runNext() {
 }
 
 bool ManualDispatch::waitForPendingMainWork(std::size_t count) {
-    std::unique_lock lock{mutex_};
-    return changed_.wait_for(lock, bound, [&] { return mainQueue_.size() >= count; });
+    const auto deadline = std::chrono::steady_clock::now() + bound;
+    const Lock lock{mutex_};
+    while (mainQueue_.size() < count && changed_.waitUntil(mutex_, deadline)) {
+    }
+    return mainQueue_.size() >= count;
 }
 
 std::size_t ManualDispatch::pendingMainWork() const {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     return mainQueue_.size();
 }
 
@@ -98,8 +106,10 @@ bool ManualDispatch::waitUntil(const std::function<bool()>& condition) {
 }
 
 void ManualDispatch::waitBriefly() {
-    std::unique_lock lock{mutex_};
-    changed_.wait_for(lock, std::chrono::milliseconds{2}, [&] { return !mainQueue_.empty(); });
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds{2};
+    const Lock lock{mutex_};
+    while (mainQueue_.empty() && changed_.waitUntil(mutex_, deadline)) {
+    }
 }
 
 }  // namespace velmorindal

@@ -2,12 +2,10 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <type_traits>
@@ -16,6 +14,7 @@
 
 #include "BackgroundResult.h"
 #include "Dispatch.h"
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -93,12 +92,13 @@ class ManualDispatch final : public Dispatch {
   private:
     bool runNext();
     void waitBriefly();
+    std::vector<std::thread> takeThreads();
 
-    mutable std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<Work> mainQueue_;
-    std::vector<std::thread> threads_;
-    std::size_t running_ = 0;
+    mutable Mutex mutex_;
+    Condition changed_;
+    std::deque<Work> mainQueue_ GUARDED_BY(mutex_);
+    std::vector<std::thread> threads_ GUARDED_BY(mutex_);
+    std::size_t running_ GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace velmorindal

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "Mutex.h"
 #include "Print.h"
 
 namespace velmorindal {
@@ -14,7 +14,7 @@ class PrintedLines {
   public:
     explicit PrintedLines(PrintStream stream = PrintStream::standardOutput)
         : diversion_{[this](std::string_view line) {
-                         const std::lock_guard lock{mutex_};
+                         const Lock lock{mutex_};
                          text_ += line;
                      },
                      stream} {}
@@ -23,13 +23,13 @@ class PrintedLines {
 
     /// All that was printed since the construction or the last call.
     std::string take() {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return std::exchange(text_, {});
     }
 
   private:
-    std::mutex mutex_;
-    std::string text_;
+    Mutex mutex_;
+    std::string text_ GUARDED_BY(mutex_);
     PrintDiversion diversion_;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include "Mutex.h"
 
 namespace velmorindal {
 
@@ -10,21 +9,23 @@ namespace velmorindal {
 class Turn {
   public:
     void give() {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         given_ = true;
-        came_.notify_one();
+        came_.notifyOne();
     }
 
     void await() {
-        std::unique_lock lock{mutex_};
-        came_.wait(lock, [this] { return given_; });
+        const Lock lock{mutex_};
+        while (!given_) {
+            came_.wait(mutex_);
+        }
         given_ = false;
     }
 
   private:
-    std::mutex mutex_;
-    std::condition_variable came_;
-    bool given_ = false;
+    Mutex mutex_;
+    Condition came_;
+    bool given_ GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace velmorindal

@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
+#include "Mutex.h"
 #include "System.h"
 #include "VelmorindalCommand.h"
 #include "VelmorindalMessageType.h"
@@ -27,30 +27,30 @@ class WatchedWrites : public Base {
     /// Calls `hook` on the writing thread before each frame goes out, with its number, from 1 on from here.
     /// The frame waits for it.
     void beforeFrame(std::function<void(std::size_t)> hook) {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         hook_ = std::move(hook);
         frames_.clear();
     }
 
     /// Every frame since then, as it was asked for.
     std::vector<ByteBuffer> frames() const {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return frames_;
     }
 
     /// Of the frame of `type` that is written as number `occurrence` from now on, from 1, only `taken` bytes
     /// go out, and there is no room for more until the writer gives up; -1 for a write that fails.
     void cutWrite(VelmorindalMessageType type, std::size_t occurrence, std::ptrdiff_t taken) {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         cut_ = Cut{static_cast<std::uint8_t>(type), occurrence, taken};
         cutHasHappened_ = false;
     }
     void forgetCut() {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         cut_.reset();
     }
     bool cutHasHappened() const {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return cutHasHappened_;
     }
 
@@ -90,7 +90,7 @@ class WatchedWrites : public Base {
     };
 
     bool isFull() {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         return Base::now() < fullUntil_;
     }
 
@@ -102,7 +102,7 @@ class WatchedWrites : public Base {
         std::function<void(std::size_t)> hook;
         std::size_t number = 0;
         {
-            const std::lock_guard lock{mutex_};
+            const Lock lock{mutex_};
             frames_.emplace_back(bytes.begin(), bytes.end());
             number = frames_.size();
             hook = hook_;
@@ -110,7 +110,7 @@ class WatchedWrites : public Base {
         if (hook) {
             hook(number);
         }
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         if (!cut_ || cut_->type != bytes[2] || --cut_->untilThen > 0) {
             return std::nullopt;
         }
@@ -120,12 +120,12 @@ class WatchedWrites : public Base {
         return taken;
     }
 
-    mutable std::mutex mutex_;
-    std::function<void(std::size_t)> hook_;
-    std::vector<ByteBuffer> frames_;
-    std::optional<Cut> cut_;
-    bool cutHasHappened_ = false;
-    System::Clock::time_point fullUntil_{};
+    mutable Mutex mutex_;
+    std::function<void(std::size_t)> hook_ GUARDED_BY(mutex_);
+    std::vector<ByteBuffer> frames_ GUARDED_BY(mutex_);
+    std::optional<Cut> cut_ GUARDED_BY(mutex_);
+    bool cutHasHappened_ GUARDED_BY(mutex_) = false;
+    System::Clock::time_point fullUntil_ GUARDED_BY(mutex_){};
 };
 
 }  // namespace velmorindal

@@ -7,8 +7,8 @@
 #include <csignal>
 #include <thread>
 
-#include "transport/PosixSystem.h"
-#include "transport/SerialPortTesting.h"
+#include "PosixSystem.h"
+#include "SerialPortTesting.h"
 
 namespace velmorindal {
 namespace {

@@ -15,39 +15,39 @@ StepWatch::StepWatch(std::function<void()> onHang)
 
 StepWatch::~StepWatch() {
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         stopping_ = true;
     }
-    changed_.notify_all();
+    changed_.notifyAll();
     thread_.join();
 }
 
 void StepWatch::begin(VirtualDongle& dongle) {
     {
-        const std::lock_guard lock{mutex_};
+        const Lock lock{mutex_};
         dongle_ = &dongle;
         deadline_ = Clock::now() + longestStep;
     }
-    changed_.notify_all();
+    changed_.notifyAll();
 }
 
 void StepWatch::end() {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     dongle_ = nullptr;
 }
 
 std::size_t StepWatch::pulledOut() const {
-    const std::lock_guard lock{mutex_};
+    const Lock lock{mutex_};
     return pulledOut_;
 }
 
 void StepWatch::watch() {
-    std::unique_lock lock{mutex_};
+    const Lock lock{mutex_};
     while (!stopping_) {
         if (dongle_ == nullptr) {
-            changed_.wait(lock);
+            changed_.wait(mutex_);
         } else if (Clock::now() < deadline_) {
-            changed_.wait_until(lock, deadline_);
+            changed_.waitUntil(mutex_, deadline_);
         } else if (dongle_->isPlugged() && dongle_->state().autoTuneChannel != 0) {
             dongle_->unplug();
             ++pulledOut_;

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <functional>
-#include <mutex>
 #include <thread>
 
+#include "Mutex.h"
 #include "VirtualDongle.h"
 
 namespace velmorindal {
@@ -36,12 +35,12 @@ class StepWatch {
     void watch();
 
     const std::function<void()> onHang_;
-    mutable std::mutex mutex_;
-    std::condition_variable changed_;
-    VirtualDongle* dongle_ = nullptr;
-    Clock::time_point deadline_;
-    std::size_t pulledOut_ = 0;
-    bool stopping_ = false;
+    mutable Mutex mutex_;
+    Condition changed_;
+    VirtualDongle* dongle_ GUARDED_BY(mutex_) = nullptr;
+    Clock::time_point deadline_ GUARDED_BY(mutex_);
+    std::size_t pulledOut_ GUARDED_BY(mutex_) = 0;
+    bool stopping_ GUARDED_BY(mutex_) = false;
     std::thread thread_;
 };
 

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+#ifdef __SANITIZE_THREAD__
+#include <sanitizer/tsan_interface.h>
+#endif
+
+// What Clang's thread-safety analysis is told, which sees at compile time that nothing shared is touched
+// without its lock. Other compilers are told nothing.
+#ifdef __clang__
+#define VELMORINDAL_THREAD_SAFETY(attribute) __attribute__((attribute))
+#else
+#define VELMORINDAL_THREAD_SAFETY(attribute)
+#endif
+
+/// Of a class: it can be held.
+#define CAPABILITY(name) VELMORINDAL_THREAD_SAFETY(capability(name))
+/// Of a class: its objects hold something for as long as they live.
+#define SCOPED_CAPABILITY VELMORINDAL_THREAD_SAFETY(scoped_lockable)
+/// Of a member: it is touched only while the mutex is held.
+#define GUARDED_BY(mutex) VELMORINDAL_THREAD_SAFETY(guarded_by(mutex))
+/// Of a function: its caller holds the mutex, before and after.
+#define REQUIRES(mutex) VELMORINDAL_THREAD_SAFETY(requires_capability(mutex))
+/// Of a function: it takes the mutex, or gives it back.
+#define ACQUIRE(...) VELMORINDAL_THREAD_SAFETY(acquire_capability(__VA_ARGS__))
+#define RELEASE(...) VELMORINDAL_THREAD_SAFETY(release_capability(__VA_ARGS__))
+
+namespace velmorindal {
+
+/// A mutex that the compiler knows. The standard library's own are not annotated everywhere.
+///
+/// A lambda is a function of its own for the analysis, which holds nothing: wait for a condition in a loop,
+/// and not with a predicate.
+template <typename StandardMutex>
+class CAPABILITY("mutex") BasicMutex {
+  public:
+    BasicMutex() = default;
+    BasicMutex(const BasicMutex&) = delete;
+    BasicMutex& operator=(const BasicMutex&) = delete;
+#ifdef __SANITIZE_THREAD__
+    // The standard library's end without a call: another in the same place would be taken for the same mutex.
+    ~BasicMutex() {
+        __tsan_mutex_destroy(&mutex_, 0);
+    }
+#endif
+
+    void lock() ACQUIRE() {
+        mutex_.lock();
+    }
+    void unlock() RELEASE() {
+        mutex_.unlock();
+    }
+
+  private:
+    friend class Condition;
+
+    StandardMutex mutex_;
+};
+
+using Mutex = BasicMutex<std::mutex>;
+/// May be taken again by the thread that holds it.
+using RecursiveMutex = BasicMutex<std::recursive_mutex>;
+
+/// Holds a mutex for as long as it lives.
+template <typename Held>
+class SCOPED_CAPABILITY BasicLock {
+  public:
+    explicit BasicLock(Held& mutex) ACQUIRE(mutex) : mutex_{mutex} { mutex_.lock(); }
+    BasicLock(const BasicLock&) = delete;
+    BasicLock& operator=(const BasicLock&) = delete;
+    ~BasicLock() RELEASE() { mutex_.unlock(); }
+
+  private:
+    Held& mutex_;
+};
+
+using Lock = BasicLock<Mutex>;
+using RecursiveLock = BasicLock<RecursiveMutex>;
+
+/// Gives a held mutex back for as long as it lives.
+class SCOPED_CAPABILITY Unlock {
+  public:
+    explicit Unlock(Mutex& mutex) RELEASE(mutex) : mutex_{mutex} { mutex_.unlock(); }
+    Unlock(const Unlock&) = delete;
+    Unlock& operator=(const Unlock&) = delete;
+    ~Unlock() RELEASE() { mutex_.lock(); }
+
+  private:
+    Mutex& mutex_;
+};
+
+/// What threads wait for that share what a mutex guards. Each wait gives the mutex back meanwhile, and may
+/// end without a reason.
+class Condition {
+  public:
+    void wait(Mutex& mutex) REQUIRES(mutex) {
+        std::unique_lock held{mutex.mutex_, std::adopt_lock};
+        condition_.wait(held);
+        held.release();
+    }
+
+    /// @returns false when that time has come.
+    bool waitUntil(Mutex& mutex, std::chrono::steady_clock::time_point time) REQUIRES(mutex) {
+        std::unique_lock held{mutex.mutex_, std::adopt_lock};
+        const bool inTime = condition_.wait_until(held, time) == std::cv_status::no_timeout;
+        held.release();
+        return inTime;
+    }
+
+    void notifyOne() { condition_.notify_one(); }
+    void notifyAll() { condition_.notify_all(); }
+
+  private:
+    std::condition_variable condition_;
+};
+
+}  // namespace velmorindal
