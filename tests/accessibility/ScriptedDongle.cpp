@@ -92,6 +92,8 @@ void ScriptedDongle::perform(const std::string& line) {
         hold(typeNamed(first));
     } else if (order == "release") {
         release();
+    } else if (order == "forget") {
+        takeHeld();
     } else if (order == "link") {
         dongle_.prepare([&](DeviceState& device) { device.linkState = number<std::uint8_t>(first); });
     } else if (order == "detect-mode") {
@@ -128,14 +130,14 @@ void ScriptedDongle::hold(Type type) {
                                }});
 }
 
+std::optional<ScriptedDongle::Held> ScriptedDongle::takeHeld() {
+    const Lock lock{mutex_};
+    holds_ = false;
+    return std::exchange(held_, std::nullopt);
+}
+
 void ScriptedDongle::release() {
-    std::optional<Held> held;
-    {
-        const Lock lock{mutex_};
-        holds_ = false;
-        held = std::exchange(held_, std::nullopt);
-    }
-    if (held) {
+    if (const std::optional<Held> held = takeHeld()) {
         dongle_.send(held->answer);
     }
 }

@@ -16,6 +16,7 @@ namespace velmorindal {
 ///     every TYPE FAULT   each one does
 ///     hold TYPE          the answer to the next one waits, and foreign frames keep the host waiting for it
 ///     release            the answer that waits is sent, or will not have to wait
+///     forget             the answer that waits is not sent
 ///     link 0|1           whether the device is reached
 ///     detect-mode BYTE   what the device answers
 ///     hum TICKS          the device has heard a hum
@@ -43,6 +44,8 @@ class ScriptedDongle {
 
     void hold(VelmorindalMessageType type);
     void release();
+    /// What is held, and is so no longer.
+    std::optional<Held> takeHeld();
     std::optional<Held> heldAnswer() const;
 
     mutable Mutex mutex_;
