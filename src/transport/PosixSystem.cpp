@@ -1,6 +1,7 @@
 #include "PosixSystem.h"
 
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -68,6 +69,9 @@ void PosixSystem::close(int descriptor) {
         ::close(descriptor);
         return;
     }
+    // The thread may start late, and until its close has begun the lock would turn away our own next open.
+    // From then on an open waits inside the system until the close has ended.
+    ::flock(descriptor, LOCK_UN);
     try {
         std::thread{[descriptor] { ::close(descriptor); }}.detach();
     } catch (const std::system_error&) {

@@ -54,7 +54,7 @@ class System {
     virtual void endExclusiveUse(int descriptor) = 0;
 
     /// Closes a descriptor. Does not wait for output that the device has not taken: the system does that
-    /// elsewhere, and the node stays held until then.
+    /// elsewhere, and the next open of the node waits until then, our own too.
     virtual void close(int descriptor) = 0;
 
     /// Takes up to `buffer.size()` bytes of what has arrived.

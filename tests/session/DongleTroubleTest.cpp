@@ -105,6 +105,27 @@ TEST_F(DongleTroubleTest, APortThatIsStillBeingClosedIsSaidWhileItIsWaitedFor) {
     EXPECT_EQ(errors.take(), line + line) << "the search, and the opening of the dongle that was found";
 }
 
+TEST_F(DongleTroubleTest, AHeldCloseOfItsOwnSearchDelaysTheConnection) {
+    PrintedLines output;
+    PrintedLines errors{PrintStream::standardError};
+    system.closeSlowly(std::chrono::seconds{3});
+    const double taken = secondsTakenBy([this] { EXPECT_TRUE(connect()); });
+    EXPECT_GT(taken, 3.0);
+    EXPECT_LT(taken, 4.0);
+    EXPECT_EQ(errors.take(), "");
+}
+
+TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsSaidWhileItIsWaitedFor) {
+    PrintedLines output;
+    PrintedLines errors{PrintStream::standardError};
+    system.closeSlowly(std::chrono::seconds{30});
+    EXPECT_GT(secondsTakenBy([this] { EXPECT_TRUE(connect()); }), 30.0);
+    EXPECT_EQ(errors.take(),
+              path() +
+                  ": cannot be opened yet: the port is still being closed, by an earlier run of this program "
+                  "or by another one. Wait, or unplug the dongle, which ends that at once.\n");
+}
+
 TEST_F(DongleTroubleTest, ADongleThatIsTakenBetweenFindingAndOpeningIsSaidToo) {
     PrintedLines output;
     PrintedLines errors{PrintStream::standardError};

@@ -37,10 +37,7 @@ void VirtualSystem::sleepFor(Clock::duration duration) {
 int VirtualSystem::openExclusively(const std::string& path, int /*accessMode*/,
                                    const std::function<void()>& whenSlow) {
     if (opensSlowly_) {
-        sleepFor(slowOpen);
-        if (whenSlow) {
-            whenSlow();
-        }
+        waitForTheOpen(slowOpen, whenSlow);
     }
     if (const auto refusal = refusals_.find(path); refusal != refusals_.end()) {
         return refused(refusal->second, -1);
@@ -48,6 +45,9 @@ int VirtualSystem::openExclusively(const std::string& path, int /*accessMode*/,
     const auto entry = lines_.find(path);
     if (entry == lines_.end() || !entry->second->isPresent()) {
         return refused(ENOENT, -1);
+    }
+    if (const auto held = heldUntil_.find(entry->second); held != heldUntil_.end()) {
+        waitForTheOpen(held->second - now(), whenSlow);
     }
     const auto holds = [&](const auto& open) { return open.second.line == entry->second; };
     if (std::ranges::any_of(open_, holds)) {
@@ -69,6 +69,7 @@ void VirtualSystem::endExclusiveUse(int /*descriptor*/) {
 void VirtualSystem::close(int descriptor) {
     if (VirtualLine* const line = lineOf(descriptor)) {
         line->closed();
+        heldUntil_[line] = now() + closing_;
     }
     open_.erase(descriptor);
 }
@@ -132,6 +133,16 @@ bool VirtualSystem::setLineAttributes(int descriptor, const termios& attributes)
     }
     line->attributes = attributes;
     return true;
+}
+
+void VirtualSystem::waitForTheOpen(Clock::duration duration, const std::function<void()>& whenSlow) {
+    sleepFor(std::clamp(duration, Clock::duration{0}, Clock::duration{slowOpen}));
+    if (duration >= slowOpen) {
+        if (whenSlow) {
+            whenSlow();
+        }
+        sleepFor(duration - slowOpen);
+    }
 }
 
 VirtualLine* VirtualSystem::lineOf(int descriptor) {

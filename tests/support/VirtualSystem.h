@@ -57,6 +57,9 @@ class VirtualSystem : public System {
     /// From now on every open takes long enough for its caller to hear of it.
     void openSlowly() { opensSlowly_ = true; }
 
+    /// From now on the system holds a line that was closed for as long, and its next open waits for that.
+    void closeSlowly(Clock::duration duration) { closing_ = duration; }
+
     Scheduler& scheduler() const { return scheduler_; }
     bool isOpen(int descriptor) const { return open_.contains(descriptor); }
     /// How many descriptors are open.
@@ -85,6 +88,7 @@ class VirtualSystem : public System {
 
     Opened* opened(int descriptor);
     VirtualLine* lineOf(int descriptor);
+    void waitForTheOpen(Clock::duration duration, const std::function<void()>& whenSlow);
 
     Scheduler& scheduler_;
     std::map<std::string, VirtualLine*> lines_;
@@ -92,6 +96,9 @@ class VirtualSystem : public System {
     std::map<std::string, int> refusals_;
     std::map<std::string, NodeHolder> holders_;
     bool opensSlowly_ = false;
+    Clock::duration closing_{0};
+    /// Until when a closed line is held.
+    std::map<const VirtualLine*, Clock::time_point> heldUntil_;
     int nextDescriptor_ = 100;
 };
 

@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <utility>
 
 #include "SerialPortTesting.h"
 
@@ -59,6 +64,29 @@ TEST_F(ALineThatIsSlowToClose, IsClosedWithoutWaitingAndLosesNothing) {
     }
     EXPECT_EQ(received, sent);
     EXPECT_TRUE(comesTrue([this] { return !isOpen(line); }));
+}
+
+TEST_F(ALineThatIsSlowToClose, IsUnlockedBeforeTheCloseThatIsWaitedForElsewhere) {
+    const std::array<char, 4096> bytes{};
+    while (::send(line, bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
+    }
+    ASSERT_EQ(::flock(line, LOCK_EX | LOCK_NB), 0);
+    // The lock belongs to both, and outlives the close of one.
+    const int second = ::dup(line);
+    const auto isLocked = [second] {
+        std::ifstream file{"/proc/self/fdinfo/" + std::to_string(second)};
+        const std::string text{std::istreambuf_iterator<char>{file}, {}};
+        return text.find("FLOCK") != std::string::npos;
+    };
+    ASSERT_TRUE(isLocked());
+
+    posix.close(line);
+
+    EXPECT_FALSE(isLocked());
+    EXPECT_TRUE(comesTrue([this] { return !isOpen(line); }));
+    // What was sent is lost with its receiver, so that this close has nothing to wait for.
+    ::close(std::exchange(device, -1));
+    ::close(second);
 }
 
 }  // namespace
