@@ -72,6 +72,17 @@ def second_run_while_closing(bench):
     expect("Open Result:  -1" in line, False, "a refusal without a reason")
 
 
+@check("a device that answers the search before the system knows that its query has arrived: connected, without a complaint")
+def late_acknowledgements(bench):
+    dongle = bench.dongle()
+    dongle.acknowledges_after = 0.5
+    wizard = bench.connected()
+    dongle.acknowledges_after = 0
+    expect(wizard.errors.texts, [], "standard error")
+    wizard.close_window()
+    expect_left(wizard)
+
+
 @check("a device that never takes data: no dongle found within five seconds, and the window closes at once")
 def never_takes_data(bench):
     dongle = bench.dongle()

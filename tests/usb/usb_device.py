@@ -52,6 +52,9 @@ class UsbDevice:
         self.lock = threading.RLock()
         self.in_endpoints = {}
         self.takes_data = True
+        self.acknowledges_after = 0
+        """Seconds from the moment when the device has the host's bytes until the host hears of it. What the device answers
+        does not wait for that."""
         self._waiting_out = []
         self._port = None
         self._socket = None
@@ -154,8 +157,15 @@ class UsbDevice:
             self._answer(number, 0, len(data), data)
 
     def _accept(self, number, endpoint, data):
-        self._answer(number, 0, len(data))
+        if self.acknowledges_after:
+            threading.Timer(self.acknowledges_after, self._acknowledge, (number, data)).start()
+        else:
+            self._answer(number, 0, len(data))
         self.taken(endpoint, data)
+
+    def _acknowledge(self, number, data):
+        with self.lock:
+            self._answer(number, 0, len(data))
 
     def _unlink(self, number, forgotten):
         with self.lock:
