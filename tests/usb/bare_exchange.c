@@ -3,7 +3,8 @@
  *
  * Usage: bare_exchange PORT
  *
- * Prints "connected" after the last answer. */
+ * Prints as many lines as the wizard, and at the same places, since a line costs its reader time too: the last is
+ * "connected", after the last answer. */
 
 #define _GNU_SOURCE
 #include <fcntl.h>
@@ -51,6 +52,11 @@ static void read_all(int port, unsigned char *bytes, size_t length) {
     }
 }
 
+static void say(const char *line) {
+    puts(line);
+    fflush(stdout);
+}
+
 static void ask(int port, char type) {
     const char query[4] = {'c', 'b', type, 0};
     require(write(port, query, sizeof query) == sizeof query, "write");
@@ -62,13 +68,23 @@ static void ask(int port, char type) {
 int main(int count, char **arguments) {
     require(count == 2, "bare_exchange PORT");
     int port = open_port(arguments[1]);
+    say("opened");
     ask(port, 'v');
     close_port(port);
+    say("version");
+    say("a dongle");
+    say("all dongles");
     port = open_port(arguments[1]);
     for (const char *type = "vsxpdhk"; *type != '\0'; ++type) {
         ask(port, *type);
+        if (*type == 'v' || *type == 's' || *type == 'd') {
+            say("answered");
+        }
+        if (*type == 's') {
+            say("settings next");
+        }
     }
-    puts("connected");
-    fflush(stdout);
+    say("settings read");
+    say("connected");
     close_port(port);
 }

@@ -5,7 +5,8 @@ import statistics
 import subprocess
 import time
 
-from bench import check
+from bench import LOGS, check
+from desktop import Lines
 from dongle import CONNECTING
 from waiting import expect, expect_at_most
 
@@ -21,9 +22,10 @@ def first_open(dongle, since):
 def bare_seconds(bench, dongle):
     since = time.monotonic()
     with subprocess.Popen([os.path.abspath(BARE), "/dev/cu.usbmodem0"], stdout=subprocess.PIPE, text=True) as program:
-        expect(program.stdout.readline(), "connected\n", "what the bare program printed")
-        now = time.monotonic()
-    return now - first_open(dongle, since)
+        printed = Lines(program.stdout, LOGS / "bare_exchange.out")
+        expect(program.wait(), 0, "the exit status of the bare program")
+        printed.thread.join()
+    return printed.time_of("connected") - first_open(dongle, since)
 
 
 def wizard_seconds(bench, dongle):
