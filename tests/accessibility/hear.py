@@ -65,8 +65,8 @@ class Hearing:
     passed = 0
     failed = 0
 
-    def __init__(self, voice, name):
-        self._voice = voice
+    def __init__(self, pages, name):
+        self._pages = pages
         directory = tempfile.TemporaryDirectory(prefix="velmorindal-hear-")
         self._cleanup = [directory.cleanup]
         self.directory = pathlib.Path(directory.name)
@@ -80,7 +80,7 @@ class Hearing:
     def __exit__(self, *_):
         for clean in reversed(self._cleanup):
             clean()
-        self._voice.turn_page()
+        self._pages.skip()
 
     def plug_in(self):
         self.dongle = Dongle(self.directory, self._devices)
@@ -101,25 +101,35 @@ class Hearing:
 
     def hears(self, cause, act, *expected):
         """These words and no others, in this order; how they are cut into utterances is the screen reader's business.
-        What comes later than the last of them is heard beside the next key, and is wrong there."""
+        What comes later than the last of them is heard beside the next key, and is wrong there; so every scenario ends
+        with a key of which little is said."""
         ways = [[]]
         for text in expected:
             ways = [way + [plain(text)] for way in ways] + (ways if isinstance(text, Maybe) else [])
         wanted = [plain(on_one_line(*way)) for way in ways]
-        self._hear(cause, act, lambda heard: heard in wanted, wanted[0])
+        self._hear(cause, act, lambda heard: heard in wanted,
+                   lambda heard: not any(way.startswith(heard) for way in wanted), wanted[0])
 
     def hears_among_others(self, cause, act, expected):
         """In a window of the toolkit's own, which is not ours to word."""
-        self._hear(cause, act, lambda heard: plain(expected) in heard, f"... {expected} ...")
+        words = plain(expected)
+        self._hear(cause, act, lambda heard: heard.count(words) == 1, lambda heard: heard.count(words) > 1,
+                   f"... {expected} ...")
 
-    def _hear(self, cause, act, fits, wanted):
-        self._voice.turn_page()
+    def _hear(self, cause, act, fits, is_wrong, wanted):
+        """Reads until what was said fits, or is wrong whatever may follow."""
         act()
+        said = []
+
+        def is_decided():
+            said[:] = self._pages.said()
+            heard = plain(on_one_line(*said))
+            return fits(heard) or is_wrong(heard)
         try:
-            wait_for("the words", lambda: fits(plain(on_one_line(*self._voice.said()))))
+            wait_for("the words", is_decided)
         except NotHeard:
             pass
-        said = self._voice.said()
+        self._pages.turn()
         print(f"{cause:>24} | " + ("\n" + " " * 25 + "| ").join(said or ["-"]), flush=True)
         if fits(plain(on_one_line(*said))):
             Hearing.passed += 1
@@ -192,6 +202,7 @@ def whole_setup(hearing):
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
     hearing.tells("release", *dialog(texts.FILE_AFTER_SUCCESS, "No"))
     hearing.key("Escape", WINDOW, "Close button", WRITTEN)
+    hearing.key("Tab", "Back button")
 
 
 def no_dongle(hearing):
@@ -199,6 +210,7 @@ def no_dongle(hearing):
     hearing.key("Return", Maybe(CONNECT_TITLE), LOAD_TEXT, *dialog(texts.connection_failed(
         "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."), "OK"))
     hearing.key("Return", WINDOW, CONNECT_TITLE, BROKEN)
+    hearing.key("Tab", "Load button")
 
 
 def link_down(hearing):
@@ -207,6 +219,7 @@ def link_down(hearing):
     hearing.key("Return", Maybe(CONNECT_TITLE), LOAD_TEXT, CONNECTING, *dialog(texts.connection_failed(
         "Please ensure that your Velmorindal is turned on and in configuration mode."), "OK"))
     hearing.key("Return", WINDOW, CONNECT_TITLE, texts.NOT_CONNECTED)
+    hearing.key("Tab", "Load button")
 
 
 def torn_file(hearing):
@@ -218,6 +231,7 @@ def torn_file(hearing):
     hearing.hears_among_others("(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")),
                                on_one_line(*map(plain, failure)))
     hearing.key("Return", WINDOW, CONNECT_TITLE)
+    hearing.key("Tab", "Load button")
 
 
 def failed_write(hearing):
@@ -229,6 +243,7 @@ def failed_write(hearing):
         "Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"), "OK"))
     hearing.key("Return", *dialog(texts.FILE_AFTER_FAILURE, "No"))
     hearing.key("Return", WINDOW, SUMMARY_TITLE)
+    hearing.key("Tab", "Cancel button")
 
 
 def pulled_out_while_a_display_runs(hearing):
@@ -240,6 +255,7 @@ def pulled_out_while_a_display_runs(hearing):
     hearing.key("space", f"The clarity {DISPLAY}")
     hearing.tells("pull-out", STALE)
     hearing.key("space", "The clarity display has stopped.")
+    hearing.key("Tab", "Clarity threshold slider 0.50")
 
 
 SCENARIOS = (whole_setup, no_dongle, link_down, torn_file, failed_write, pulled_out_while_a_display_runs)
@@ -250,7 +266,7 @@ def main():
     chosen = [scenario for scenario in SCENARIOS if not sys.argv[1:] or scenario.__name__ in sys.argv[1:]]
     try:
         for scenario in chosen:
-            with Hearing(voice, scenario.__name__.replace("_", " ")) as hearing:
+            with Hearing(voice.pages, scenario.__name__.replace("_", " ")) as hearing:
                 try:
                     scenario(hearing)
                 except NotHeard as missing:

@@ -20,6 +20,35 @@ def plain(utterance):
     return text.strip().rstrip(".")
 
 
+class Pages:
+    """What is said, a page for each key. Nothing is lost between two pages: what was not read on one is on the next."""
+
+    def __init__(self, utterances):
+        self._utterances = utterances
+        self._turned = self._read = 0
+
+    def said(self):
+        """What has been said since the page was turned; an order to be silent takes back what it cut off."""
+        self._read = len(self._utterances)
+        said = []
+        cut_off = []
+        for utterance in self._utterances[self._turned:self._read]:
+            if utterance is None:
+                cut_off += said
+                said = []
+            elif plain(utterance):
+                said.append(plain(utterance))
+        return [f"CUT OFF: {text}" for text in cut_off] + said
+
+    def turn(self):
+        """What has been read is done with."""
+        self._turned = self._read
+
+    def skip(self):
+        """What has been said so far belongs to no key."""
+        self._turned = len(self._utterances)
+
+
 class Voice:
     """Orca, from its start to its end. It must be there before the program that it reads.
 
@@ -28,7 +57,7 @@ class Voice:
     def __init__(self, home, runtime):
         socket = pathlib.Path(runtime, "synthesizer.sock")
         self._synthesizer = Synthesizer(socket)
-        self._heard = 0
+        self.pages = Pages(self._synthesizer.utterances)
         customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
         customizations.parent.mkdir(parents=True)
         customizations.write_text(SETTINGS, encoding="utf-8")
@@ -37,24 +66,8 @@ class Voice:
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
         self._programs = [subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
                           subprocess.Popen(["orca"], **quiet)]
-        wait_for("Orca's first words", lambda: any("on" in said for said in self.said()))
-        self.turn_page()
-
-    def turn_page(self):
-        """What is said from now on belongs to the next key."""
-        self._heard = len(self._synthesizer.utterances)
-
-    def said(self):
-        """What has been said since the page was turned; an order to be silent takes back what it cut off."""
-        said = []
-        cut_off = []
-        for utterance in self._synthesizer.utterances[self._heard:]:
-            if utterance is None:
-                cut_off += said
-                said = []
-            elif plain(utterance):
-                said.append(plain(utterance))
-        return [f"CUT OFF: {text}" for text in cut_off] + said
+        wait_for("Orca's first words", lambda: any("on" in said for said in self.pages.said()))
+        self.pages.skip()
 
     def stop(self):
         for program in reversed(self._programs):
