@@ -50,9 +50,7 @@ class Pages:
 
 
 class Voice:
-    """Orca, from its start to its end. It must be there before the program that it reads.
-
-    Orca runs once for each user. One that runs already is left alone, and this one does not start."""
+    """Orca, from its start to its end. It must be there before the program that it reads."""
 
     def __init__(self, home, runtime):
         socket = pathlib.Path(runtime, "synthesizer.sock")
@@ -61,7 +59,13 @@ class Voice:
         customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
         customizations.parent.mkdir(parents=True)
         customizations.write_text(SETTINGS, encoding="utf-8")
-        environment = {**os.environ, "SPEECHD_ADDRESS": f"unix_socket:{socket}"}
+        # Orca starts beside no other one of the same user, as if they always shared a desktop: it is not told of any.
+        commands = pathlib.Path(home, "commands")
+        commands.mkdir()
+        (commands / "pgrep").write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")
+        (commands / "pgrep").chmod(0o755)
+        environment = {**os.environ, "SPEECHD_ADDRESS": f"unix_socket:{socket}",
+                       "PATH": f"{commands}{os.pathsep}{os.environ['PATH']}"}
         launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
         self._programs = [subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
