@@ -1,8 +1,6 @@
 #include "LegibleStyle.h"
 
-#include <QFocusFrame>
 #include <QFontMetrics>
-#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
@@ -77,11 +75,6 @@ QString withAccessKey(const QPushButton& button, const QString& text) {
     const qsizetype at =
         shortcut.isEmpty() ? -1 : text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
     return at < 0 ? text : text.left(at) + u'&' + text.mid(at);
-}
-
-bool isAroundText(const QWidget* ring) {
-    const auto* frame = qobject_cast<const QFocusFrame*>(ring);
-    return frame != nullptr && qobject_cast<const QLabel*>(frame->widget()) != nullptr;
 }
 
 }  // namespace
@@ -209,11 +202,6 @@ int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
         case PM_SliderControlThickness:
         case PM_SliderLength:
             return lineHeight * 5 / 4;
-        case PM_FocusFrameHMargin:
-        case PM_FocusFrameVMargin:
-            // The ring stays within its control: beyond it, the control's row would cut it off. Around a text
-            // it needs some air, which there is.
-            return isAroundText(widget) ? 3 : 0;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -221,14 +209,7 @@ int LegibleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 
 int LegibleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
-    switch (hint) {
-        case SH_FocusFrame_AboveWidget:
-            // Below its control, the ring would be hidden by any that paints its whole ground.
-        case SH_UnderlineShortcut:
-            return 1;
-        default:
-            return QProxyStyle::styleHint(hint, option, widget, data);
-    }
+    return hint == SH_UnderlineShortcut ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
 }
 
 }  // namespace velmorindal

@@ -5,6 +5,9 @@
 
 #include "StepSlider.h"
 #include "WindowTest.h"
+#include "PageScroller.h"
+#include "PageWidget.h"
+#include "TextLabel.h"
 
 namespace velmorindal {
 namespace {
@@ -12,6 +15,17 @@ namespace {
 class FocusRingTest : public WindowTest {
   protected:
     FocusRing* ring() { return window().findChild<FocusRing*>(); }
+
+    QRect placeOf(const QWidget* widget) { return {widget->mapTo(&window(), QPoint{}), widget->size()}; }
+
+    TextLabel* headingOnScreen() {
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            if (scroller->isVisible()) {
+                return scroller->page().heading();
+            }
+        }
+        return nullptr;
+    }
 };
 
 TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
@@ -35,6 +49,48 @@ TEST_F(FocusRingTest, ItIsWholeWithinWhatItsControlStandsIn) {
 
         EXPECT_TRUE(ring()->parentWidget()->rect().contains(ring()->geometry())) << name;
     }
+}
+
+TEST_F(FocusRingTest, ItTouchesNoText) {
+    constexpr int line = 2;
+    const QFont before = QApplication::font();
+    for (const int points : {9, 10, 13, 16}) {
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        closeWindow();
+        openWindow();
+        for (const wizardState page : {wizardState::Connect, wizardState::Summary}) {
+            show(page);
+            TextLabel* heading = headingOnScreen();
+            heading->setFocus();
+            settle();
+
+            const QRect inside = placeOf(ring()).adjusted(line, line, -line, -line);
+            EXPECT_TRUE(inside.adjusted(1, 1, -1, -1).contains(placeOf(heading))) << points;
+            EXPECT_TRUE(ring()->parentWidget()->rect().contains(ring()->geometry())) << points;
+            for (const auto* text : heading->parentWidget()->findChildren<QLabel*>()) {
+                EXPECT_TRUE(text == heading || !text->isVisible() ||
+                            !placeOf(text).intersects(placeOf(ring())))
+                    << text->text().toStdString() << ", " << points;
+            }
+        }
+    }
+    QApplication::setFont(before);
+}
+
+TEST_F(FocusRingTest, ItFollowsATextThatIsLaidOutAnew) {
+    show(wizardState::Summary);
+    TextLabel* heading = headingOnScreen();
+    heading->setFocus();
+    settle();
+    const QSize narrow = ring()->size();
+
+    window().resize(window().width() + 300, window().height());
+    settle();
+
+    EXPECT_GT(ring()->width(), narrow.width());
+    EXPECT_GT(ring()->width(), heading->width() + 4);
 }
 
 TEST_F(FocusRingTest, TheFocusCanBeSeenInThePicture) {
