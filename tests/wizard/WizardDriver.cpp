@@ -168,7 +168,7 @@ void WizardDriver::moveSlider(const std::string& name, int steps) const {
         slider->setFocus();
         QTest::keyClick(slider, Qt::Key_Home);
         for (int step = 0; step < steps; ++step) {
-            QTest::keyClick(slider, Qt::Key_Right);
+            QTest::keyClick(slider, Qt::Key_Up);
         }
         QApplication::processEvents();
         return;
