@@ -47,6 +47,14 @@ class HearingTest(unittest.TestCase):
         self.utterances.append("Next is available.")
         self.hears_wrongly(["Back button"], "Back button")
 
+    def test_what_comes_between_reading_a_page_and_turning_it_is_on_the_next(self):
+        pages = Pages(self.utterances)
+        self.utterances.append("Next is available.")
+        pages.said()
+        self.utterances.append("Next is available.")
+        pages.turn()
+        self.assertEqual(pages.said(), ["Next is available"])
+
     def test_a_text_said_again_after_the_next_key_is_wrong_beside_it(self):
         self.hears(["Next is available."], "Next is available.")
         self.hears_wrongly(["Next is available.", "Back button"], "Back button")
