@@ -65,9 +65,10 @@ void ContainerWidget::refresh() {
     buttons_->setInset(page.textInset());
     steps_->showCurrent(current);
     buttons_->refresh([this, index] {
-        // What has the focus now stays until the new page is there to take it.
-        pages_->setCurrentIndex(index);
+        // First: a page that goes with the focus in it would hand it to whatever comes next, and newer screen
+        // readers say that.
         placeFocus();
+        pages_->setCurrentIndex(index);
     });
 }
 

@@ -7,6 +7,7 @@
 #include "PageScroller.h"
 #include "PageWidget.h"
 #include "WindowTest.h"
+#include "KeyList.h"
 
 namespace velmorindal {
 namespace {
@@ -103,6 +104,33 @@ TEST_F(ContainerWidgetTest, AfterNextTheFocusIsOnTheFirstControlOrOnTheHeading) 
         press(QStringLiteral("Next"));
         EXPECT_EQ(focusedText(), QString::fromLatin1(text));
     }
+}
+
+TEST_F(ContainerWidgetTest, TheFocusComesToItsPlaceWithoutAStopOnTheWay) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = true;
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    QStringList stops;
+    const auto connection =
+        QObject::connect(qApp, &QApplication::focusChanged, [&stops](QWidget* /*before*/, QWidget* now) {
+            stops << (now == nullptr ? QStringLiteral("nothing") : now->property("text").toString());
+        });
+    const auto passes = [this, &stops](const char* button, const char* target) {
+        stops.clear();
+        press(QString::fromLatin1(button));
+        EXPECT_EQ(stops, QStringList{QString::fromLatin1(target)});
+    };
+
+    show(wizardState::Output);
+    find<KeyList>(QStringLiteral("Short hum keystroke"))->setFocus();
+    passes("Back", "Back");
+    find<QRadioButton>(QStringLiteral("Long/Short Mode"))->setFocus();
+    passes("Next", "USB Keyboard");
+    passes("Next", "Show Clarity");
+    passes("Next", "You have configured your Velmorindal with the following parameters:");
+
+    QObject::disconnect(connection);
 }
 
 TEST_F(ContainerWidgetTest, AfterBackTheFocusStaysOnBackAsLongAsThereIsOne) {
