@@ -35,6 +35,20 @@ TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
     EXPECT_TRUE(slider.state().focusable);
 }
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+TEST_F(AccessibleControlsTest, ASlidersValueIsToldInHundredths) {
+    show(wizardState::Calibration);
+    velmorindal.cutoff = 1.05F;
+    settle();
+    auto& slider = accessible(find<StepSlider>(QStringLiteral("Cutoff")));
+
+    ASSERT_NE(slider.attributesInterface(), nullptr);
+    const QVariant custom = slider.attributesInterface()->attributeValue(QAccessible::Attribute::Custom);
+    const auto texts = custom.value<QHash<QString, QString>>();
+    EXPECT_EQ(texts.value(QStringLiteral("valuetext")), QStringLiteral("1.05"));
+}
+#endif
+
 TEST_F(AccessibleControlsTest, ASliderCanBeSetByAssistiveTechnology) {
     show(wizardState::Calibration);
     auto& slider = accessible(find<StepSlider>(QStringLiteral("Clarity threshold")));
