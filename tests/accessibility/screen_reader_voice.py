@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import subprocess
+from functools import cache
 
 from screen_reader import wait_for
 from synthesizer import Synthesizer
@@ -16,8 +17,15 @@ SETTINGS = "import orca.settings\norca.settings.enableKeyEcho = False\n"
 def plain(utterance):
     """One utterance without what differs between versions of Orca: full stops after names, the words for some roles."""
     text = re.sub(r"\bpush button\b", "button", utterance.replace(" dot dot dot", "..."))
-    text = re.sub(r"^notification\b| notification$| label$", "", text.strip().rstrip("."))
+    text = re.sub(r"^notification\b| notification$| label$|\bopens popup$", "", text.strip().rstrip("."))
     return text.strip().rstrip(".")
+
+
+@cache
+def orca_version():
+    """The number before the first point."""
+    said = subprocess.run(["orca", "--version"], check=True, capture_output=True, text=True).stdout
+    return int(re.search(r"\d+", said)[0])
 
 
 class Pages:
