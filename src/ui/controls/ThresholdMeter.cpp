@@ -31,6 +31,8 @@ ThresholdMeter::ThresholdMeter(CalibrationPanelView& view, const CalibrationPane
       number_{new TextLabel{TextRole::Plain, this}},
       bar_{new ProgressBarWidget{toQString(barName), this}} {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // A scale, which the bar and the groove are drawn along from the left.
+    setLayoutDirection(Qt::LeftToRight);
     slider_->setAccessibleDescription(toQString(threshold.spokenUnit));
     // As wide in every meter.
     number_->keepRoomFor(QStringLiteral("00.00 s"));

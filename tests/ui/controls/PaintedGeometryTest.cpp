@@ -3,6 +3,7 @@
 #include <QStyle>
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include "IndicatorWidget.h"
 #include "LogoWidget.h"
@@ -151,6 +152,26 @@ TEST_F(PaintedGeometryTest, AGrooveBeginsAndEndsWithTheBarUnderIt) {
         }
         EXPECT_NEAR(first, bar->geometry().left(), 2);
     }
+}
+
+TEST_F(PaintedGeometryTest, AScaleRunsFromTheLeftAlsoWhereTextsAreReadFromTheRight) {
+    velmorindal.cutoff = 1.0F;
+    show(wizardState::Calibration);
+    const auto pictures = [this] {
+        std::vector<QImage> taken;
+        for (auto* meter : window().findChildren<ThresholdMeter*>()) {
+            taken.push_back(meter->grab().toImage());
+        }
+        return taken;
+    };
+    const auto fromTheLeft = pictures();
+
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    settle();
+    const auto fromTheRight = pictures();
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+
+    EXPECT_EQ(fromTheRight, fromTheLeft);
 }
 
 TEST_F(PaintedGeometryTest, WhatIsPressedIsHighEnoughAndGrowsWithTheFont) {
