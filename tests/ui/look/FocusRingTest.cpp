@@ -3,11 +3,11 @@
 #include <QCheckBox>
 #include <QRadioButton>
 
-#include "StepSlider.h"
-#include "WindowTest.h"
 #include "PageScroller.h"
 #include "PageWidget.h"
+#include "StepSlider.h"
 #include "TextLabel.h"
+#include "WindowTest.h"
 
 namespace velmorindal {
 namespace {

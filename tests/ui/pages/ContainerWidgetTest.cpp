@@ -3,11 +3,11 @@
 #include <QRadioButton>
 #include <QScrollBar>
 
+#include "KeyList.h"
 #include "Look.h"
 #include "PageScroller.h"
 #include "PageWidget.h"
 #include "WindowTest.h"
-#include "KeyList.h"
 
 namespace velmorindal {
 namespace {
