@@ -51,11 +51,28 @@ class Lint(unittest.TestCase):
 
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
         self.assertEqual((self.tree / "linted").read_text().split(),
-                         ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp"])
+                         ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp", "--"])
+
+    def test_compiles_the_tests_that_have_locks(self):
+        self.write("tests/support/Shared.cpp", "")
+        self.write("tests/app/Locking.h", '#include "Mutex.h"\n')
+        self.write("tests/app/Locking.cpp", '#include "Locking.h"\n')
+
+        self.assertEqual(self.lint().returncode, 0)
+        self.assertEqual((self.tree / "linted").read_text().split()[3:],
+                         ["--", "tests/app/Locking.cpp", "tests/support/Shared.cpp"])
+
+    def test_fails_where_a_lock_cannot_be_checked(self):
+        self.write("src/Lock.h", "std::mutex mutex;\n")
+
+        done = self.lint()
+
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("Only the locks of Mutex.h can be checked.", done.stderr)
 
     def test_lints_all_folders_when_asked_to(self):
         self.assertEqual(self.lint("all").returncode, 0)
-        self.assertEqual(len((self.tree / "linted").read_text().split()), 1 + len(FOLDERS))
+        self.assertEqual(len((self.tree / "linted").read_text().split()), 1 + len(FOLDERS) + 1)
 
     def test_fails_by_the_name_of_a_folder_that_is_not_there(self):
         for folder in FOLDERS:
