@@ -10,14 +10,14 @@ using Type = VelmorindalMessageType;
 
 struct VersionTextRow {
     Exchange exchange;
-    Mishap mishap;
+    FaultKind kind;
     std::string text;
 };
 
 /// Everywhere else it is the device's own, "Velmorindal 1.1M".
 const std::vector<VersionTextRow>& versionTextRows() {
     using enum Exchange;
-    using enum Mishap;
+    using enum FaultKind;
     static const std::vector<VersionTextRow> rows{
         // The probe looks at nothing but the length byte and the text, whatever frame they belong to.
         {probe, halfAPayload, "Velmorin"},
@@ -78,19 +78,19 @@ const std::vector<ExchangeRow>& exchangeRows() {
     return rows;
 }
 
-const std::vector<MishapRow>& mishapRows() {
-    using enum Mishap;
+const std::vector<FaultRow>& faultRows() {
+    using enum FaultKind;
     using enum Outcome;
     static const std::string none;
     static const std::string kind = "Message type unexpected:  120  command/response/error are  99 114 101";
     static const std::string error = "Message type unexpected:  101  command/response/error are  99 114 101";
     static const std::string marker = "Expected binary message ( 98 ). Got  97";
     static const Fault noFault{"none", [](AnswerPlan&) {}};
-    // A row for each mishap; the columns stand in the order of `Column`, in lines of five, two and five:
+    // A row for each fault; the columns stand in the order of `Column`, in lines of five, two and five:
     //     probe, version, status, one of the first four readings, the last reading
     //     a write, the order to store
     //     start, report and stop of auto-tune, first and later question for the last hum
-    static const std::vector<MishapRow> rows{
+    static const std::vector<FaultRow> rows{
         {silence,
          "Silence",
          Fault::silence(),
@@ -226,7 +226,8 @@ const std::vector<MishapRow>& mishapRows() {
          {skipped, thrown, thrown, thrown, thrown,  //
           thrown, thrown,                           //
           thrown, gone, thrown, thrown, gone}},
-        // Whoever has the answer finds out when the next frame is to go, and some never do.
+        // An exchange that has its answer notices nothing; only writing the next frame fails, if there is
+        // one.
         {pulledAfter,
          "PulledAfter",
          Fault::unplugAfterAnswer(),
@@ -250,9 +251,9 @@ const std::vector<Cell>& matrixCells() {
     static const std::vector<Cell> cells = [] {
         std::vector<Cell> all;
         for (const ExchangeRow& exchange : exchangeRows()) {
-            for (const MishapRow& mishap : mishapRows()) {
+            for (const FaultRow& fault : faultRows()) {
                 const auto column = static_cast<std::size_t>(exchange.column);
-                all.push_back({exchange, mishap, mishap.outcomes[column]});
+                all.push_back({exchange, fault, fault.outcomes[column]});
             }
         }
         return all;
@@ -264,7 +265,7 @@ std::string versionTextSeenBy(Exchange exchange, const Cell& cell) {
     const auto& rows = versionTextRows();
     const auto row = std::ranges::find_if(rows, [&](const VersionTextRow& candidate) {
         return candidate.exchange == exchange && exchange == cell.exchange.exchange &&
-               candidate.mishap == cell.mishap.mishap;
+               candidate.kind == cell.fault.kind;
     });
     return row == rows.end() ? "Velmorindal 1.1M" : row->text;
 }

@@ -45,8 +45,8 @@ enum class Exchange {
     durationLater,
 };
 
-/// Everything that may befall one.
-enum class Mishap {
+/// Everything that can go wrong in one.
+enum class FaultKind {
     silence,
     halfAHeader,
     halfAPayload,
@@ -68,7 +68,7 @@ enum class Mishap {
     writeCutShort,
 };
 
-/// What a mishap makes of an exchange.
+/// The effect of a fault on an exchange.
 enum class Outcome {
     missing,            ///< no entry: never right
     good,               ///< as if nothing had happened
@@ -80,15 +80,15 @@ enum class Outcome {
     nextThrown,         ///< good, but a byte that is left over makes the next exchange throw
     nextNothing,        ///< good, but nothing can be written any more
     invalidNextThrown,  ///< both: the answer is refused, and the byte left over spoils the next
-    skipped,            ///< a candidate that goes unheard: no dongle
+    skipped,            ///< a candidate without an answer: no dongle
     refused,            ///< a candidate with another text: no dongle
     unopened,           ///< a dongle that is gone when it is to be opened
-    lost,               ///< a report that is no reading, nor a word about it
+    lost,               ///< a report that becomes no reading, without a message
     swallowed,          ///< the same, and what comes until the time-out is over is lost with it
     gone,               ///< no answer, and nothing can be written any more
 };
 
-/// Exchanges that a mishap treats alike.
+/// Exchanges on which each fault has the same effect.
 enum class Column {
     probe,
     version,
@@ -115,8 +115,8 @@ struct ExchangeRow {
         frame;  ///< of the session's frames, the one that is answered; for a report, the last before it
 };
 
-struct MishapRow {
-    Mishap mishap;
+struct FaultRow {
+    FaultKind kind;
     std::string_view name;
     Fault fault;             ///< of no effect where the host's own write is cut
     std::string diagnostic;  ///< printed of an answer that is looked at; empty: nothing
@@ -125,13 +125,13 @@ struct MishapRow {
 
 struct Cell {
     const ExchangeRow& exchange;
-    const MishapRow& mishap;
+    const FaultRow& fault;
     Outcome outcome;
 };
 
 const std::vector<ExchangeRow>& exchangeRows();
-const std::vector<MishapRow>& mishapRows();
-/// One for each exchange and mishap.
+const std::vector<FaultRow>& faultRows();
+/// One for each exchange and fault.
 const std::vector<Cell>& matrixCells();
 
 /// The version text that the probe or the version check comes to see.

@@ -10,25 +10,25 @@ const ByteBuffer startOrder{0x63, 0x62, 0x74, 0x01, 0x02};
 const ByteBuffer stopOrder{0x63, 0x62, 0x74, 0x01, 0x00};
 const ByteBuffer lastHumQuery{0x63, 0x62, 0x6C, 0x00};
 
-void tellOfReading(Story& story, double clarity, const std::string& printed) {
+void expectReading(Story& story, double clarity, const std::string& printed) {
     story.print({"Have a reading of  " + printed});
     story.readings.push_back(clarity);
 }
 
 /// The line that a failed order or an unusable answer leaves, if any.
-void tellWhy(Story& story, const Cell& cell, Outcome outcome) {
+void expectReason(Story& story, const Cell& cell, Outcome outcome) {
     if (outcome == Outcome::nothing) {
         story.print({cutLine});
-    } else if (outcome == Outcome::invalid && !cell.mishap.diagnostic.empty()) {
-        story.print({cell.mishap.diagnostic});
+    } else if (outcome == Outcome::invalid && !cell.fault.diagnostic.empty()) {
+        story.print({cell.fault.diagnostic});
     }
 }
 
 /// @returns whether the device has accepted.
-bool tellOfTheStart(Story& story, const Cell& cell, Outcome outcome) {
+bool expectStart(Story& story, const Cell& cell, Outcome outcome) {
     story.print({"Starting clarity polling"});
     story.frames.push_back(startOrder);
-    tellWhy(story, cell, outcome);
+    expectReason(story, cell, outcome);
     const bool refused = outcome == Outcome::thrown || outcome == Outcome::late ||
                          outcome == Outcome::invalid || outcome == Outcome::nothing;
     if (refused) {
@@ -41,34 +41,34 @@ bool tellOfTheStart(Story& story, const Cell& cell, Outcome outcome) {
 }
 
 /// The user stops, and whatever comes of the order the run ends.
-void tellOfTheStop(Story& story, const Cell& cell, Outcome outcome) {
+void expectStop(Story& story, const Cell& cell, Outcome outcome) {
     story.pollingStates.emplace_back("none");
     story.frames.push_back(stopOrder);
-    tellWhy(story, cell, outcome);
+    expectReason(story, cell, outcome);
     story.readings.push_back(0.0);
     story.results.emplace_back("ended");
 }
 
-void tellOfAGoodRun(Story& story, const Cell& cell) {
-    tellOfTheStart(story, cell, Outcome::good);
-    tellOfReading(story, 0.75, "0.75");
-    tellOfReading(story, 0.25, "0.25");
-    tellOfTheStop(story, cell, Outcome::good);
+void expectGoodRun(Story& story, const Cell& cell) {
+    expectStart(story, cell, Outcome::good);
+    expectReading(story, 0.75, "0.75");
+    expectReading(story, 0.25, "0.25");
+    expectStop(story, cell, Outcome::good);
 }
 
 }  // namespace
 
-// The device sends two reports, of 0.75 and 0.25, before the user stops the run. The mishap meets the first
+// The device sends two reports, of 0.75 and 0.25, before the user stops the run. The fault meets the first
 // one. Where it takes the time-out to get over it, the second comes after that.
 Story expectedClarityRun(const Cell& cell) {
     using enum Outcome;
     const Column column = cell.exchange.column;
     const auto outcomeIn = [&](Column own) { return own == column ? cell.outcome : good; };
     Story story;
-    if (!tellOfTheStart(story, cell, outcomeIn(Column::start))) {
+    if (!expectStart(story, cell, outcomeIn(Column::start))) {
         if (cell.outcome == late) {
             // The late answer starts the run; the right one after it is no report.
-            tellOfAGoodRun(story, cell);
+            expectGoodRun(story, cell);
         }
         return story;
     }
@@ -76,17 +76,17 @@ Story expectedClarityRun(const Cell& cell) {
     const Outcome report = outcomeIn(Column::start) == nextThrown ? swallowed : outcomeIn(Column::report);
     const bool pulledAtStart = outcomeIn(Column::start) == nextNothing;
     if ((report == good || report == nextNothing) && !pulledAtStart) {
-        tellOfReading(story, 0.75, "0.75");
+        expectReading(story, 0.75, "0.75");
     }
-    tellWhy(story, cell, report);
+    expectReason(story, cell, report);
     const bool pulled = pulledAtStart || report == gone || report == nextNothing;
     if (!pulled) {
-        tellOfReading(story, 0.25, "0.25");
+        expectReading(story, 0.25, "0.25");
     }
-    tellOfTheStop(story, cell, pulled ? nothing : outcomeIn(Column::stop));
+    expectStop(story, cell, pulled ? nothing : outcomeIn(Column::stop));
     if (column == Column::stop && cell.outcome == late) {
         // The late answer starts the next run; the right one after it is no report.
-        tellOfAGoodRun(story, cell);
+        expectGoodRun(story, cell);
     }
     return story;
 }
@@ -134,7 +134,7 @@ const DurationRow& durationRow(Column column, Outcome outcome) {
     return *row;
 }
 
-void tellOfARun(Story& story, const DurationRow& row, const std::string& diagnostic) {
+void expectRun(Story& story, const DurationRow& row, const std::string& diagnostic) {
     story.pollingStates.insert(story.pollingStates.end(), {"duration", "none"});
     if (!diagnostic.empty()) {
         story.print({diagnostic});
@@ -167,9 +167,9 @@ Story expectedDurationRun(const Cell& cell) {
             return story;
         }
         // The user starts once more: each question gets the answer to the one before it.
-        tellOfARun(story, durationRow(Column::first, Outcome::good), "");
+        expectRun(story, durationRow(Column::first, Outcome::good), "");
     } else {
-        tellOfARun(story, row, cell.outcome == Outcome::invalid ? cell.mishap.diagnostic : "");
+        expectRun(story, row, cell.outcome == Outcome::invalid ? cell.fault.diagnostic : "");
     }
     story.frames.insert(story.frames.end(), 3, lastHumQuery);
     return story;

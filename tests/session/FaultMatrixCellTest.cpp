@@ -7,7 +7,7 @@
 namespace velmorindal {
 
 std::string nameOf(const Cell& cell) {
-    return std::string{cell.exchange.name} + "Meets" + std::string{cell.mishap.name};
+    return std::string{cell.exchange.name} + "Meets" + std::string{cell.fault.name};
 }
 
 void PrintTo(const Cell& cell, std::ostream* stream) {
@@ -17,13 +17,13 @@ void PrintTo(const Cell& cell, std::ostream* stream) {
 namespace {
 
 /// Nothing is written for a report that could be cut, and an answer without payload has no byte of one to
-/// lose. Everything else must befall its exchange.
+/// lose. Every other fault must occur in its exchange.
 bool cannotHappen(const Cell& cell) {
     const Exchange exchange = cell.exchange.exchange;
-    switch (cell.mishap.mishap) {
-        case Mishap::writeCutShort:
+    switch (cell.fault.kind) {
+        case FaultKind::writeCutShort:
             return exchange == Exchange::autoTuneReport;
-        case Mishap::payloadOneByteShorter:
+        case FaultKind::payloadOneByteShorter:
             return exchange == Exchange::storeSettings || exchange == Exchange::bluetoothStore;
         default:
             return false;
@@ -46,18 +46,18 @@ void expectSettingsReadAsFarAs(const Story& story, const Cell& cell, const Velmo
 
 TEST_P(FaultMatrixTest, EndsAsTheTableSays) {
     const Story expected = expectedStory(cell());
-    const Story told = play();
-    EXPECT_EQ(told.results, expected.results);
-    EXPECT_EQ(told.connectionStates, expected.connectionStates);
-    EXPECT_EQ(told.pollingStates, expected.pollingStates);
-    EXPECT_EQ(told.progress, expected.progress);
-    EXPECT_EQ(told.readings, expected.readings);
-    EXPECT_EQ(told.lines, expected.lines);
-    EXPECT_EQ(told.frames, expected.frames);
+    const Story actual = play();
+    EXPECT_EQ(actual.results, expected.results);
+    EXPECT_EQ(actual.connectionStates, expected.connectionStates);
+    EXPECT_EQ(actual.pollingStates, expected.pollingStates);
+    EXPECT_EQ(actual.progress, expected.progress);
+    EXPECT_EQ(actual.readings, expected.readings);
+    EXPECT_EQ(actual.lines, expected.lines);
+    EXPECT_EQ(actual.frames, expected.frames);
     const auto arrived = framesThatArrived(expected.frames);
     EXPECT_TRUE(dongle.waitForFrames(arrived.size(), dispatch.bound));
     EXPECT_EQ(dongle.receivedFrames(), arrived);
-    EXPECT_EQ(mishapHappened(), !cannotHappen(cell()));
+    EXPECT_EQ(faultHappened(), !cannotHappen(cell()));
     if (connects()) {
         expectSettingsReadAsFarAs(expected, cell(), velmorindal);
     }
@@ -70,17 +70,17 @@ TEST_P(FaultMatrixTest, EndsAsTheTableSays) {
 INSTANTIATE_TEST_SUITE_P(Cells, FaultMatrixTest, testing::ValuesIn(matrixCells()),
                          [](const auto& test) { return nameOf(test.param); });
 
-TEST(FaultMatrix, HasACellForEveryExchangeAndEveryMishapAndATestForEveryCell) {
+TEST(FaultMatrix, HasACellForEveryExchangeAndEveryFaultAndATestForEveryCell) {
     // The probe, version, status, five readings and four for Bluetooth, seven writes and six for Bluetooth,
     // start, report and stop of auto-tune, the first and the later questions for the last hum.
     EXPECT_EQ(exchangeRows().size(), 1U + 1 + 1 + 5 + 4 + 7 + 6 + 3 + 2);
-    EXPECT_EQ(mishapRows().size(), 19U);
-    std::set<std::pair<Exchange, Mishap>> found;
+    EXPECT_EQ(faultRows().size(), 19U);
+    std::set<std::pair<Exchange, FaultKind>> found;
     for (const Cell& cell : matrixCells()) {
         EXPECT_NE(cell.outcome, Outcome::missing);
-        found.emplace(cell.exchange.exchange, cell.mishap.mishap);
+        found.emplace(cell.exchange.exchange, cell.fault.kind);
     }
-    EXPECT_EQ(found.size(), exchangeRows().size() * mishapRows().size());
+    EXPECT_EQ(found.size(), exchangeRows().size() * faultRows().size());
     EXPECT_EQ(matrixCells().size(), found.size());
 
     const testing::UnitTest& all = *testing::UnitTest::GetInstance();

@@ -10,7 +10,7 @@ struct Write {
     std::vector<double> progressWhenGood;
 };
 
-// Space for a short hum and Enter for a long one, told apart at one second: 25 ticks. Clarity 0.5.
+// Space for a short hum and Enter for a long one, with the cutoff at one second: 25 ticks. Clarity 0.5.
 const ByteBuffer humDuration{0x63, 0x62, 0x64, 0x0B, 0x03, 0x00, 0x00, 0x19,
                              0x00, 0x19, 0x00, 0xFF, 0xFF, 0x04, 0x00};
 const ByteBuffer relays{0x63, 0x62, 0x79, 0x0C, 0x01, 0x00, 0x0A, 0x00,
@@ -44,7 +44,7 @@ void endCommit(Story& story, const std::string& text) {
 }
 
 /// @returns whether the write goes on.
-bool tellOfTheWrite(Story& story, const Write& step, Outcome outcome, const std::string& diagnostic) {
+bool expectWrite(Story& story, const Write& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.command);
     switch (outcome) {
         case Outcome::thrown:
@@ -67,21 +67,21 @@ bool tellOfTheWrite(Story& story, const Write& step, Outcome outcome, const std:
     return false;
 }
 
-void tellOfSuccess(Story& story) {
+void expectSuccess(Story& story) {
     story.print({"Save completed."});
     story.results.emplace_back("true");
     story.connectionStates.emplace_back("connected");
 }
 
-/// Everything is written anew. The late answer comes with the first frame and is passed over, or acknowledges
-/// it.
-void tellOfASecondSave(Story& story, const std::vector<Write>& steps) {
+/// Everything is written again. The late answer comes with the first frame and is passed over, or
+/// acknowledges it.
+void expectSecondSave(Story& story, const std::vector<Write>& steps) {
     story.connectionStates.insert(story.connectionStates.end(), {"connected", "writing"});
     story.advanceTo({0});
     for (const Write& step : steps) {
-        tellOfTheWrite(story, step, Outcome::good, "");
+        expectWrite(story, step, Outcome::good, "");
     }
-    tellOfSuccess(story);
+    expectSuccess(story);
 }
 
 }  // namespace
@@ -93,14 +93,14 @@ Story expectedCommit(const Cell& cell) {
     story.advanceTo({0});
     std::size_t frame = 0;
     for (const Write& step : steps) {
-        if (!tellOfTheWrite(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
+        if (!expectWrite(story, step, outcomeOf(cell, ++frame), cell.fault.diagnostic)) {
             if (cell.outcome == Outcome::late) {
-                tellOfASecondSave(story, steps);
+                expectSecondSave(story, steps);
             }
             return story;
         }
     }
-    tellOfSuccess(story);
+    expectSuccess(story);
     return story;
 }
 

@@ -90,7 +90,7 @@ void endConnection(Story& story, const Failure& failure) {
 const Failure noDongle{{"No dongles found. Quitting."}, noDongleText};
 
 /// @returns whether there is a dongle to open.
-bool tellOfTheProbe(Story& story, Outcome outcome, const std::string& versionText) {
+bool expectProbe(Story& story, Outcome outcome, const std::string& versionText) {
     story.frames.push_back(versionQuery);
     story.print({"Open Result:  N"});
     story.advanceTo({0});
@@ -112,7 +112,7 @@ bool tellOfTheProbe(Story& story, Outcome outcome, const std::string& versionTex
 }
 
 /// The user tries once more. What happened to the first candidate's port shows now.
-void tellOfASecondAttempt(Story& story) {
+void expectSecondAttempt(Story& story) {
     // Nobody closed it, so that it cannot be opened again and nothing is asked.
     story.print({"Open Result:  -1"});
     endConnection(story, noDongle);
@@ -120,7 +120,7 @@ void tellOfASecondAttempt(Story& story) {
 
 /// The same question again, which the late answer answers, and another one, which passes over the answer to
 /// that.
-void tellOfTwoMoreQuestions(Story& story, const ByteBuffer& query) {
+void expectTwoMoreQueries(Story& story, const ByteBuffer& query) {
     story.frames.push_back(query);
     story.results.emplace_back("answered");
     story.frames.push_back(query == statusQuery ? versionQuery : statusQuery);
@@ -128,7 +128,7 @@ void tellOfTwoMoreQuestions(Story& story, const ByteBuffer& query) {
 }
 
 /// @returns whether the connection goes on.
-bool tellOfTheQuestion(Story& story, const Question& step, Outcome outcome, const std::string& diagnostic) {
+bool expectQuery(Story& story, const Question& step, Outcome outcome, const std::string& diagnostic) {
     story.frames.push_back(step.query);
     switch (outcome) {
         case Outcome::thrown:
@@ -136,7 +136,7 @@ bool tellOfTheQuestion(Story& story, const Question& step, Outcome outcome, cons
             return false;
         case Outcome::late:
             endConnection(story, step.thrown);
-            tellOfTwoMoreQuestions(story, step.query);
+            expectTwoMoreQueries(story, step.query);
             return false;
         case Outcome::nothing:
             story.print({cutLine});
@@ -163,9 +163,9 @@ bool tellOfTheQuestion(Story& story, const Question& step, Outcome outcome, cons
 
 Story expectedConnection(const Cell& cell) {
     Story story;
-    if (!tellOfTheProbe(story, outcomeOf(cell, 1), versionTextSeenBy(Exchange::probe, cell))) {
+    if (!expectProbe(story, outcomeOf(cell, 1), versionTextSeenBy(Exchange::probe, cell))) {
         if (cell.outcome == Outcome::late) {
-            tellOfASecondAttempt(story);
+            expectSecondAttempt(story);
         }
         return story;
     }
@@ -177,7 +177,7 @@ Story expectedConnection(const Cell& cell) {
     std::size_t frame = 1;
     const bool bluetooth = cell.exchange.exchange >= Exchange::bluetoothReadProtocol;
     for (const Question& step : stepsWith(versionTextSeenBy(Exchange::version, cell), bluetooth)) {
-        if (!tellOfTheQuestion(story, step, outcomeOf(cell, ++frame), cell.mishap.diagnostic)) {
+        if (!expectQuery(story, step, outcomeOf(cell, ++frame), cell.fault.diagnostic)) {
             return story;
         }
     }

@@ -37,8 +37,8 @@ Story expectedCommit(const Cell& cell);
 Story expectedClarityRun(const Cell& cell);
 Story expectedDurationRun(const Cell& cell);
 
-/// What becomes of the exchange before the mishap, of its own, and of the one right after it; good further
-/// on.
+/// The outcome of the exchange that sends `frame`, counted from 1: the fault shows in its own exchange and
+/// perhaps in the one right after it; all others are good.
 Outcome outcomeOf(const Cell& cell, std::size_t frame);
 
 }  // namespace velmorindal

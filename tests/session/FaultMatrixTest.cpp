@@ -50,9 +50,9 @@ bool isSame(const AnswerPlan& plan, const AnswerPlan& other) {
 
 }  // namespace
 
-/// The mishap's fault, counted where it makes a difference.
-Fault FaultMatrixTest::countedMishap() const {
-    const Fault& fault = cell().mishap.fault;
+/// The cell's fault, counted where it changes an answer.
+Fault FaultMatrixTest::countedFault() const {
+    const Fault& fault = cell().fault.fault;
     return {fault.name(), [fault, bent = answersBent_](AnswerPlan& plan) {
                 const AnswerPlan sound = plan;
                 fault.bend(plan);
@@ -62,16 +62,16 @@ Fault FaultMatrixTest::countedMishap() const {
 
 void FaultMatrixTest::SetUp() {
     const ExchangeRow& exchange = cell().exchange;
-    if (isMishap(Mishap::writeCutShort)) {
+    if (isFault(FaultKind::writeCutShort)) {
         // Its first byte goes out: the device passes over it and understands the next frame. Of the frames
         // for a report there is none that could be cut: the order to start and the order to stop are whole.
         const std::size_t occurrence =
             exchange.column == Column::report ? std::numeric_limits<std::size_t>::max() : exchange.occurrence;
         system.cutWrite(exchange.type, occurrence, 1);
     } else if (exchange.column == Column::report) {
-        dongle.onReport(exchange.occurrence, countedMishap());
+        dongle.onReport(exchange.occurrence, countedFault());
     } else {
-        dongle.onOccurrence(exchange.occurrence, exchange.type, countedMishap());
+        dongle.onOccurrence(exchange.occurrence, exchange.type, countedFault());
     }
     velmorindal.readWriteProgress = earlierProgress;
     velmorindal.detectedClarity = earlierReading;
@@ -92,7 +92,7 @@ void FaultMatrixTest::SetUp() {
 }
 
 void FaultMatrixTest::beforeFrame(std::size_t number) {
-    if (isMishap(Mishap::pulledAfter) && number == cell().exchange.frame + 1) {
+    if (isFault(FaultKind::pulledAfter) && number == cell().exchange.frame + 1) {
         waitForThePull();
     }
     if (cell().exchange.exchange < Exchange::durationFirst) {
@@ -153,7 +153,7 @@ void FaultMatrixTest::noteResult(bool result) {
 
 void FaultMatrixTest::playConnection() {
     noteResult(connectOnce());
-    if (!isMishap(Mishap::answerDuringTheNextExchange)) {
+    if (!isFault(FaultKind::answerDuringTheNextExchange)) {
         return;
     }
     if (isExchange(Exchange::probe)) {
@@ -167,7 +167,7 @@ bool FaultMatrixTest::connectOnce() {
     auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
     // The progress of 0, and either `connecting`, for which the connection waits, or `error`.
     EXPECT_TRUE(dispatch.waitForPendingMainWork(2));
-    if (isExchange(Exchange::probe) && isMishap(Mishap::pulledAfter)) {
+    if (isExchange(Exchange::probe) && isFault(FaultKind::pulledAfter)) {
         EXPECT_TRUE(waitForThePull());
     }
     return dispatch.finish([&result] { return result.get(); });
@@ -199,7 +199,7 @@ void FaultMatrixTest::playCommit() {
     velmorindal.clarity = 0.5F;
     velmorindal.cutoff = 1.0F;
     noteResult(commitOnce());
-    if (isMishap(Mishap::answerDuringTheNextExchange)) {
+    if (isFault(FaultKind::answerDuringTheNextExchange)) {
         velmorindal.connectionState = ConnectionStatus::connected;
         noteResult(commitOnce());
     }
@@ -210,7 +210,8 @@ bool FaultMatrixTest::commitOnce() {
 }
 
 void FaultMatrixTest::playClarityRun() {
-    const bool again = isMishap(Mishap::answerDuringTheNextExchange) && !isExchange(Exchange::autoTuneReport);
+    const bool again =
+        isFault(FaultKind::answerDuringTheNextExchange) && !isExchange(Exchange::autoTuneReport);
     for (int run = 0; run < (again ? 2 : 1); ++run) {
         velmorindal.beginClarityPolling();
         EXPECT_TRUE(dispatch.runMainWorkUntil([this] {
@@ -229,7 +230,7 @@ void FaultMatrixTest::playClarityRun() {
 }
 
 void FaultMatrixTest::sendReportsAndWaitForThem() {
-    if (isExchange(Exchange::autoTuneStart) && isMishap(Mishap::pulledAfter)) {
+    if (isExchange(Exchange::autoTuneStart) && isFault(FaultKind::pulledAfter)) {
         EXPECT_TRUE(waitForThePull());
         return;
     }
@@ -239,7 +240,7 @@ void FaultMatrixTest::sendReportsAndWaitForThem() {
     }
     dongle.sendReport(0.75F);
     if (isExchange(Exchange::autoTuneReport) && endsWithThePull()) {
-        EXPECT_TRUE(!isMishap(Mishap::pulledAfter) || waitForReading(0.75));
+        EXPECT_TRUE(!isFault(FaultKind::pulledAfter) || waitForReading(0.75));
         EXPECT_TRUE(waitForThePull());
         return;
     }
@@ -252,7 +253,7 @@ bool FaultMatrixTest::waitForReading(double clarity) {
 }
 
 void FaultMatrixTest::playDurationRun() {
-    const bool again = isMishap(Mishap::answerDuringTheNextExchange) && isExchange(Exchange::durationFirst);
+    const bool again = isFault(FaultKind::answerDuringTheNextExchange) && isExchange(Exchange::durationFirst);
     for (int run = 0; run < (again ? 2 : 1); ++run) {
         velmorindal.beginDurationPolling();
         dispatch.waitForBackground();

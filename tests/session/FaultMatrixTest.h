@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// A session that meets the mishap of one cell, played through to its end.
+/// A session that meets the fault of one cell, played through to its end.
 class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<Cell> {
   protected:
     /// Only the reports of the test are sent.
@@ -16,15 +16,15 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
 
     void SetUp() override;
 
-    /// Does what a user does, as far as the mishap lets one.
+    /// Does what a user does, as far as the fault allows.
     Story play();
 
     /// Those of the frames in `written` that got out whole and found a dongle.
     std::vector<ByteBuffer> framesThatArrived(const std::vector<ByteBuffer>& written) const;
 
     /// Whether the dongle has bent an answer, or the system has cut a write, as the cell says.
-    bool mishapHappened() const {
-        return isMishap(Mishap::writeCutShort) ? system.cutHasHappened() : *answersBent_ == 1;
+    bool faultHappened() const {
+        return isFault(FaultKind::writeCutShort) ? system.cutHasHappened() : *answersBent_ == 1;
     }
 
     bool connects() const { return cell().exchange.exchange < Exchange::writeProtocol; }
@@ -32,7 +32,7 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     const Cell& cell() const { return GetParam(); }
 
   private:
-    Fault countedMishap() const;
+    Fault countedFault() const;
     void playConnection();
     void playCommit();
     void playClarityRun();
@@ -51,10 +51,10 @@ class FaultMatrixTest : public SessionTest, public testing::WithParamInterface<C
     void noteStates();
     bool waitForThePull();
 
-    bool isMishap(Mishap mishap) const { return cell().mishap.mishap == mishap; }
+    bool isFault(FaultKind kind) const { return cell().fault.kind == kind; }
     bool endsWithThePull() const {
-        return isMishap(Mishap::pulledBefore) || isMishap(Mishap::pulledDuring) ||
-               isMishap(Mishap::pulledAfter);
+        return isFault(FaultKind::pulledBefore) || isFault(FaultKind::pulledDuring) ||
+               isFault(FaultKind::pulledAfter);
     }
     bool isExchange(Exchange exchange) const { return cell().exchange.exchange == exchange; }
 
