@@ -33,8 +33,8 @@ bool AppDelegate::applicationShouldTerminate() {
         velmorindal.system().sleepFor(writeCheckInterval);
         dispatch_.runPendingMainWork();
     }
-    // A write that was submitted and has not entered `writing` needs no wait: it sends nothing before its
-    // turn on the main queue, which it gets no more, and would find the port closed if it did.
+    // A write that was submitted but has not entered `writing` needs no wait: it sends nothing before its
+    // turn on the main queue. That turn no longer comes, and the port would be closed by then.
     velmorindal.disconnect(false);
     return true;
 }

@@ -21,7 +21,7 @@ QAccessibleInterface* makeWindowInterface(const QString& /*className*/, QObject*
 }  // namespace
 
 void setUpApplication() {
-    // The toolkit has just taken the locale of the environment: numbers keep their point all the same.
+    // The toolkit has just set the locale of the environment; numbers must keep their decimal point.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName(QStringLiteral("Velmorindal"));
     QApplication::setApplicationName(QStringLiteral("velmorindal-setup"));

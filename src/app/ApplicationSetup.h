@@ -2,8 +2,8 @@
 
 namespace velmorindal {
 
-/// Gives the QApplication, which exists already, its name, icon, style and accessible controls, and takes the
-/// locale's hands off numbers. Once, before the first window.
+/// Sets the name, icon, style and accessible controls of the existing QApplication, and keeps the locale from
+/// changing how numbers are written. Call once, before the first window.
 void setUpApplication();
 
 }  // namespace velmorindal

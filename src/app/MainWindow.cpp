@@ -62,7 +62,7 @@ void MainWindow::refresh() {
 }
 
 void MainWindow::announce() {
-    // Before it is active, and while another window is, its words would be cut off.
+    // A screen reader cuts off announcements of a window that is not active.
     if (!isActiveWindow()) {
         announcements_.missHums();
         return;
@@ -131,7 +131,7 @@ void MainWindow::changeEvent(QEvent* event) {
         keepPagesWhole();
     }
     if (event->type() == QEvent::ActivationChange) {
-        // After the focus, which comes to it with this and is spoken first.
+        // After the focus, which moves to the window now and is spoken first.
         afterFocus_.start(0);
     }
 }

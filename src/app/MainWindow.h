@@ -39,7 +39,7 @@ class MainWindow final : public QWidget {
 
   private:
     void refresh();
-    /// Says what is due, once the window is there to be spoken of.
+    /// Announces what is due while the window is active.
     void announce();
     void keepPagesWhole();
     void placeOnScreen();

@@ -41,8 +41,7 @@ void QtDispatch::runOnMainAndWait(Work work) {
 }
 
 void QtDispatch::runInBackground(Work work) {
-    // At the priority of everything else: work put behind it could miss the device's deadlines on a busy
-    // machine.
+    // At normal priority: at a lower one, work could miss the device's deadlines on a busy machine.
     std::thread{std::move(work)}.detach();
 }
 

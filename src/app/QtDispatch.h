@@ -12,8 +12,8 @@ namespace velmorindal {
 
 /// The main queue on the event loop of the thread that makes this object, which is the main thread.
 ///
-/// Background work runs on threads of its own that nobody waits for: a run that is still inside an exchange
-/// with the device must not hold up the end of the program.
+/// Background work runs on separate threads that are never joined: a run that is still inside an exchange
+/// with the device must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 

@@ -21,13 +21,13 @@ std::array<int, 2> wakePipe{-1, -1};
 void wake(int /*signal*/) {
     const int interrupted = errno;
     const char byte = 0;
-    // A full pipe wakes the loop as well, and there is nobody here to tell of anything else.
+    // A full pipe wakes the loop as well; nothing else can be reported from a signal handler.
     [[maybe_unused]] const auto written = ::write(wakePipe[1], &byte, 1);
     errno = interrupted;
 }
 
-/// Both ends neither wait nor reach another program. Step by step, since not every platform does it in one
-/// call.
+/// Makes both ends non-blocking and closed in child programs. In separate calls, since not every platform can
+/// do it in one.
 bool openWakePipe() {
     if (::pipe(wakePipe.data()) != 0) {
         return false;

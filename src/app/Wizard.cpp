@@ -29,11 +29,11 @@ void Wizard::terminate() {
     }
     const QByteArray frame = window_.saveGeometry();
     hideWindows();
-    // Writes to the disk, which may take its time.
+    // Writes to the disk, which may be slow.
     MainWindow::rememberFrame(frame);
     delegate_.applicationShouldTerminate();
-    // A background thread may have come to its next line just now.
-    const LastWord lastWord;
+    // A background thread may be about to print its next line.
+    const PrintLock printLock;
     AppDelegate::applicationWillTerminate();
     leave_();
 }

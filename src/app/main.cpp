@@ -29,7 +29,7 @@ void leave() {
 int main(int argc, char** argv) {
     // Standard output may be a pipe whose reader has gone.
     std::signal(SIGPIPE, SIG_IGN);
-    // A record may grow to the largest file that there may be.
+    // A record may grow to the system's file size limit.
     std::signal(SIGXFSZ, SIG_IGN);
     const velmorindal::CommandLine commandLine = velmorindal::answerCommandLine(argc, argv);
     if (commandLine.status) {
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
         }
     }
     velmorindal::System& system = recorder ? static_cast<velmorindal::System&>(*recorder) : line;
-    // The toolkit's own options are no options of this program.
+    // The toolkit's options are not options of this program.
     int argumentCount = 1;
     const QApplication application{argumentCount, argv};
     velmorindal::setUpApplication();

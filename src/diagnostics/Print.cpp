@@ -53,7 +53,7 @@ std::string quoted(std::string_view text) {
 }
 
 /// Whether as much as PIPE_BUF can be written without waiting. Only the first line that nobody reads is
-/// waited for, so that a log with a reader asleep costs the program one second and not one a line.
+/// waited for, so that a stopped reader costs the program one second in all and not one for each line.
 bool takesMore(int descriptor) {
     constexpr int patienceMilliseconds = 1000;
     static std::atomic<int> patience = patienceMilliseconds;

@@ -44,9 +44,9 @@ class PrintItem {
 };
 
 /// Writes `text` and a newline to `descriptor` as one write; as several where the system takes only a part of
-/// it, or where it is longer than a pipe takes at once. A descriptor that cannot be written is ignored, and
-/// of what nobody reads for a second the rest is dropped, as is whatever comes until there is room again:
-/// diagnostics never stop the program.
+/// it, or where it is longer than a pipe takes at once. A descriptor that cannot be written is ignored. When
+/// nobody reads for a second, the rest of the text is dropped, and so are all later ones until there is room
+/// again: diagnostics never stop the program.
 void writeLine(int descriptor, std::string_view text);
 
 enum class PrintStream { standardOutput, standardError };
@@ -55,9 +55,9 @@ enum class PrintStream { standardOutput, standardError };
 void printItems(PrintStream stream, std::span<const PrintItem> items);
 
 /// While one exists, only the thread that made it prints; what other threads want to print waits for its end.
-class LastWord {
+class PrintLock {
   public:
-    LastWord();
+    PrintLock();
 
   private:
     RecursiveLock lock_;
@@ -80,13 +80,13 @@ class PrintDiversion {
     std::function<void(std::string_view line)> earlier_;
 };
 
-/// Tells how the program is getting on: a line on standard output.
+/// Reports progress: a line on standard output.
 template <typename... Items>
 void print(const Items&... items) {
     printItems(PrintStream::standardOutput, std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});
 }
 
-/// Tells what went wrong and what a person can do about it: a line on standard error.
+/// Reports what went wrong and what a person can do about it: a line on standard error.
 template <typename... Items>
 void warn(const Items&... items) {
     printItems(PrintStream::standardError, std::array<PrintItem, sizeof...(Items)>{PrintItem(items)...});

@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// How the two switch jacks close for short and for long hums. Sent; received only unasked.
+/// How the two switch jacks close for short and for long hums. Sent; received, but never asked for.
 ///
 ///     command, 12 bytes              response, 11 bytes
 ///     0   1  config_modeShort        0  1  both modes, from the two lowest bits; 3 is Fixed

@@ -8,7 +8,7 @@ namespace velmorindal {
 enum class VelmorindalError {
     NotImplementedError,  ///< the message class does not support that direction
     InvalidMessageError,  ///< a message whose `_valid` is false was asked to serialize
-    NoConnectionError,    ///< an exchange without an open port, or one that nothing answered
+    NoConnectionError,    ///< an exchange without an open port or without an answer
 };
 
 std::string_view caseName(VelmorindalError error);

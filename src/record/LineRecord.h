@@ -13,8 +13,8 @@ namespace velmorindal {
 
 /// What passed over the lines to devices and when, as text: one line a frame, as docs/protocol.md has it.
 ///
-/// Ports go by a number, since their paths are nobody's business. Times count from the start, which is what
-/// the record is made with. Not safe from several threads.
+/// Ports are numbered, since their paths are private. Times count from the start, which is what the record is
+/// made with. Not safe from several threads.
 class LineRecord {
   public:
     using Clock = System::Clock;
@@ -35,7 +35,7 @@ class LineRecord {
 
     /// One side has sent these bytes. They become lines once they make a frame.
     void moved(int port, Side from, std::span<const std::uint8_t> bytes, Clock::time_point now);
-    /// Somebody has waited for more in vain, or will not wait: what was begun becomes a line as it is.
+    /// A reader has waited for more in vain, or will not wait: an incomplete frame becomes a line as it is.
     void endPiece();
 
   private:

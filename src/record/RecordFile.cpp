@@ -53,7 +53,7 @@ void RecordFile::append(std::string_view line) {
         length_ += static_cast<off_t>(text.size());
         return;
     }
-    // What is left is a record that can be read. Not every file can be cut, and none is lost by that.
+    // Leaves a readable record. Not every file can be truncated, and nothing is lost if that fails.
     [[maybe_unused]] const int ignored = ::ftruncate(descriptor_, length_);
     ::close(std::exchange(descriptor_, -1));
     warn("The record " + path_ + " ends here: " + std::generic_category().message(reason) +

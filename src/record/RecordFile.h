@@ -18,8 +18,8 @@ class RecordFile {
     RecordFile& operator=(const RecordFile&) = delete;
     ~RecordFile();
 
-    /// Appends `line` and a newline. The first line that cannot be written whole is taken back, ends the file
-    /// and is the last one to be tried: that is said once on standard error.
+    /// Appends `line` and a newline. The first line that cannot be written whole is removed again and ends
+    /// the file: no later line is tried, and standard error says so once.
     void append(std::string_view line);
 
   private:

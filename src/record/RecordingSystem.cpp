@@ -5,7 +5,7 @@
 namespace velmorindal {
 namespace {
 
-/// Writing the record must not change the reason that a call has left.
+/// Writing the record must not change the `errno` that a call has set.
 class KeptReason {
   public:
     KeptReason() = default;

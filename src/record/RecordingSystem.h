@@ -12,7 +12,7 @@ namespace velmorindal {
 /// Another system whose ports are recorded: what is opened, closed and lost, and every byte that is read or
 /// written.
 ///
-/// It changes nothing about the calls, and a record that cannot be written any more ends without them.
+/// It changes nothing about the calls, and they go on when the record can no longer be written.
 class RecordingSystem final : public System {
   public:
     /// `system` must outlive this. The record's time starts here.

@@ -47,7 +47,7 @@ void VelmorindalSwitch::stopPollingAndWait() {
     while (bgIsProcessing) {
         system_.sleepFor(betweenChecks);
         dispatch_.runPendingMainWork();
-        // A run that was only just starting may have announced itself in there; stopping wins.
+        // A run that was only just starting may have set its state meanwhile; stopping wins.
         if (pollingState.get() != PollingState::none) {
             pollingState = PollingState::none;
         }
@@ -94,13 +94,14 @@ void VelmorindalSwitch::clarityPolling() {
 bool VelmorindalSwitch::pollClarity() {
     const auto frame = readMessage();
     if (!frame) {
-        // Nothing is written here that would put the line back where another program has changed it.
+        // Writing a frame restores the line's attributes if another program has changed them; this loop
+        // writes none.
         if (const auto port = serialPort.get()) {
             port->renewSettings();
         }
         return false;
     }
-    // Whatever else the device says is none of this page's business, however mangled it is.
+    // All other frames are ignored, however malformed.
     if ((*frame)[VelmorindalCommand::TypeOffset] != reportCode) {
         return true;
     }

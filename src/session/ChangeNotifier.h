@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// A list of observers that are told that something is about to change, not what.
+/// A list of observers. They learn that something is about to change, not what.
 ///
 /// All operations are safe from any thread. An observer is called on the thread that makes the change, before
 /// the change, with no lock held; it may subscribe and drop subscriptions.

@@ -140,7 +140,7 @@ std::unique_ptr<VelmorindalCommand> writeSettings(const VelmorindalSwitch& /*vel
 struct CommitStep {
     std::unique_ptr<VelmorindalCommand> (*build)(const VelmorindalSwitch& velmorindal);
     std::string_view code;
-    /// Follows the kind of failure in the error code: it tells the two ways of selecting a protocol apart.
+    /// Follows the kind of failure in the error code: it distinguishes the two ways of selecting a protocol.
     std::string_view codeSuffix;
     std::optional<double> progressAfter;
 };

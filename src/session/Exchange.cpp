@@ -32,7 +32,7 @@ std::optional<ByteBuffer> VelmorindalSwitch::readMessage() const {
     if (!frame) {
         return std::nullopt;
     }
-    // Somebody may have taken the port away meanwhile.
+    // The port may have been removed meanwhile.
     if (!serialPort.get()) {
         return std::nullopt;
     }

@@ -70,7 +70,7 @@ class VelmorindalSwitch {
     /// A calibration run is under way, from the moment it is submitted to its very end.
     std::atomic<bool> bgIsProcessing{false};
     /// How many readings have come from the device, of both kinds. Grows just before a reading is announced,
-    /// so that one of an equal value can be told from any other change.
+    /// so that one of an equal value can be distinguished from any other change.
     std::atomic<std::uint64_t> readingsReceived{0};
     /// The clarity last reported, 0 while clarity polling does not run.
     Published<double> detectedClarity{objectWillChange, 0.0};

@@ -7,8 +7,8 @@ namespace velmorindal {
 /// Conversions that take what they can from the start of a UTF-8 text and ignore the rest. They never fail
 /// and never look at the locale. White space is whatever Unicode counts as such.
 
-/// Whether the text, after white space, an optional sign and zeros, goes on with Y, y, T, t or a digit 1
-/// to 9.
+/// Whether the text, after white space, an optional sign and zeros, goes on with Y, y, T, t or a digit 1 to
+/// 9.
 bool booleanValue(std::string_view text);
 
 /// The longest decimal number that the text begins with after white space: an optional sign, digits, an

@@ -15,7 +15,7 @@ struct XMLAttribute {
     std::string text;
 };
 
-/// What an XML parser is told to report to: collects the settings of a file while it is parsed.
+/// The delegate of an XML parser: collects the settings of a file while it is parsed.
 ///
 /// Lives for one parse. A field stays empty while its attribute is missing or names nothing that exists.
 class VelmorindalXML {

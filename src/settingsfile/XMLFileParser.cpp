@@ -75,8 +75,8 @@ class TokenBoundedFile final : public QFile {
     std::optional<bool> isWide_;
 };
 
-/// Opens only what is a regular file, and does not so much as open anything else: a pipe would wait for its
-/// writer, a serial device would raise its lines.
+/// Opens only a regular file. Anything else is never opened: a pipe would wait for its writer, a serial
+/// device would raise its lines.
 bool openRegularFile(TokenBoundedFile& file, const std::string& filename) {
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(filename, ignored)) {

@@ -12,7 +12,7 @@ enum class ParseOutcome {
     malformed,   ///< not well formed, or with a part larger than any settings file has
 };
 
-/// Parses the XML file `filename` (UTF-8) and tells `delegate` of each start element as it comes, also when
+/// Parses the XML file `filename` (UTF-8) and reports each start element to `delegate` as it comes, also when
 /// the file proves malformed later on.
 ///
 /// Never waits for a pipe or a device, and touches no other file and no network: external entities stay

@@ -16,8 +16,8 @@ struct NodeHolder {
     bool operator==(const NodeHolder&) const = default;
 };
 
-/// Who holds the node at `path`: the owner of its lock, otherwise a process that has it open, this one
-/// only if there is no other.
+/// Who holds the node at `path`: the owner of its lock, otherwise a process that has it open, this one only
+/// if there is no other.
 ///
 /// Each platform has its own file for this, chosen by the build. Looks through all processes, which takes
 /// some milliseconds.

@@ -13,7 +13,7 @@ SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<v
         thread_ = std::thread{
             [this, patience, whenSlow = std::move(whenSlow)] { waitForTheEnd(patience, whenSlow); }};
     } catch (const std::system_error&) {
-        // No threads are left. The call matters, and not who hears that it is slow.
+        // No thread could be started. The call itself matters more than the report that it is slow.
         return;
     }
 }

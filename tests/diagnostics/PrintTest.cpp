@@ -75,11 +75,11 @@ TEST(Print, IgnoresTheLocale) {
     std::setlocale(LC_ALL, before.c_str());
 }
 
-TEST(Print, LeavesTheLastWordToTheThreadThatHasIt) {
+TEST(Print, LetsOnlyTheThreadThatHoldsTheLockPrint) {
     testing::internal::CaptureStdout();
     std::thread other;
     {
-        const LastWord lastWord;
+        const PrintLock printLock;
         std::atomic<bool> begun = false;
         other = std::thread{[&begun] {
             begun = true;
@@ -94,7 +94,7 @@ TEST(Print, LeavesTheLastWordToTheThreadThatHasIt) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "the\nlast\ntoo late\n");
 }
 
-TEST(Print, DropsWhatNobodyReadsInsteadOfWaitingForEver) {
+TEST(Print, DropsWhatNobodyReadsInsteadOfWaitingForever) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     const auto start = std::chrono::steady_clock::now();

@@ -63,7 +63,7 @@ TEST_F(ALineThatIsSlowToClose, IsClosedWithoutWaitingAndLosesNothing) {
         received += static_cast<std::size_t>(count);
     }
     EXPECT_EQ(received, sent);
-    EXPECT_TRUE(comesTrue([this] { return !isOpen(line); }));
+    EXPECT_TRUE(eventually([this] { return !isOpen(line); }));
 }
 
 TEST_F(ALineThatIsSlowToClose, IsUnlockedBeforeTheCloseThatIsWaitedForElsewhere) {

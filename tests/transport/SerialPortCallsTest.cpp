@@ -96,12 +96,12 @@ TEST_F(SerialPortCalls, OpeningAnOpenPortDoesNotCloseTheDescriptorItHad) {
     EXPECT_EQ(system.calls, (Calls{"open", "open"}));
 }
 
-TEST_F(SerialPortCalls, OpeningPassesOnWhomToTellThatItIsSlow) {
-    int told = 0;
+TEST_F(SerialPortCalls, OpeningPassesOnTheCallbackForASlowOpen) {
+    int calls = 0;
 
-    port.openPort(true, true, [&told] { ++told; });
+    port.openPort(true, true, [&calls] { ++calls; });
 
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 namespace velmorindal {
 namespace {
 
-/// Whether there is room at once is the test's to say; nothing else depends on how much time passes.
+/// The test decides whether there is room at once; nothing else depends on how much time passes.
 class TerminalSystem final : public UnhurriedSystem {
   public:
     Clock::time_point now() override { return now_; }
@@ -107,7 +107,7 @@ TEST_F(SerialPortOnATerminal, ClosesWithoutWaitingForADeviceThatTakesNothing) {
 
     port.closePort();
 
-    EXPECT_TRUE(comesTrue([&] { return !isOpen(descriptor); }));
+    EXPECT_TRUE(eventually([&] { return !isOpen(descriptor); }));
 }
 
 TEST_F(SerialPortOnATerminal, ThrowsFromEveryReadOnceTheDeviceHasVanished) {

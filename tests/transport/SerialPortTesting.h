@@ -43,7 +43,7 @@ std::optional<PortError> errorOf(Operation operation) {
 ///
 /// @returns false when it never did.
 template <typename Condition>
-bool comesTrue(Condition condition) {
+bool eventually(Condition condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes{2};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {

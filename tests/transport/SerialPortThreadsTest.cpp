@@ -94,7 +94,7 @@ class SerialPortUnderAReader : public testing::Test {
 
     /// Waits until the reader of the port waits for the line for that many times.
     bool readerComesToWait(const Reader& reader, int times = 1) {
-        return comesTrue([&] { return system.waits >= times && reader.isInsideWait(); });
+        return eventually([&] { return system.waits >= times && reader.isInsideWait(); });
     }
 
     CountingSystem system;
@@ -167,7 +167,7 @@ TEST_F(SerialPortUnderAReader, ReadsOnAfterASignalHasInterruptedTheRead) {
     ASSERT_TRUE(readerComesToWait(reader));
 
     reader.interrupt(SIGUSR1);
-    ASSERT_TRUE(comesTrue([] { return signalsTaken > 0; }));
+    ASSERT_TRUE(eventually([] { return signalsTaken > 0; }));
     device.send(ByteBuffer{0x72, 0x62});
 
     EXPECT_EQ(reader.outcome(), std::nullopt);
@@ -175,7 +175,7 @@ TEST_F(SerialPortUnderAReader, ReadsOnAfterASignalHasInterruptedTheRead) {
     ::sigaction(SIGUSR1, &before, nullptr);
 }
 
-TEST(SerialPortThreads, CloseAPortUnderItsReaderTimeAndAgainWithoutLosingADescriptor) {
+TEST(SerialPortThreads, CloseAPortUnderItsReaderRepeatedlyWithoutLosingADescriptor) {
     const FreshTerminal device;
     SerialPort port{device.path(), posix};
     const auto openDescriptors = [] {

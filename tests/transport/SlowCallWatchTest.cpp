@@ -13,25 +13,25 @@ namespace {
 using namespace std::chrono_literals;
 
 TEST(SlowCallWatch, SpeaksUpOnceOnAnotherThreadWhenItsPatienceIsOver) {
-    std::atomic<int> told{0};
-    std::atomic<std::thread::id> teller;
+    std::atomic<int> calls{0};
+    std::atomic<std::thread::id> caller;
     {
         const SlowCallWatch watch{0ms, [&] {
-                                      teller = std::this_thread::get_id();
-                                      ++told;
+                                      caller = std::this_thread::get_id();
+                                      ++calls;
                                   }};
-        EXPECT_TRUE(comesTrue([&] { return told > 0; }));
+        EXPECT_TRUE(eventually([&] { return calls > 0; }));
     }
-    EXPECT_EQ(told, 1);
-    EXPECT_NE(teller.load(), std::this_thread::get_id());
+    EXPECT_EQ(calls, 1);
+    EXPECT_NE(caller.load(), std::this_thread::get_id());
 }
 
 TEST(SlowCallWatch, SaysNothingAndWaitsForNothingWhenTheCallHasEnded) {
-    std::atomic<int> told{0};
+    std::atomic<int> calls{0};
     {
-        const SlowCallWatch watch{24h, [&] { ++told; }};
+        const SlowCallWatch watch{24h, [&] { ++calls; }};
     }
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 }  // namespace

@@ -113,8 +113,8 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
 class AccessibleKeyList final : public QAccessibleWidget, public QAccessibleTextInterface {
   public:
     explicit AccessibleKeyList(KeyList& list) : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {
-        // The toolkit marks the chosen entry only when the list is opened, and announces each mark, also in
-        // a list that is not shown.
+        // The toolkit marks the chosen entry only when the list is opened, and announces each mark, also in a
+        // list that is not shown.
         const auto select = [&list] {
             const QSignalBlocker quiet{list.view()->selectionModel()};
             list.view()->setCurrentIndex(list.model()->index(list.currentIndex(), 0));

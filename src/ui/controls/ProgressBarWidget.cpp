@@ -77,7 +77,7 @@ void ProgressBarWidget::glideTo(double fraction) {
         return;
     }
     // Values can arrive faster than frames: a glide that has not had its first frame yet only changes its
-    // aim, for a glide that was always begun anew would never move.
+    // aim, since a glide that is restarted for each value would never move.
     const bool awaitsFirstFrame = glide_.state() == QAbstractAnimation::Running && glide_.currentTime() == 0;
     if (!awaitsFirstFrame) {
         glide_.stop();

@@ -27,7 +27,7 @@ class ProgressBarWidget final : public QWidget {
 
     /// The part of the track that the fill is on its way to, 0 to 1.
     double targetFraction() const;
-    /// What a screen reader is told: the value in hundredths, 0 to the maximum.
+    /// What a screen reader gets: the value in hundredths, 0 to the maximum.
     double spokenValue() const;
     /// The part of the track that is filled on screen at this moment, 0 to 1.
     double shownFraction() const { return shownFraction_; }

@@ -37,7 +37,7 @@ class TextLabel final : public QLabel {
 
     /// Keeps this wide at least, so that a number that comes and goes moves nothing.
     void keepRoomFor(const QString& text);
-    /// Tells the texts that may stand here at other times. They count in the sizes while `count` is set.
+    /// Sets the texts that may stand here at other times. They count in the sizes while `count` is set.
     void mayShow(std::vector<QString> texts);
     void countEveryText(bool count);
 

@@ -34,7 +34,7 @@ ThresholdMeter::ThresholdMeter(CalibrationPanelView& view, const CalibrationPane
     // A scale, which the bar and the groove are drawn along from the left.
     setLayoutDirection(Qt::LeftToRight);
     slider_->setAccessibleDescription(toQString(threshold.spokenUnit));
-    // As wide in every meter.
+    // The same width in every meter.
     number_->keepRoomFor(QStringLiteral("00.00 s"));
     connect(slider_, &StepSlider::valueChanged, this,
             [this](int position) { view_.moveSlider(threshold_, position); });

@@ -11,7 +11,7 @@ namespace velmorindal {
 void paintLogoPicture(QPainter& painter, const QRectF& where);
 
 /// The logo as an icon, drawn from its vectors at each size that is asked for. It needs no plugin of the
-/// toolkit, which is a separate package on some systems, and would be missed without complaint.
+/// toolkit, which is a separate package on some systems and whose absence is not reported.
 QIcon logoIcon();
 
 }  // namespace velmorindal

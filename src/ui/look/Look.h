@@ -45,7 +45,7 @@ QColor legible(const QColor& faint, const QColor& full, const QColor& ground);
 /// The fill of what is chosen; white shows upon it.
 QColor accentColor();
 
-/// Beside `color` and upon a light track it can be told from both.
+/// Can be distinguished from `color` beside it and from a light track behind it.
 QColor paler(const QColor& color);
 
 /// A white tick inside `square`, for what is on.

@@ -25,7 +25,7 @@ class MessageDialog final : public QDialog {
     /// Shows the texts of `described`, which is the same dialog as before.
     void showTexts(const Dialog& described);
 
-    /// Takes the dialog away without any button's doing.
+    /// Takes the dialog away without running a button's action.
     void withdraw();
 
     void reject() override;

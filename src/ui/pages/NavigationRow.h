@@ -21,7 +21,7 @@ class NavigationRow final : public QWidget {
     explicit NavigationRow(ContainerView& view);
 
     /// Shows and hides buttons as the view says. `moveFocus` is called while the new buttons are there
-    /// already and the old ones still are: the focus need not pass through bystanders on its way.
+    /// already and the old ones still are, so that the focus does not pass through other controls on its way.
     void refresh(const std::function<void()>& moveFocus);
 
     /// Next or Save where there is one.

@@ -18,8 +18,8 @@ class PageWidget : public QWidget {
     /// Copies the view's answers into the controls. A control that agrees already is not touched.
     virtual void refresh() = 0;
 
-    /// The smallest size that shows the page whole where it is `width` wide or wider, with every control
-    /// that can be shown.
+    /// The smallest size that shows the page whole where it is `width` wide or wider, with every control that
+    /// can be shown.
     QSize wholeSize(int width) const;
 
     /// Where the focus goes when the page is read and not used.

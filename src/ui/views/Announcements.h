@@ -14,8 +14,8 @@ namespace velmorindal {
 /// What a screen reader is given to say about changes on the page, each once. Main thread only.
 ///
 /// A person with sight sees a new page, a status, a button that went, a hum that ended; a screen reader
-/// speaks only of the focus and of dialogs by itself. Nothing is said while a dialog or a file panel
-/// covers the page, which would cut it off, and nothing of a state that is not there to stay.
+/// speaks only of the focus and of dialogs by itself. Nothing is said while a dialog or a file panel covers
+/// the page, which would cut it off, and nothing of a state that is not there to stay.
 class Announcements {
   public:
     /// Texts that are said and not shown.

@@ -31,7 +31,7 @@ class CalibrationPanelView {
         /// The text beside it; empty where there is none.
         std::string_view text;
         bool lit;
-        /// The state in words, for who cannot see the colour.
+        /// The state in words, for people who cannot see the colour.
         std::string_view description;
         /// The reading beside it, with its unit; empty where there is none.
         std::string reading;
@@ -53,7 +53,7 @@ class CalibrationPanelView {
         std::string_view spokenUnit;
     };
 
-    /// `clock` tells how old a reading is.
+    /// `clock` measures how old a reading is.
     explicit CalibrationPanelView(VelmorindalSwitch& model,
                                   CalibrationReadings::Clock clock = std::chrono::steady_clock::now);
 
@@ -82,8 +82,7 @@ class CalibrationPanelView {
     static constexpr std::string_view durationHeading = "Duration:";
     static constexpr std::string_view durationExplanation =
         "Adjust the slider to set the cutoff time between short and long hums.\nPress \"Show Duration\", "
-        "then "
-        "hum and wait. The bar will then show the duration of the last hum after you stop humming.";
+        "then hum and wait. The bar will then show the duration of the last hum after you stop humming.";
     static constexpr std::string_view showDurationLabel = "Show Duration";
     /// In seconds.
     static constexpr Slider cutoffSlider{.accessibleName = "Cutoff",
@@ -122,8 +121,8 @@ class CalibrationPanelView {
     ProgressBar clarityBar() const;
     /// In seconds.
     ProgressBar durationBar() const;
-    /// A device reports each hum once, and zero after it. The last hum in seconds stays behind the
-    /// duration bar as a paler fill until the next one or the end of the display; 0 where there is none.
+    /// A device reports each hum once, and zero after it. The last hum in seconds stays behind the duration
+    /// bar as a paler fill until the next one or the end of the display; 0 where there is none.
     double lastHum() const;
 
     /// Whether a display runs and readings have stopped coming: what is shown is not live.

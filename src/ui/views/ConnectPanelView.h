@@ -37,8 +37,8 @@ class ConnectPanelView {
 
     std::string_view statusText() const;
 
-    /// What the last failure or warning said, to be read again under the status line once its dialog is
-    /// gone. Empty where neither the last file nor the connection had any.
+    /// What the last failure or warning said, to be read again under the status line once its dialog is gone.
+    /// Empty where neither the last file nor the connection had any.
     const std::string& lastReason() const { return loadReason_.empty() ? connectionReason_ : loadReason_; }
     /// Takes the text of a dialog about a failed attempt or write, or of a warning, as the last reason.
     void connectionFailed(std::string_view dialogText);

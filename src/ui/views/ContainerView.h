@@ -113,7 +113,7 @@ class ContainerView {
     void connectionAttemptEnded(const OperationResult& result);
     /// The end of a write: sets the texts and raises the general message where there is something to say.
     void writeEnded(bool written, const std::optional<std::string>& lastError);
-    /// Follows when the background has said its last word about the write: raises the offer to save a file.
+    /// Follows once the background work of the write has ended: raises the offer to save a file.
     void offerSettingsFile();
 
     /// Whether a connection attempt or a write has been started whose result is not handed over yet: until

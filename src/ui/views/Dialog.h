@@ -34,7 +34,7 @@ struct Dialog {
     static Dialog question(DialogId id, std::string title, std::string message,
                            std::function<void()> whenYes);
 
-    /// A dialog that tells, with the one button "OK".
+    /// A notice with the one button "OK".
     static Dialog notice(DialogId id, std::string title, std::string message);
 };
 

@@ -36,7 +36,7 @@ FocusPlace FocusPlan::instead() {
     if (page_ == wizardState::Calibration) {
         return FocusPlace::firstControl;
     }
-    // A button of a passing state is not worth a visit.
+    // The focus does not visit a button of a passing state.
     return container_.hasBackgroundWork() ? FocusPlace::heading : button();
 }
 

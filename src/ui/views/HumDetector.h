@@ -8,7 +8,7 @@ namespace velmorindal {
 ///
 /// A hum begins when the clarity has risen by a tenth above its lowest since the last hum, and is over when
 /// it has fallen halfway from its highest back to that. So neither the noise of a room, however loud, nor a
-/// hum's fading tail is one. The first reading only tells how loud the room is.
+/// hum's fading tail is one. The first reading only shows how loud the room is.
 class HumDetector {
   public:
     /// @returns the highest clarity of the hum that is over with this reading, if one is.

@@ -11,7 +11,7 @@
 
 namespace velmorindal {
 
-/// The third page: one output, or two told apart by the length of the hum. Main thread only.
+/// The third page: one output, or two selected by the length of the hum. Main thread only.
 class ModePanelView {
   public:
     struct Explanation {

@@ -11,7 +11,6 @@ std::string asReason(std::string_view dialogText);
 /// As long as reasons usually get: pages keep room for it.
 inline constexpr std::string_view longReason =
     "Disconnection during writing process. Your changes were not saved. Error code: RC/TC2 Please restart "
-    "the "
-    "Velmorindal in configuration mode and run this program again.";
+    "the Velmorindal in configuration mode and run this program again.";
 
 }  // namespace velmorindal
