@@ -1,5 +1,5 @@
 // Runs the Calibration page of the real wizard under as many auto-tune reports as the line can carry, 960 a
-// second, and prints how the window bears it: how late events are handled, how long a report takes from its
+// second, and prints how the window copes: how late events are handled, how long a report takes from its
 // sending to the repaint of its bar, processor use and memory. The dongle is a process of its own, so that
 // only the wizard is measured.
 //

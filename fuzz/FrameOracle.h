@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// The wire format written a second time, the slow and obvious way, and without a line of the first. What the
-/// two do not agree on is a finding.
+/// The wire format written a second time, the slow and obvious way, and without a line of the first. Any
+/// difference between the two is a finding.
 namespace velmorindal::oracle {
 
 using Bytes = std::vector<unsigned char>;

@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-/// Ends the process with the sentence, by the way that a fuzzer records as a finding, unless it `holds`.
+/// Ends the process with the sentence, in a way that a fuzzer records as a finding, unless it `holds`.
 void require(bool holds, std::string_view sentence);
 
 /// The same for two texts that have to agree; shows both.

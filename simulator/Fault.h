@@ -31,7 +31,7 @@ struct AnswerPlan {
 /// says that it does. All others take effect.
 class Fault {
   public:
-    /// A fault of one's own. `bend` runs on the server thread and must not call the dongle.
+    /// A custom fault. `bend` runs on the server thread and must not call the dongle.
     Fault(std::string name, std::function<void(AnswerPlan&)> bend);
 
     /// Nothing is sent.

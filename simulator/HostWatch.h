@@ -11,7 +11,7 @@ namespace velmorindal {
 /// Notices when a host has closed a port and nobody has opened it again for a while. Not safe from several
 /// threads.
 ///
-/// Another host may still have it open: the system tells of several openings as of one, so they cannot be
+/// Another host may still have it open: the system reports several openings as one, so they cannot be
 /// counted. Where the system refuses to watch (it has few watches to give), nothing is ever noticed.
 class HostWatch {
   public:

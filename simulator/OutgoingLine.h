@@ -11,9 +11,8 @@
 
 namespace velmorindal {
 
-/// Bytes on their way to the host: kept until they are taken and, on a paced line, until a line of
-/// 115200 baud, 8 data bits, no parity and one stop bit would have carried them. Not safe from several
-/// threads.
+/// Bytes on their way to the host: kept until they are taken and, on a paced line, until a line of 115200
+/// baud, 8 data bits, no parity and one stop bit would have carried them. Not safe from several threads.
 class OutgoingLine {
   public:
     using Clock = std::chrono::steady_clock;

@@ -22,8 +22,8 @@
 
 namespace velmorindal {
 
-/// A dongle and the device behind it, without the wire: what comes in, what goes out and when, and everything
-/// that a test says to it. Who carries the bytes is up to a class derived from this one.
+/// A dongle and the device behind it, without the wire: what comes in, what goes out and when, and every
+/// operation that a test has on it. A derived class carries the bytes.
 ///
 /// Queries are answered from the device's state. Commands take effect and are acknowledged by their own bytes
 /// as a response. The order to store keeps a copy of the settings; a reset goes back to that copy (or to the
@@ -32,7 +32,7 @@ namespace velmorindal {
 /// payload of the wrong length is answered by an error frame ('e') of its type without payload, and has no
 /// effect. What does not start like a command frame is skipped byte by byte.
 ///
-/// A test is to read like the field talks:
+/// Tests use the words of the field:
 ///
 ///     dongle.staySilentOn(VelmorindalMessageType::status);
 ///     dongle.onFirst(VelmorindalMessageType::version, Fault::halfAHeader());

@@ -75,7 +75,7 @@ class Dongle(Program):
             self.process.stdin.write(order.encode() + b"\n")
             self.process.stdin.flush()
             self._orders += 1
-            wait_for(lambda told=order: f"{told!r} being done; {self.errors()}",
+            wait_for(lambda order=order: f"{order!r} being done; {self.errors()}",
                      lambda: self.lines().count("done") == self._orders)
 
     def received(self):

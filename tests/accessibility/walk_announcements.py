@@ -133,7 +133,7 @@ class Announcements(Walk):
             self.hears_page(page, "Cancel", "Back", "Next")
             self.announced("shown", pyatspi.ROLE_LABEL, *[text for text in page if not text.startswith("[")])
             self.same(self.ears.heard("description", pyatspi.ROLE_LABEL)[-1], step)
-            # The cutoff that the device has told comes to its place with the page.
+            # The cutoff that the device has sent comes to its place with the page.
             changed = ["1.00 s"] if step == "Calibration" else []
             self.same(self.ears.heard("name", pyatspi.ROLE_LABEL), changed)
 

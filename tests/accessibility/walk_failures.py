@@ -151,13 +151,13 @@ class FailedWrites(Walk):
 
     def test_no_to_saving_sends_nothing(self):
         self.ready_to_save()
-        told = self.dongle.received()
+        sent = self.dongle.received()
         self.press("Save")
         self.hears_dialog(texts.SAVE_SETTINGS)
         self.press("No")
         self.becomes(self.dialogs, [], "no dialog")
         self.same(self.spoken(), self.page)
-        self.same(self.dongle.received(), told)
+        self.same(self.dongle.received(), sent)
         self.same(self.wizard.lines()[-1], "Save pressed")
 
 

@@ -46,7 +46,7 @@ class Saving(Walk):
         self.same(sorted(path.name for path in self.directory.iterdir() if path.suffix in (".xml", ".XML")),
                   sorted(names.values()))
 
-    def test_a_place_that_cannot_be_written_is_told_in_the_log_alone(self):
+    def test_a_place_that_cannot_be_written_is_reported_in_the_log_alone(self):
         self.save_as("/proc/settings.xml")
         self.logged("Write failed. Boo.")
         self.press("Close")
@@ -74,7 +74,7 @@ class Loading(Walk):
         path.write_text(content, encoding="utf-8")
         return path
 
-    def test_a_file_fills_the_later_pages_and_the_device_is_told_at_the_end(self):
+    def test_a_file_fills_the_later_pages_and_the_device_is_written_at_the_end(self):
         self.connect()
         self.load(self.file("Ümit's “hum” 設定.xml", LOADED))
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")

@@ -90,7 +90,7 @@ class FocusOrder(Keyboard):
 class Letters(Keyboard):
 
     def presses(self, name):
-        """The letter that is told for a button presses it."""
+        """The letter that is announced for a button presses it."""
         letter = self.control(name).shortcut()
         self.same(letter, LETTERS[name])
         self.key(letter.replace("Alt+", "alt+").lower())

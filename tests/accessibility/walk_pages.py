@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Every page from the first to the last and back: texts, controls, order and states, and what the device is told."""
+"""Every page from the first to the last and back: texts, controls, order and states, and what the device is sent."""
 
 import re
 
@@ -94,7 +94,7 @@ class Pages(Walk):
                      [*QUERIES, "63 62 78 01 00", "63 62 70 01 01", "63 62 64 0b 00 00 00 19 00 19 00 ff ff 02 00",
                       RELAYS_DIRECT, "63 62 68 08 00 00 00 3f 00 00 00 3f", "63 62 6b 08 00 00 00 00 00 00 00 00",
                       STORE],
-                     "what the device was told")
+                     "what the device was sent")
         self.press("Close")
         self.has_left()
         self.same(self.log()[-5:], ["Setting polling state from  none none", *texts.QUITTING])
@@ -126,7 +126,7 @@ class Pages(Walk):
         self.becomes(self.dongle.received,
                      [*QUERIES, "63 62 78 01 01", "63 62 64 0b 03 00 00 0c 00 0c 00 ff ff 04 00", RELAYS_LONG_SHORT,
                       "63 62 68 08 9a 99 99 3e 9a 99 99 3e", "63 62 6b 08 02 2b 00 00 00 45 00 00", STORE],
-                     "what the device was told")
+                     "what the device was sent")
         self.press("Back")
         self.hears_page(calibrated, "Cancel", "Back", "Next")
         self.press("Next")
@@ -139,10 +139,10 @@ class Pages(Walk):
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
         self.press("Back")
         self.hears_page(texts.WELCOME_PAGE, "Next", "Close")
-        told, log = len(self.dongle.received()), self.log()
+        sent, log = len(self.dongle.received()), self.log()
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
-        self.same(len(self.dongle.received()), told, "no second attempt to connect")
+        self.same(len(self.dongle.received()), sent, "no second attempt to connect")
         self.same(self.log(), log, "nothing said about it")
 
     def choose_key(self, label, key):

@@ -167,7 +167,7 @@ TEST_F(AppDelegateTest, QuittingBeforeASubmittedWriteHasAnnouncedItselfWritesNot
     EXPECT_THAT(lines, Not(Contains("Waiting for write to finish.")));
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
 
-    // In the program its turn never comes. Were it to come, it would find the port closed.
+    // In the program its turn never comes. If it came, the port would be closed.
     dispatch.waitForBackground();
     EXPECT_EQ(dongle.receivedFrames().size(), framesOfConnecting);
     EXPECT_EQ(dongle.state().timesStored, 0U);

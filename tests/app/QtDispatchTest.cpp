@@ -51,7 +51,7 @@ TEST(QtDispatch, WorkRunsInTheOrderSubmittedWhetherOrNotSomeoneWaitsForIt) {
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
 }
 
-TEST(QtDispatch, WhoeverWaitsForMainQueueWorkGoesOnOnlyAfterIt) {
+TEST(QtDispatch, WaitingForMainQueueWorkEndsOnlyAfterIt) {
     QtDispatch dispatch;
     bool ran = false;
     std::promise<bool> seen;
@@ -141,7 +141,7 @@ TEST(QtDispatch, WorkThatWaitsRunsTheWorkBehindItOnce) {
     EXPECT_THAT(order, ElementsAre(1, 2));
 }
 
-TEST(QtDispatch, BackgroundWorkRunsOnAThreadOfItsOwn) {
+TEST(QtDispatch, BackgroundWorkRunsOnASeparateThread) {
     QtDispatch dispatch;
     std::promise<std::thread::id> id;
     auto ranOn = id.get_future();

@@ -40,7 +40,7 @@ class WindowTest : public WizardTest {
 
     /// Lets announced changes reach the window.
     static void settle() {
-        // A refresh asks for a new layout, which is a matter of the turn after it.
+        // A refresh asks for a new layout, which is made on the turn after it.
         for (int turn = 0; turn < 3; ++turn) {
             QApplication::processEvents();
         }

@@ -5,7 +5,7 @@ Usage: names_exist.py ROOT [DOCUMENT...]
 
 Without documents, looks at all Markdown files of the tree. A name is what stands in `code` or as the target of a link.
 What looks like a path must be one, `Class::member` must occur in the files of that class, and any other identifier must
-occur in the sources as a whole word. Commands in code blocks must call scripts, presets and programs that there are.
+occur in the sources as a whole word. Commands in code blocks must call scripts, presets and programs that exist.
 """
 
 import glob

@@ -29,7 +29,7 @@ class DebianPackage(unittest.TestCase):
     def setUpClass(cls):
         cls.directory = tempfile.TemporaryDirectory()
         cls.addClassCleanup(cls.directory.cleanup)
-        # Whatever the mask of whoever builds it, the package's directories are for everyone.
+        # Whatever the umask of the build, everyone can read the package's directories.
         os.umask(0o077)
         made = output_of(CPACK, "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", cls.directory.name)
         packages = list(pathlib.Path(cls.directory.name).glob("*.deb"))

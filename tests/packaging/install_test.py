@@ -71,7 +71,7 @@ class Install(unittest.TestCase):
                               env=os.environ | environment)
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
-    def test_a_prefix_of_its_own_holds_everything_and_the_simulator_runs_from_there(self):
+    def test_a_prefix_holds_everything_and_the_simulator_runs_from_there(self):
         prefix = self.directory / "a prefix"
         self.install(prefix)
 

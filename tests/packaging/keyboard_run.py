@@ -72,8 +72,8 @@ class Screen:
     """An X server with a window manager: without one, Qt 6.8 can lose the keyboard when a dialog closes."""
 
     def __init__(self, stack):
-        # A number that nobody else has. The first free one is not for asking: where processes have a name space of
-        # their own, a server takes the lock of one outside for a dead one's.
+        # A number that no other server uses. The server cannot look for the first free one itself: in a process name
+        # space, it takes the lock of a server outside for a stale one.
         number = f":{random.randrange(10000, 50000)}"
         reader, writer = os.pipe()
         command = ["Xvfb", number, "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-ac", "-nolisten", "tcp"]
@@ -143,10 +143,10 @@ def program_a_device(wizard, screen, look):
 
 def run(wizard_command, simulator_command, simulator_environment, wizard_environment, port_is_there=lambda port: None,
         look=lambda wizard: None):
-    """The whole of it. `port_is_there` is told the simulated port before the wizard starts. The simulator's command
+    """The whole of it. `port_is_there` is called with the simulated port before the wizard starts. The simulator's command
     ends with its directory.
 
-    Returns the lines in which the simulated device tells what it has stored."""
+    Returns the lines in which the simulated device lists what it has stored."""
     with contextlib.ExitStack() as stack:
         screen = Screen(stack)
         simulator = stack.enter_context(Program(simulator_command, simulator_environment))

@@ -28,7 +28,7 @@ class System:
         self.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "HOME": "/root", "LC_ALL": "C.UTF-8"}
         self.environment |= {each: value for each, value in os.environ.items() if each.lower().endswith("_proxy")}
         self.call("debootstrap", "--variant=minbase", name, root)
-        # A mirror that lags behind does for this.
+        # A mirror that lags behind is good enough here.
         (root / "etc/apt/apt.conf.d/00lagging-mirror").write_text('Acquire::Check-Valid-Until "false";\n')
         # What is a mount there too can be taken apart there once more.
         mount("--bind", root, root)
@@ -74,11 +74,11 @@ def try_scripts(name, source, root, results):
         compiler = "GCC " + system.version("c++ -dumpfullversion")
         qt = system.version("dpkg-query -W -f='${Version}' qt6-base-dev")
     minutes = f"{(time.monotonic() - start) / 60:.0f}"
-    cells = (name, compiler, qt, told(ran), passed, failed, skipped, told(packaged), minutes)
+    cells = (name, compiler, qt, verdict(ran), passed, failed, skipped, verdict(packaged), minutes)
     return cells, ran and tested and packaged
 
 
-def told(fine):
+def verdict(fine):
     return "good" if fine else "FAILED"
 
 

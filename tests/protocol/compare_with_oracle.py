@@ -70,8 +70,8 @@ class Generator:
         self.random = random.Random(seed)
 
     def data(self, length):
-        telling = (0x00, 0x01, 0x03, 0x7F, 0x80, 0xFF)
-        return bytes(self.random.choice((*telling, self.random.randrange(256))) for _ in range(length))
+        revealing = (0x00, 0x01, 0x03, 0x7F, 0x80, 0xFF)
+        return bytes(self.random.choice((*revealing, self.random.randrange(256))) for _ in range(length))
 
     def text(self):
         characters = "".join(

@@ -124,11 +124,11 @@ def report(preset, outcomes, count):
         print(f"FAILED: the {preset} preset ran no test")
         failed += 1
     count.add(passed, failed, skipped)
-    tell_amounts(preset, log, sum("FaultMatrixTest." in name for each in outcomes for name in each.passed + each.failed),
+    report_amounts(preset, log, sum("FaultMatrixTest." in name for each in outcomes for name in each.passed + each.failed),
                  count)
 
 
-def tell_amounts(preset, log, cells_run, count):
+def report_amounts(preset, log, cells_run, count):
     """Says how much the tests that search went through, and sees that every cell of the fault matrix was run."""
     for line in re.findall(r"(?m)^.* inputs replayed$", log):
         print(f"{preset}: {line}")

@@ -60,10 +60,10 @@ class Runner(unittest.TestCase):
         (self.directory / "CTestTestfile.cmake").write_text(f"add_test(each {quoted})\n" + "".join(
             f"set_tests_properties(each PROPERTIES {each})\n" for each in properties))
         jobs = cases.jobs_of("preset", self.directory, os.environ)
-        told = []
-        outcomes = [job.run(lambda name, how: told.append(name)) for job in jobs]
+        reported = []
+        outcomes = [job.run(lambda name, how: reported.append(name)) for job in jobs]
         names = [name for each in outcomes for kind in each[:3] for name in kind]
-        self.assertEqual(sorted(told), sorted(names))
+        self.assertEqual(sorted(reported), sorted(names))
         self.assertEqual(sorted(names), sorted(name for job in jobs for name in job.names))
         return (*(sum(len(each[kind]) for each in outcomes) for kind in range(3)),
                 "".join(each.output for each in outcomes))

@@ -114,7 +114,7 @@ TEST(BrokenModel, AHangIsReachedAgainByItsChoices) {
     EXPECT_EQ(again->trace, exploration.finding->trace);
 }
 
-TEST(BrokenModel, WhoeverWaitsForOneAnotherHangs) {
+TEST(BrokenModel, ThreadsThatWaitForEachOtherHang) {
     const Exploration exploration = explore(searchLimits, [](Scheduler& scheduler) {
         scheduler.start([&] { scheduler.waitUntil([] { return false; }, "a second lock"); });
         scheduler.waitUntil([] { return false; }, "the first lock");

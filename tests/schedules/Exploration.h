@@ -27,11 +27,11 @@ struct Exploration {
     /// The first that went wrong; the exploration ends with it.
     std::optional<Finding> finding;
 
-    /// In words, for whoever reads a test's output.
+    /// In words, for a test's output.
     std::string text(std::size_t deviations) const;
 };
 
-/// What one schedule runs, on the main thread. It sets everything up anew.
+/// What one schedule runs, on the main thread. It sets everything up from scratch.
 using Program = std::function<void(Scheduler&)>;
 
 /// Runs the program in every schedule within the limits, until one goes wrong.

@@ -49,7 +49,7 @@ TEST_F(CalibrationEndTest, ADonglePulledOutMidStreamLeavesARunThatStillStops) {
 }
 
 TEST_F(CalibrationEndTest, ADonglePulledOutAfterAHumLeavesItsDurationUntilTheRunIsStopped) {
-    // The answer that tells of the hum is the last one.
+    // The answer that reports the hum is the last one.
     constexpr std::size_t last = 4;
     dongle.onOccurrence(last, Type::lastHumDuration, Fault::unplugAfterAnswer());
     dongle.onOccurrence(last + 1, Type::lastHumDuration, Fault::unplugBeforeAnswer());

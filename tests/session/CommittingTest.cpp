@@ -271,7 +271,7 @@ INSTANTIATE_TEST_SUITE_P(
         WritingStep{"WriteSettings", OutputPath::Switch, Type::writeSettings, "WS/SC", "WS/TC", 7, 5.0}),
     [](const auto& test) { return std::string{test.param.name}; });
 
-TEST_F(CommittingTest, JustSavedIsTheCallersBusiness) {
+TEST_F(CommittingTest, DoesNotSetJustSaved) {
     EXPECT_TRUE(commit());
     EXPECT_FALSE(velmorindal.justSaved.get());
 }

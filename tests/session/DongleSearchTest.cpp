@@ -75,7 +75,7 @@ TEST_F(DongleSearchTest, AddsTheSlashThatADirectoryIsGivenWithout) {
     EXPECT_THAT(search.candidates(), UnorderedElementsAre(path("cu.usbmodem1")));
 }
 
-TEST_F(DongleSearchTest, LooksForAnotherPrefixWhenToldSo) {
+TEST_F(DongleSearchTest, LooksForAnotherPrefixWhenAskedTo) {
     add("ttyACM0");
     add("cu.usbmodem1");
     search.prefix = "ttyACM";

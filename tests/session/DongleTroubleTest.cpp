@@ -257,7 +257,7 @@ TEST_F(DongleTroubleOnATerminal, TheHolderOfAPortIsNamed) {
     }
 }
 
-TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldTheGroupOfAPort) {
+TEST_F(DongleTroubleOnATerminal, TheGroupOfAPortIsNamedToAnOrdinaryUser) {
     ASSERT_EQ(::chmod(path().c_str(), 0060), 0);
     struct stat node {};
     ASSERT_EQ(::stat(path().c_str(), &node), 0);
@@ -270,14 +270,14 @@ TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldTheGroupOfAPort) {
                         "', then log out and in again.\n");
 }
 
-TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfADirectoryThatMayNotBeLookedInto) {
+TEST_F(DongleTroubleOnATerminal, ADirectoryThatAnOrdinaryUserMayNotReadIsReported) {
     fs::permissions(directory.path(), fs::perms{0444});
     const std::string line = troubleOfAnOrdinaryUser();
     fs::permissions(directory.path(), fs::perms{0755});
     EXPECT_EQ(line, path() + ": cannot be looked at: Permission denied. Ask for access to its directory.\n");
 }
 
-TEST_F(DongleTroubleOnATerminal, AnOrdinaryUserIsToldOfAPortThatNoGroupMayUse) {
+TEST_F(DongleTroubleOnATerminal, APortThatNoGroupMayUseIsReportedToAnOrdinaryUser) {
     ASSERT_EQ(::chmod(path().c_str(), 0), 0);
     fs::permissions(directory.path(), fs::perms{0755});
     const std::string line = troubleOfAnOrdinaryUser();

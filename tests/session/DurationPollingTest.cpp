@@ -12,8 +12,8 @@ const ByteBuffer lastHumQuery{0x63, 0x62, 0x6C, 0x00};
 
 class DurationPollingTest : public CalibrationPollingTest {
   protected:
-    /// Runs main-queue work until a hum has been published. The device tells of it once, so that the next
-    /// answer sets it back to zero: it is caught as it is about to be replaced.
+    /// Runs main-queue work until a hum has been published. The device reports it once, so that the next
+    /// answer sets it back to zero: it is caught just before it is replaced.
     double nextHum() {
         double heard = 0.0;
         const auto subscription = velmorindal.objectWillChange.subscribe([&] {

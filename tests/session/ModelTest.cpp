@@ -18,7 +18,7 @@ class ModelTest : public testing::Test {
     VelmorindalSwitch velmorindal{dispatch, system};
 };
 
-TEST_F(ModelTest, AFreshModelShowsItsInitialValues) {
+TEST_F(ModelTest, ANewModelShowsItsInitialValues) {
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::idle);
     EXPECT_EQ(velmorindal.serialPort.get(), nullptr);
     EXPECT_FALSE(velmorindal.isValid);

@@ -49,8 +49,8 @@ TEST_F(AtomicSave, ASaveLeavesNothingBesideTheFile) {
     EXPECT_EQ(entriesOf(directory.path()), 1);
 }
 
-/// A child that saves one of two settings after the other until it is killed, and tells when each save begins
-/// and ends.
+/// A child that saves one of two settings after the other until it is killed, and reports when each save
+/// begins and ends.
 class SavingChild {
   public:
     SavingChild(VelmorindalSwitch& model, const std::string& file, bool completeFirst) {

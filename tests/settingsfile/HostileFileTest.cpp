@@ -56,7 +56,7 @@ TEST_F(HostileFile, AnExternalEntityInAValueIsRefused) {
     expectRefused(dataFile("external-entity-in-value.xml"), notParsable);
 }
 
-/// Tells whether anybody opens or reads a file.
+/// Reports whether any process opens or reads a file.
 class Watch {
   public:
     explicit Watch(const std::string& file) {

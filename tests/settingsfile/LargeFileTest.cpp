@@ -144,7 +144,7 @@ TEST_F(LargeFile, ReferencesToALongEntityAreRefusedBeforeTheyAddUp) {
            40 * mebibyte, "\"/>");
 }
 
-TEST_F(LargeFile, EveryTokenCountsAnewSoThatAnyNumberOfThemIsHarmless) {
+TEST_F(LargeFile, EveryTokenIsLimitedAloneSoThatAnyNumberOfThemIsHarmless) {
     const std::string document = completeDocument();
     const std::string words(100, 'x');
     expect(std::nullopt, "<a>" + document, "<b c=\"" + words + "\">" + words + "</b>", 40 * mebibyte, "</a>");

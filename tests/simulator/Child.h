@@ -20,8 +20,8 @@
 
 namespace velmorindal {
 
-/// A child process whose standard output or standard error is read here. Killed when it is dropped while it
-/// runs.
+/// A child process whose standard output or standard error is read here. Killed if it still runs when this is
+/// destroyed.
 class Child {
   public:
     Child(const std::vector<std::string>& command, int stream) {

@@ -21,7 +21,7 @@ struct Bent {
 /// After each fault a status query follows. What arrives before its answer is what the fault let through.
 class FaultyAnswer : public VirtualDongleTest, public testing::WithParamInterface<Bent> {};
 
-TEST_P(FaultyAnswer, ArrivesBentAndTheNextAnswerIsSound) {
+TEST_P(FaultyAnswer, ArrivesBentAndTheNextAnswerIsWhole) {
     const ByteBuffer& arrives = GetParam().arrives;
     const ByteBuffer command = frame('c', 'd', {1, 0, 0, 9, 0, 9, 0, 0xFF, 0xFF, 2, 0});
     const ByteBuffer sound = frame('r', 'd', {1, 0, 0, 9, 0, 9, 0, 0xFF, 0xFF, 2, 0});
@@ -89,7 +89,7 @@ TEST_F(Faults, ALateAnswerOvertakenByTheNextComesAfterIt) {
     EXPECT_EQ(host_.ask(query('s') + query('x'), 10), (ByteBuffer{'r', 'b', 'x', 1, 0, 'r', 'b', 's', 1, 1}));
 }
 
-TEST_F(Faults, SilenceOnEveryOccurrenceIsLiftedByOneOccurrenceSaidApart) {
+TEST_F(Faults, AFaultForOneOccurrenceOverridesSilenceOnEveryOne) {
     dongle_.staySilentOn(status);
     dongle_.onOccurrence(3, status, Fault::wrongKind('r'));
     EXPECT_EQ(host_.ask(query('s') + query('s') + query('s') + query('s') + query('x'), 10),
@@ -103,7 +103,7 @@ TEST_F(Faults, TheNextOccurrenceCountsFromNow) {
     EXPECT_EQ(host_.ask(query('s'), 5), (ByteBuffer{'r', 'b', 's', 1, 1}));
 }
 
-TEST_F(Faults, ForgottenFaultsLeaveEverythingSound) {
+TEST_F(Faults, ForgottenFaultsHaveNoEffect) {
     dongle_.staySilentOn(status);
     dongle_.onFirst(status, Fault::wrongKind());
     dongle_.forgetFaults();
@@ -116,7 +116,7 @@ TEST_F(Faults, AHumWhoseReportWasLostIsReportedAgain) {
     EXPECT_EQ(host_.ask(query('l') + query('l'), 7), (ByteBuffer{'r', 'b', 'l', 3, 25, 0, 0}));
 }
 
-TEST_F(Faults, AFaultOfOnesOwnSeesTheRequestAndTheAnswer) {
+TEST_F(Faults, ACustomFaultSeesTheRequestAndTheAnswer) {
     dongle_.onFirst(status, Fault{"doubled", [](AnswerPlan& plan) {
                                       plan.bytesBefore = plan.request;
                                       plan.answer = plan.answer + plan.answer;

@@ -62,7 +62,7 @@ TEST(HumSeries, ClarityRisesAndFallsWithoutJumps) {
     }
 }
 
-TEST(HumSeries, OnlyTheLastOfSeveralFinishedHumsIsTold) {
+TEST(HumSeries, OnlyTheLastOfSeveralFinishedHumsIsReported) {
     HumSeries each{5};
     HumSeries afterwards{5};
     std::optional<std::uint16_t> last;

@@ -30,7 +30,7 @@ TEST_F(Program, SaysWhereItServesAndAnswers) {
     EXPECT_EQ(RawHost{port_}.ask(query('s'), 5), frame('r', 's', {1}));
 }
 
-TEST_F(Program, OnAnInterruptTellsWhatWasStoredAndRemovesWhatItMade) {
+TEST_F(Program, OnAnInterruptPrintsWhatWasStoredAndRemovesWhatItMade) {
     Child program{{simulator, directory_.path()}, STDOUT_FILENO};
     program.readLine();
     RawHost{port_}.ask(frame('c', 'p', {0}) + query('w'), 9);

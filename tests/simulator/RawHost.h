@@ -11,7 +11,7 @@
 
 namespace velmorindal {
 
-/// A host that knows nothing: it opens the port and moves bytes.
+/// A host without a protocol: it opens the port and moves bytes.
 class RawHost {
   public:
     /// Longer than anything takes even on a busy machine; a test that waits this long has failed.

@@ -13,7 +13,7 @@ TEST(StoredSettings, ThatNothingWasStoredIsSaid) {
     EXPECT_THAT(storedSettingsInWords({}), ElementsAre("Nothing was stored."));
 }
 
-TEST(StoredSettings, AreToldInWordsOneALine) {
+TEST(StoredSettings, ArePrintedInWordsOneALine) {
     DeviceState state;
     state.stored = state.settings;
     state.stored->protocol = 1;
@@ -30,7 +30,7 @@ TEST(StoredSettings, AreToldInWordsOneALine) {
                             "Long hum relay: fixed, normally open, pulses of 10 to 1000", "Times stored: 1"));
 }
 
-TEST(StoredSettings, AByteWithoutAWordIsToldAsANumber) {
+TEST(StoredSettings, AByteWithoutAWordIsPrintedAsANumber) {
     DeviceState state;
     state.stored = state.settings;
     state.stored->protocol = 2;

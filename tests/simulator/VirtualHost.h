@@ -60,7 +60,7 @@ class VirtualTimeTest : public testing::Test, protected VirtualWorld {
     }
 };
 
-/// A dongle in this process, and a host that knows nothing.
+/// A dongle in this process, and a host without a protocol.
 class VirtualDongleTest : public VirtualTimeTest {
   protected:
     TemporaryDirectory directory_;

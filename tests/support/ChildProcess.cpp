@@ -54,7 +54,7 @@ pid_t start(std::vector<std::string> arguments, const Pipe& input, const Pipe& o
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
-    // `timeout` ends the program, so that no wait below can last for ever.
+    // `timeout` ends the program, so that no wait below can last forever.
     std::vector<std::string> bounded{"timeout", "--kill-after=5", "300"};
     bounded.insert(bounded.end(), arguments.begin(), arguments.end());
     const Pipe input;

@@ -21,8 +21,8 @@ namespace velmorindal {
 /// A dispatch whose main queue is moved on by the test, piece by piece; the thread of the test is the main
 /// thread.
 ///
-/// Background work runs on real threads. Whoever still waits for the main queue when the dispatch is
-/// destroyed is let go by running what is pending, so that every background run ends.
+/// Background work runs on real threads. When the dispatch is destroyed it runs what is pending, so that
+/// every background run that waits for the main queue ends.
 class ManualDispatch final : public Dispatch {
   public:
     static constexpr std::chrono::minutes bound{5};

@@ -9,7 +9,7 @@
 
 namespace velmorindal {
 
-/// What the program prints while it lives. A test's own output, its failures among it, goes its way.
+/// What the program prints while it lives. The test's output, including its failures, is not affected.
 class PrintedLines {
   public:
     explicit PrintedLines(PrintStream stream = PrintStream::standardOutput)

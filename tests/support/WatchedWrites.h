@@ -94,7 +94,7 @@ class WatchedWrites : public Base {
         return Base::now() < fullUntil_;
     }
 
-    /// @returns what the write of these bytes is to take, or nothing when it is to go its way.
+    /// @returns what the write of these bytes is to take, or nothing when they are written as usual.
     std::optional<std::ptrdiff_t> note(std::span<const std::uint8_t> bytes) {
         if (bytes.size() < 4 || bytes[0] != 'c' || bytes[1] != 'b') {
             return std::nullopt;

@@ -1,4 +1,4 @@
-"""Who may use the dongle, and what the wizard tells those who may not."""
+"""Who may use the dongle, and what the wizard says to those who may not."""
 
 from bench import check, expect_left, expect_reason
 from checks_program import expect_programmed

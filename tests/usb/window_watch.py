@@ -15,7 +15,7 @@ class WindowWatch:
         command = ["xprop", "-display", wizard.desktop.screen.display, "-id", window, "-spy", "WM_STATE"]
         self._process = subprocess.Popen(["stdbuf", "-oL", *command], stdout=subprocess.PIPE, text=True)
         self._lines = Lines(self._process.stdout, "/dev/null")
-        # It tells the state as it is, and from then on every change.
+        # It reports the state as it is, and from then on every change.
         wait_for(lambda: self._lines.texts, "the state of the window")
 
     def __enter__(self):

@@ -135,10 +135,9 @@ TEST_F(WaitingWindowTest, AnswersItsButtonsDuringAFloodOfForeignFrames) {
     dongle.onFirst(Type::humDuration, Fault::floodFirst(10'000));
     driver.press("Next");
     driver.press("Cancel");
-    EXPECT_EQ(
-        driver.dialog().message,
-        "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you want to "
-        "quit?");
+    EXPECT_EQ(driver.dialog().message,
+              "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you "
+              "want to quit?");
     driver.press("No");
     EXPECT_TRUE(driver.reaches(
         [&] { return driver.velmorindal().connectionState.get() == ConnectionStatus::connected; }));

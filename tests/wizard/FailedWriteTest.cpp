@@ -80,8 +80,7 @@ TEST_P(FailedWriteTest, SaysWhereItFailedOffersAFileAndSendsNothingMore) {
               (WizardDriver::ShownDialog{
                   "Write Configuration File?",
                   "There was an error writing your configuration to the device.\n\nYour configuration can be "
-                  "saved to "
-                  "disk in order to try again.\n\nWould you like to save these settings to a file?",
+                  "saved to disk in order to try again.\n\nWould you like to save these settings to a file?",
                   {"Yes", "No"}}));
     driver.press("No");
     EXPECT_FALSE(driver.dialogIsShown());
@@ -104,11 +103,10 @@ TEST_F(WritingTest, ASecondTryAfterAFailedWriteSaysThatTheConnectionIsLost) {
     const std::size_t sent = dongle.receivedFrames().size();
     driver.press("Save");
     driver.press("Yes");
-    EXPECT_EQ(
-        driver.dialog().message,
-        "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device is "
-        "connected and run this program again." +
-            std::string{restart});
+    EXPECT_EQ(driver.dialog().message,
+              "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your "
+              "device is connected and run this program again." +
+                  std::string{restart});
     EXPECT_EQ(dongle.receivedFrames().size(), sent);
 }
 

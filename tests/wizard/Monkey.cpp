@@ -95,7 +95,7 @@ void Monkey::plugIn() {
     if (meddles_) {
         sent_.expectFailures();
     } else if (oneIn(2)) {
-        // Slow is no fault, and leaves more time to come in between.
+        // A slow device is no fault; it leaves more time for other steps in between.
         for (const Type type : types) {
             dongle_->onEvery(type, Fault::lateBy(std::chrono::milliseconds{10}));
         }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::array fileNames{"saved.xml", "other.xml", "missing.xml", "torn.xml"};
 
-/// Going on is what leads everywhere; ending the program is what leads nowhere.
+/// Most steps go on to the next page; few end the program, which leads nowhere.
 std::size_t weightOf(const QAbstractButton& button) {
     const QString text = button.text();
     if (text == QLatin1String{"Next"} || text == QLatin1String{"Save"} || text == QLatin1String{"OK"}) {

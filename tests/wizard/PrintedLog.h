@@ -15,7 +15,7 @@ class PrintedLog {
     /// Gives standard output back.
     ~PrintedLog();
 
-    /// Begins anew.
+    /// Forgets what was printed so far.
     void clear() const;
     /// Everything since then.
     std::string text() const;

@@ -167,8 +167,7 @@ void expectExactlyTheFramesOf(const Programming& programming, WizardDriver& driv
         [&] { return driver.dialogIsShown() && driver.dialog().title == "Write Configuration File?"; }));
     EXPECT_EQ(driver.dialog().message,
               "Congratulations! Your Velmorindal has been successfully programmed.\n\nYour configuration can "
-              "be saved "
-              "to disk to save time next time.\n\nWould you like to save these settings to a file?");
+              "be saved to disk to save time next time.\n\nWould you like to save these settings to a file?");
     driver.press("No");
     EXPECT_TRUE(driver.shows("Settings successfully written. Please restart your Velmorindal."));
     EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Back", "Close"}));

@@ -8,8 +8,8 @@
 
 namespace velmorindal {
 
-/// Looks at the frames that one dongle receives, in order, for one that the wizard has no business to send
-/// then. The sequences are written down here by hand.
+/// Looks at the frames that one dongle receives, in order, for one that the wizard must not send then. The
+/// sequences are written down here by hand.
 class SentFrames {
   public:
     /// Where an exchange was made to fail, an order to end the reports may be missing.

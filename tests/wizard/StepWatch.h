@@ -10,7 +10,7 @@
 
 namespace velmorindal {
 
-/// Watches from a thread of its own that no step lasts for ever.
+/// Checks from a separate thread that no step lasts forever.
 ///
 /// A device that was left reporting and does not answer is waited for until it falls silent: that is how an
 /// exchange works, and a person would pull the dongle out. So does this, and counts it. A step that lasts

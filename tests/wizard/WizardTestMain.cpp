@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     std::signal(SIGPIPE, SIG_IGN);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The frame of the window that a person uses on this machine is not a test's to change.
+    // A test must not change the window frame that is remembered for this machine's user.
     QStandardPaths::setTestModeEnabled(true);
     const QApplication application{argc, argv};
     velmorindal::setUpApplication();

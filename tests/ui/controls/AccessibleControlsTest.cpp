@@ -71,7 +71,7 @@ TEST_F(AccessibleControlsTest, ABarIsAProgressBarWithAValueThatCannotBeSet) {
     EXPECT_DOUBLE_EQ(bar.valueInterface()->maximumValue().toDouble(), 3.0);
 }
 
-TEST_F(AccessibleControlsTest, ABarsValueIsToldInHundredths) {
+TEST_F(AccessibleControlsTest, ABarsValueIsGivenInHundredths) {
     show(wizardState::Calibration);
     velmorindal.detectedClarity = static_cast<double>(0.37F);
     settle();

@@ -185,9 +185,9 @@ TEST_P(ContrastTest, TheHandleOfASliderStandsOutFromThePage) {
 
 TEST(Legible, AColourThatCanBeReadStaysAndAnotherComesOnlyAsFarAsItMust) {
     EXPECT_EQ(look::legible(QColor{90, 90, 90}, Qt::black, Qt::white), (QColor{90, 90, 90}));
-    const QColor mended = look::legible(QColor{190, 190, 190}, Qt::black, QColor{239, 239, 239});
-    EXPECT_GE(look::contrast(mended, QColor{239, 239, 239}), textContrast);
-    EXPECT_LT(look::contrast(mended, QColor{239, 239, 239}), textContrast + 1);
+    const QColor corrected = look::legible(QColor{190, 190, 190}, Qt::black, QColor{239, 239, 239});
+    EXPECT_GE(look::contrast(corrected, QColor{239, 239, 239}), textContrast);
+    EXPECT_LT(look::contrast(corrected, QColor{239, 239, 239}), textContrast + 1);
 }
 
 TEST_P(ContrastTest, TheRingAroundTheFocusStandsOutFromThePage) {

@@ -110,7 +110,7 @@ TEST_F(CalibrationPanelWidgetTest, NoNavigationButtonIsThereWhileAMeasurementRun
     EXPECT_TRUE(navigation().isEmpty());
 }
 
-TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsToldThoughNothingAnnouncesItsEnd) {
+TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsReportedThoughNothingAnnouncesItsEnd) {
     const auto text = QString::fromUtf8(CalibrationPanelView::couldNotStartText);
     EXPECT_FALSE(showsText(text));
 

@@ -24,7 +24,7 @@ class PageScrollerTest : public WindowTest {
                           QStringLiteral("Calibration")};
 };
 
-TEST_F(PageScrollerTest, APageThatIsScrolledTakesTheFocusByANameOfItsOwn) {
+TEST_F(PageScrollerTest, APageThatIsScrolledTakesTheFocusAndHasAName) {
     ASSERT_GT(scroller.verticalScrollBar()->maximum(), 0);
     EXPECT_EQ(scroller.focusPolicy(), Qt::StrongFocus);
     EXPECT_EQ(scroller.accessibleName(), QStringLiteral("Calibration"));

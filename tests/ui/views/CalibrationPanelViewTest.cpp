@@ -12,7 +12,7 @@ class CalibrationPanelViewTest : public PanelTest {
     CalibrationPanelView page{velmorindal};
 };
 
-TEST_F(CalibrationPanelViewTest, TellsWhereTheSensorBelongsWithItsMisspelling) {
+TEST_F(CalibrationPanelViewTest, SaysWhereTheSensorBelongsWithItsMisspelling) {
     EXPECT_EQ(CalibrationPanelView::title, "It's time to calibrate your Velmorindal");
     EXPECT_EQ(CalibrationPanelView::placement,
               "Please place the device on the user's neck, aligning hte sensor to their vocal cords.");
@@ -30,10 +30,10 @@ TEST_F(CalibrationPanelViewTest, ExplainsTheClaritySection) {
 
 TEST_F(CalibrationPanelViewTest, ExplainsTheDurationSection) {
     EXPECT_EQ(CalibrationPanelView::durationHeading, "Duration:");
-    EXPECT_EQ(CalibrationPanelView::durationExplanation,
-              "Adjust the slider to set the cutoff time between short and long hums.\nPress \"Show "
-              "Duration\", then "
-              "hum and wait. The bar will then show the duration of the last hum after you stop humming.");
+    EXPECT_EQ(
+        CalibrationPanelView::durationExplanation,
+        "Adjust the slider to set the cutoff time between short and long hums.\nPress \"Show Duration\", "
+        "then hum and wait. The bar will then show the duration of the last hum after you stop humming.");
     EXPECT_EQ(CalibrationPanelView::showDurationLabel, "Show Duration");
     EXPECT_EQ(CalibrationPanelView::durationBarName, "Duration of last hum");
 }
@@ -152,7 +152,7 @@ TEST_F(CalibrationPanelViewTest, ClarityIsComparedInThePrecisionOfTheThreshold) 
     EXPECT_TRUE(page.clarityIndicator().lit);
 }
 
-TEST_F(CalibrationPanelViewTest, TheDurationIndicatorsTellWhatTheLastHumCountedAs) {
+TEST_F(CalibrationPanelViewTest, TheDurationIndicatorsShowWhatTheLastHumCountedAs) {
     struct Case {
         double duration;
         bool shortLit;

@@ -126,7 +126,7 @@ TEST_F(CalibrationRunsTest, ARunThatTheDeviceRefusedCanBeStartedAgain) {
     EXPECT_TRUE(runsOn(PollingState::clarity));
 }
 
-TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsToldBesideItsButtonUntilTheNextPress) {
+TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsReportedBesideItsButtonUntilTheNextPress) {
     for (const PollingState measurement : {PollingState::clarity, PollingState::duration}) {
         const bool clarity = measurement == PollingState::clarity;
         const auto press = [this, clarity] {

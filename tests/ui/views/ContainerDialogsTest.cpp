@@ -35,10 +35,9 @@ TEST_F(ContainerDialogsTest, CancelAsksWhetherToCloseTheProgram) {
 
     EXPECT_EQ(dialog().id, DialogId::closing);
     EXPECT_EQ(dialog().title, "Close Program?");
-    EXPECT_EQ(
-        dialog().message,
-        "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you want to "
-        "quit?");
+    EXPECT_EQ(dialog().message,
+              "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you "
+              "want to quit?");
     EXPECT_EQ(buttonsOf(dialog()), yesAndNo);
     EXPECT_EQ(terminations, 0);
 }

@@ -8,12 +8,10 @@ using testing::ElementsAre;
 
 constexpr std::string_view successBody =
     "Congratulations! Your Velmorindal has been successfully programmed.\n\nYour configuration can be saved "
-    "to disk to "
-    "save time next time.\n\nWould you like to save these settings to a file?";
+    "to disk to save time next time.\n\nWould you like to save these settings to a file?";
 constexpr std::string_view failureBody =
     "There was an error writing your configuration to the device.\n\nYour configuration can be saved to disk "
-    "in order "
-    "to try again.\n\nWould you like to save these settings to a file?";
+    "in order to try again.\n\nWould you like to save these settings to a file?";
 
 class ContainerWriteDialogsTest : public WizardTest {
   protected:
@@ -90,12 +88,10 @@ TEST_F(ContainerWriteDialogsTest, AWriteWithoutAConnectionSaysWhyItWasRefused) {
     finishBackground();
 
     EXPECT_EQ(container.alertTitle.get(), "Save Failed");
-    EXPECT_EQ(
-        container.alertMessage.get(),
-        "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your device is "
-        "connected and run this program again.\n\nPlease restart the Velmorindal in configuration mode and "
-        "run "
-        "this program again.");
+    EXPECT_EQ(container.alertMessage.get(),
+              "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your "
+              "device is connected and run this program again.\n\nPlease restart the Velmorindal in "
+              "configuration mode and run this program again.");
 }
 
 TEST_F(ContainerWriteDialogsTest, TheReasonOfAFailedWriteStandsOnTheConnectPageToo) {
@@ -114,10 +110,9 @@ TEST_F(ContainerWriteDialogsTest, AStepThatTheDeviceRefusesIsShownWithItsCode) {
     finishBackground();
 
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
-    EXPECT_EQ(
-        container.alertMessage.get(),
-        "Failed to write instruction to device.\n\nError code: RC/SC\n\nPlease restart the Velmorindal in "
-        "configuration mode and run this program again.");
+    EXPECT_EQ(container.alertMessage.get(),
+              "Failed to write instruction to device.\n\nError code: RC/SC\n\nPlease restart the Velmorindal "
+              "in configuration mode and run this program again.");
     EXPECT_THAT(raisedTitles(), ElementsAre("Save Failed", "Write Configuration File?"));
     EXPECT_EQ(container.currentButtons().rawValue, 11);
 }

@@ -12,7 +12,7 @@ class ContainerWriteTest : public WizardTest {
     void SetUp() override { container.currentState = wizardState::Summary; }
 };
 
-TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfASuccess) {
+TEST_F(ContainerWriteTest, TheLogListsTheStepsOfASuccess) {
     const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
 
@@ -56,7 +56,7 @@ TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResu
     EXPECT_EQ(container.currentButtons().rawValue, 18);
 }
 
-TEST_F(ContainerWriteTest, TheLogTellsTheStepsOfAFailure) {
+TEST_F(ContainerWriteTest, TheLogListsTheStepsOfAFailure) {
     auto lines = linesPrintedBy([&] {
         container.saveButtonPressed();
         finishBackground();

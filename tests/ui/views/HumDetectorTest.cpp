@@ -18,7 +18,7 @@ std::vector<double> humsIn(const std::vector<double>& readings) {
     return hums;
 }
 
-TEST(HumDetector, AHumIsToldOnceByItsHighestClarityWhenItHasFallenHalfOfItsRise) {
+TEST(HumDetector, AHumIsReportedOnceByItsHighestClarityWhenItHasFallenHalfOfItsRise) {
     EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.39}), testing::IsEmpty());
     EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.38, 0.05, 0.05}), testing::ElementsAre(0.72));
 }
@@ -28,11 +28,11 @@ TEST(HumDetector, NeitherNoiseNorAFadingTailIsAHum) {
     EXPECT_THAT(humsIn({0.0, 0.8, 0.39, 0.3, 0.2, 0.1, 0.05, 0.0}), testing::ElementsAre(0.8));
 }
 
-TEST(HumDetector, EachOfSeveralHumsIsTold) {
+TEST(HumDetector, EachOfSeveralHumsIsReported) {
     EXPECT_THAT(humsIn({0.1, 0.5, 0.1, 0.9, 0.2, 0.31, 0.1}), testing::ElementsAre(0.5, 0.9, 0.31));
 }
 
-TEST(HumDetector, HumsAreToldOverNoiseAboveHalfOfTheirClarity) {
+TEST(HumDetector, HumsAreReportedOverNoiseAboveHalfOfTheirClarity) {
     EXPECT_THAT(humsIn({0.3, 0.55, 0.31, 0.3, 0.55, 0.3}), testing::ElementsAre(0.55, 0.55));
 }
 

@@ -5,18 +5,16 @@
 namespace velmorindal {
 namespace {
 
-TEST(WelcomePanelView, TellsHowToPutTheDeviceIntoConfigurationMode) {
+TEST(WelcomePanelView, SaysHowToPutTheDeviceIntoConfigurationMode) {
     EXPECT_EQ(WelcomePanelView::title, "Welcome to the Velmorindal Setup Wizard!");
-    EXPECT_EQ(WelcomePanelView::body,
-              "This program will walk you through the steps of setting up your Velmorindal. You can select "
-              "your input "
-              "options, output options, and calibration settings.\n\nTo begin, plug the USB dongle into your "
-              "computer. "
-              "Next, ensure that your Velmorindal is turned off. Put the Velmorindal in Configuration mode "
-              "by holding "
-              "down the Pairing button before pressing the Power button to turn it on.\n\nOnce you see the "
-              "Velmorindal "
-              "flash white, it will be in Configuration mode. Click Next to continue.");
+    EXPECT_EQ(
+        WelcomePanelView::body,
+        "This program will walk you through the steps of setting up your Velmorindal. You can select your "
+        "input options, output options, and calibration settings.\n\nTo begin, plug the USB dongle into your "
+        "computer. "
+        "Next, ensure that your Velmorindal is turned off. Put the Velmorindal in Configuration mode by "
+        "holding down the Pairing button before pressing the Power button to turn it on.\n\nOnce you see the "
+        "Velmorindal flash white, it will be in Configuration mode. Click Next to continue.");
 }
 
 TEST(WelcomePanelView, FramesTheLogoInARedCircleWithAFaintWhiteShadow) {
