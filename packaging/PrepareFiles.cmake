@@ -1,5 +1,5 @@
-# Run by CPack on what goes into the package. Takes from the programs what only a debugger or nobody reads, and opens the
-# directories to everyone, whatever the mask of whoever makes the package.
+# Run by CPack on what goes into the package. Strips the programs, and makes the directories readable for everyone,
+# whatever the umask of the build.
 set(files ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
 file(GLOB programs "${files}/bin/*")
 if(NOT programs)

@@ -103,13 +103,13 @@ def compile_alone(options, file):
 
 
 def lint(batch, name):
-    """Returns whether the linter found nothing, and what it told."""
-    fine, told = lint_together(batch, name)
-    if "[clang-diagnostic-error]" in told and len(batch) > 1:
+    """Returns whether the linter found nothing, and its output."""
+    fine, output = lint_together(batch, name)
+    if "[clang-diagnostic-error]" in output and len(batch) > 1:
         # Names of different targets may collide.
         results = [lint_together([target], name) for target in batch]
-        fine, told = all(each for each, _ in results), "".join(each for _, each in results)
-    return fine, told
+        fine, output = all(each for each, _ in results), "".join(each for _, each in results)
+    return fine, output
 
 
 def lint_together(batch, name):
@@ -120,13 +120,13 @@ def lint_together(batch, name):
     options = [*joined(options for options, _ in batch), "-Wno-shadow", *folders]
     command = ["clang-tidy", "--quiet", *checks, name, "--", *options]
     result = subprocess.run(command, capture_output=True, text=True)
-    told = re.sub(r"(?m)^\d+ warnings? generated\.\n", "", result.stdout + result.stderr)
+    output = re.sub(r"(?m)^\d+ warnings? generated\.\n", "", result.stdout + result.stderr)
 
     def place(match):
         file, line = origins[int(match[1]) - 1]
         return f"{os.path.relpath(file)}:{line}:"
 
-    return result.returncode == 0, re.sub(re.escape(str(name)) + r":(\d+):", place, told)
+    return result.returncode == 0, re.sub(re.escape(str(name)) + r":(\d+):", place, output)
 
 
 def main():
@@ -147,8 +147,8 @@ def main():
         for done, run in enumerate(concurrent.futures.as_completed(runs), start=1):
             if "VELMORINDAL_PROGRESS" in os.environ:
                 print(f"[{done}/{len(runs)}]", flush=True)
-            fine, told = run.result()
-            sys.stdout.write(told)
+            fine, output = run.result()
+            sys.stdout.write(output)
             clean = clean and fine
     sys.exit(not clean)
 
