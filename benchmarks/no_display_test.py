@@ -21,8 +21,13 @@ def is_anyone_left(group):
 def main():
     environment = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
     environment["QT_QPA_PLATFORM"] = "xcb"
-    with subprocess.Popen([sys.argv[1], "1"], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                          start_new_session=True) as benchmark:
+    with subprocess.Popen(
+        [sys.argv[1], "1"],
+        env=environment,
+        stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL,
+        start_new_session=True,
+    ) as benchmark:
         if benchmark.wait(SECONDS) == 0:
             sys.exit("It ran all the same.")
     deadline = time.monotonic() + SECONDS

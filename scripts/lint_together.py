@@ -50,8 +50,8 @@ def targets(build, wanted):
 
 
 def batches(build, wanted):
-    """Yields lists of targets, as of targets(), whose files are put together: of the program all that share their headers,
-    of tests some of one target."""
+    """Yields lists of targets, as of targets(), whose files are put together: of the program all that share their
+    headers, of tests some of one target."""
     together = {}
     for options, files in targets(build, wanted):
         if all(map(is_of_the_program, files)):
@@ -81,7 +81,8 @@ def is_of_the_program(file):
 
 
 def put_together(files, name):
-    """Writes the files into one, each header included once. Returns the file and the line that each of its lines comes from."""
+    """Writes the files into one, each header included once. Returns the file and the line that each of its lines comes
+    from."""
     lines, origins, included = [], [], set()
     for file in files:
         for number, line in enumerate(pathlib.Path(file).read_text().splitlines(), start=1):

@@ -5,17 +5,26 @@ from gi.repository import Gio, GLib
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE, VALUE, ACTION, COMPONENT, EDITABLE_TEXT = (
-    f"org.a11y.atspi.{name}" for name in ("Accessible", "Value", "Action", "Component", "EditableText"))
+    f"org.a11y.atspi.{name}" for name in ("Accessible", "Value", "Action", "Component", "EditableText")
+)
 # Milliseconds. A program that winds a measurement down answers nobody meanwhile.
 PATIENCE = 20_000
 
 
 class AccessibilityBus:
-
     def __init__(self):
         session = Gio.bus_get_sync(Gio.BusType.SESSION)
-        address, = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
-                                     Gio.DBusCallFlags.NONE, PATIENCE, None).unpack()
+        (address,) = session.call_sync(
+            "org.a11y.Bus",
+            "/org/a11y/bus",
+            "org.a11y.Bus",
+            "GetAddress",
+            None,
+            None,
+            Gio.DBusCallFlags.NONE,
+            PATIENCE,
+            None,
+        ).unpack()
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         self._connection = Gio.DBusConnection.new_for_address_sync(address, flags)
 
@@ -34,8 +43,19 @@ class AccessibilityBus:
                 answers[number] = None
 
         for number, (path, interface, method, arguments) in enumerate(questions):
-            self._connection.call(owner, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, PATIENCE,
-                                  None, answered, number)
+            self._connection.call(
+                owner,
+                path,
+                interface,
+                method,
+                arguments,
+                None,
+                Gio.DBusCallFlags.NONE,
+                PATIENCE,
+                None,
+                answered,
+                number,
+            )
         while open_questions:
             GLib.MainContext.default().iteration(True)
         return answers
@@ -45,8 +65,13 @@ class AccessibilityBus:
         children = self.ask("org.a11y.atspi.Registry", [(ROOT, ACCESSIBLE, "GetChildren", None)])[0] or []
         names = [owner for owner, _ in children]
         daemon = "org.freedesktop.DBus"
-        processes = self.ask(daemon, [("/org/freedesktop/DBus", daemon, "GetConnectionUnixProcessID",
-                                       GLib.Variant("(s)", (name,))) for name in names])
+        processes = self.ask(
+            daemon,
+            [
+                ("/org/freedesktop/DBus", daemon, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))
+                for name in names
+            ],
+        )
         return next((name for name, process in zip(names, processes) if process == process_id), None)
 
 

@@ -17,8 +17,10 @@ from screen_reader_voice import Voice, orca_version, plain
 
 WINDOW = "Velmorindal Setup frame"
 CONNECT_TITLE = "It's time to connect to the Velmorindal. label"
-LOAD_TEXT = ("If you have previously saved a configuration, you can load it here. These settings will not be saved to "
-             "the Velmorindal until the end.")
+LOAD_TEXT = (
+    "If you have previously saved a configuration, you can load it here. These settings will not be saved to "
+    "the Velmorindal until the end."
+)
 CONNECTING = "Connecting... Connection progress 0 percent"
 CONNECTED = 'Connection progress 100 percent Connection successful. Press "Next" to continue.'
 BROKEN = "Unknown Error. Please quit and restart this program."
@@ -206,8 +208,10 @@ def reach_summary(hearing, rows):
     hearing.key("alt+n", SUMMARY_TITLE, rows)
 
 
-LONG_SHORT = ("Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED "
-              "Output: Both switch jacks Long/Short cutoff: 1.00s Clarity: 0.50")
+LONG_SHORT = (
+    "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED "
+    "Output: Both switch jacks Long/Short cutoff: 1.00s Clarity: 0.50"
+)
 
 
 def whole_setup(hearing):
@@ -248,9 +252,12 @@ def whole_setup(hearing):
     hearing.key("Tab", *slider("Cutoff", "1.00", 34), "seconds")
     hearing.key("Right", "1.05")
     hearing.key("alt+d", "The duration display has stopped.")
-    hearing.key("alt+n", SUMMARY_TITLE,
-                "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED Output: USB "
-                "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60")
+    hearing.key(
+        "alt+n",
+        SUMMARY_TITLE,
+        "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED Output: USB "
+        "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60",
+    )
     hearing.dongle.tell("hold humThresholds")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
@@ -285,8 +292,9 @@ def torn_file(hearing):
     (hearing.directory / "torn.xml").write_text('<VibrationSwitch OutputPath="Sw', encoding="utf-8")
     hearing.hears_among_others("alt+o", lambda: press("alt+o"), f"{texts.LOAD_PANEL} dialog")
     failure = dialog(texts.load_failed("Could not parse XML file. Possibly invalid syntax."), "OK")
-    hearing.hears_among_others("(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")),
-                               on_one_line(*map(plain, failure)))
+    hearing.hears_among_others(
+        "(torn.xml) Return", lambda: (type_text("torn.xml"), press("Return")), on_one_line(*map(plain, failure))
+    )
     hearing.key("Return", WINDOW, CONNECT_TITLE)
     hearing.key("Tab", "Load button")
 

@@ -19,8 +19,13 @@ class Program:
         self._output = pathlib.Path(directory, f"{name}-{id(self)}.out")
         self._errors = pathlib.Path(directory, f"{name}-{id(self)}.err")
         with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
-            self.process = subprocess.Popen([PROGRAMS / name, *arguments], stdout=output, stderr=errors,
-                                            env={**os.environ, **(variables or {})}, **options)
+            self.process = subprocess.Popen(
+                [PROGRAMS / name, *arguments],
+                stdout=output,
+                stderr=errors,
+                env={**os.environ, **(variables or {})},
+                **options,
+            )
 
     def lines(self):
         """The whole lines printed so far."""
@@ -49,13 +54,16 @@ class Wizard(Program):
     """The wizard under test."""
 
     def __init__(self, directory, devices):
-        super().__init__(directory, "velmorindal-setup", variables={"VELMORINDAL_DEVICE_DIRECTORY": f"{devices}/"},
-                         cwd=directory)
+        super().__init__(
+            directory, "velmorindal-setup", variables={"VELMORINDAL_DEVICE_DIRECTORY": f"{devices}/"}, cwd=directory
+        )
 
     def errors(self):
         # Newer toolkits say so when a reader asks for an object that has just gone, as readers do.
         asked_too_late = "qt.accessibility.atspi: Could not find accessible on path: "
-        return "".join(line for line in super().errors().splitlines(keepends=True) if not line.startswith(asked_too_late))
+        return "".join(
+            line for line in super().errors().splitlines(keepends=True) if not line.startswith(asked_too_late)
+        )
 
     def terminate(self):
         self.process.send_signal(signal.SIGTERM)
@@ -75,13 +83,15 @@ class Dongle(Program):
             self.process.stdin.write(order.encode() + b"\n")
             self.process.stdin.flush()
             self._orders += 1
-            wait_for(lambda order=order: f"{order!r} being done; {self.errors()}",
-                     lambda: self.lines().count("done") == self._orders)
+            wait_for(
+                lambda order=order: f"{order!r} being done; {self.errors()}",
+                lambda: self.lines().count("done") == self._orders,
+            )
 
     def received(self):
         """The frames that the wizard has sent, in hexadecimal digits."""
         marker = "received "
-        return [line[len(marker):] for line in self.lines() if line.startswith(marker)]
+        return [line[len(marker) :] for line in self.lines() if line.startswith(marker)]
 
     def stored(self):
         """What the device has kept, in words."""

@@ -3,8 +3,7 @@
 import time
 
 import pyatspi
-from accessibility_bus import (ACCESSIBLE, ACTION, COMPONENT, EDITABLE_TEXT, ROOT, VALUE, AccessibilityBus, assign,
-                               fetch)
+from accessibility_bus import ACCESSIBLE, ACTION, COMPONENT, EDITABLE_TEXT, ROOT, VALUE, AccessibilityBus, assign, fetch
 from gi.repository import GLib
 
 BOUND = 600.0
@@ -116,8 +115,9 @@ class Control:
 
     def range(self):
         """Lowest, highest, step."""
-        return self.reader.ask([fetch(self.path, VALUE, name)
-                                for name in ("MinimumValue", "MaximumValue", "MinimumIncrement")])
+        return self.reader.ask(
+            [fetch(self.path, VALUE, name) for name in ("MinimumValue", "MaximumValue", "MinimumIncrement")]
+        )
 
     def entries(self):
         """What a pop-up list offers."""
@@ -159,21 +159,44 @@ class ScreenReader:
         for (parent, _), child in zip(children, self._look_at([path for _, path in children])):
             if child is not None:
                 parent.children.append(child)
-        return [child for parent in parents for child in parent.children
-                if "showing" in child.states and child.role not in CLOSED]
+        return [
+            child
+            for parent in parents
+            for child in parent.children
+            if "showing" in child.states and child.role not in CLOSED
+        ]
 
     def _look_at(self, paths):
-        answers = iter(self.ask([question for path in paths for question in (
-            (path, ACCESSIBLE, "GetRole", None), (path, ACCESSIBLE, "GetState", None),
-            fetch(path, ACCESSIBLE, "Name"))]))
+        answers = iter(
+            self.ask(
+                [
+                    question
+                    for path in paths
+                    for question in (
+                        (path, ACCESSIBLE, "GetRole", None),
+                        (path, ACCESSIBLE, "GetState", None),
+                        fetch(path, ACCESSIBLE, "Name"),
+                    )
+                ]
+            )
+        )
         for path, role, states, name in zip(paths, answers, answers, answers):
             yield None if None in (role, states, name) else Control(self, path, role, states, name)
 
     def _complete(self, controls):
         """Adds what is not common to all controls."""
-        answers = iter(self.ask([question for control in controls for question in (
-            fetch(control.path, ACCESSIBLE, "Description"),
-            (control.path, COMPONENT, "GetExtents", GLib.Variant("(u)", (pyatspi.DESKTOP_COORDS,))))]))
+        answers = iter(
+            self.ask(
+                [
+                    question
+                    for control in controls
+                    for question in (
+                        fetch(control.path, ACCESSIBLE, "Description"),
+                        (control.path, COMPONENT, "GetExtents", GLib.Variant("(u)", (pyatspi.DESKTOP_COORDS,))),
+                    )
+                ]
+            )
+        )
         for control, description, extents in zip(controls, answers, answers):
             control.description = description or ""
             control.place = (extents or (0, 0))[:2]

@@ -37,33 +37,81 @@ def mode_page(mode, short=None, long=None):
     """`mode` is the entry that is chosen; the two check boxes are there where their states are given."""
     return [
         "The Velmorindal can operate in two modes:",
-        "Direct Mode: ", "control one output with a hum",
-        "Long/Short Mode:", "control two outputs with a short hum or a long hum",
+        "Direct Mode: ",
+        "control one output with a hum",
+        "Long/Short Mode:",
+        "control two outputs with a short hum or a long hum",
         "Which mode would you like?",
         *choices("radio button", ["Direct Mode", "Long/Short Mode"], [mode]),
-        *([] if short is None else choices("check box", ["Enable short output", "Enable long output"],
-                                           ["Enable short output"] * short + ["Enable long output"] * long)),
+        *(
+            []
+            if short is None
+            else choices(
+                "check box",
+                ["Enable short output", "Enable long output"],
+                ["Enable short output"] * short + ["Enable long output"] * long,
+            )
+        ),
     ]
 
 
 def output_page(path, **keys):
     """`path` is the entry that is chosen; the key lists are those given: keystroke, short, long."""
     labels = {"keystroke": "Keystroke", "short": "Short hum keystroke", "long": "Long hum keystroke"}
-    page = ["What output would you like the Velmorindal to trigger?",
-            *choices("radio button", ["Switch Output", "USB Keyboard", "Bluetooth Keyboard"], [path])]
+    page = [
+        "What output would you like the Velmorindal to trigger?",
+        *choices("radio button", ["Switch Output", "USB Keyboard", "Bluetooth Keyboard"], [path]),
+    ]
     for key, label in labels.items():
         if key in keys:
             page += [label, f"[combo box] {label}: {keys[key]}"]
     return page
 
 
-KEYS = ["Space", "Enter", "Tab", "Shift+Tab", "0", "1", "2", "3", "4", "~1", "~2", "~3", "~4", "[Up Arrow]",
-        "[Down Arrow]", "[Left Arrow]", "[Right Arrow]", "F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8", "F9", "F10",
-        "F11", "F12"]
+KEYS = [
+    "Space",
+    "Enter",
+    "Tab",
+    "Shift+Tab",
+    "0",
+    "1",
+    "2",
+    "3",
+    "4",
+    "~1",
+    "~2",
+    "~3",
+    "~4",
+    "[Up Arrow]",
+    "[Down Arrow]",
+    "[Left Arrow]",
+    "[Right Arrow]",
+    "F1",
+    "F2",
+    "F3",
+    "F4",
+    "F5",
+    "F6",
+    "F7",
+    "F8",
+    "F9",
+    "F10",
+    "F11",
+    "F12",
+]
 
 
-def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, kinds=("off", "off"), show=("", ""),
-                     reading=None, hum=None):
+def calibration_page(
+    clarity="0.5",
+    cutoff="1",
+    level="0",
+    last="0",
+    lit=False,
+    kinds=("off", "off"),
+    show=("", ""),
+    reading=None,
+    hum=None,
+):
     """`show` is what is said after the names of the two buttons; `reading` and `hum` are the numbers beside the
     indicators, where there are any."""
     hums = {kind: [hum] if state == "on" and hum else [] for kind, state in zip(("short", "long"), kinds)}
@@ -74,7 +122,8 @@ def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, 
         "Adjust the slider to set the clarity threshold. Hums with a clarity level higher than the threshold will "
         'activate an output.\nPress "Show Clarity" and hum to see the clarity of the user\'s hums.',
         f"[button] Show Clarity{show[0]}",
-        f"[slider] Clarity threshold {clarity}", f"{float(clarity):.2f}",
+        f"[slider] Clarity threshold {clarity}",
+        f"{float(clarity):.2f}",
         f"[progress bar] Clarity level {level}",
         f"[image] Clarity indicator: {'Above threshold' if lit else 'Below threshold'}",
         *([] if reading is None else [reading]),
@@ -83,10 +132,15 @@ def calibration_page(clarity="0.5", cutoff="1", level="0", last="0", lit=False, 
         'Press "Show Duration", then hum and wait. The bar will then show the duration of the last hum after you stop '
         "humming.",
         f"[button] Show Duration{show[1]}",
-        f"[slider] Cutoff {cutoff}", f"{float(cutoff):.2f} s",
+        f"[slider] Cutoff {cutoff}",
+        f"{float(cutoff):.2f} s",
         f"[progress bar] Duration of last hum {last}",
-        f"[image] Duration indicator: Short hum: {kinds[0]}", "Short hum", *hums["short"],
-        f"[image] Duration indicator: Long hum: {kinds[1]}", "Long hum", *hums["long"],
+        f"[image] Duration indicator: Short hum: {kinds[0]}",
+        "Short hum",
+        *hums["short"],
+        f"[image] Duration indicator: Long hum: {kinds[1]}",
+        "Long hum",
+        *hums["long"],
     ]
 
 
@@ -114,19 +168,31 @@ def buttons(*labels):
 
 # Dialogs: title, text, buttons.
 
-CLOSE_PROGRAM = ("Close Program?", "No changes have been written to the device;\nany updates will be lost.\n\n"
-                 "Are you sure you want to quit?", ["Yes", "No"])
+CLOSE_PROGRAM = (
+    "Close Program?",
+    "No changes have been written to the device;\nany updates will be lost.\n\n" "Are you sure you want to quit?",
+    ["Yes", "No"],
+)
 SAVE_SETTINGS = ("Save Settings?", "Would you like to program your device with these settings?", ["Yes", "No"])
-FILE_AFTER_SUCCESS = ("Write Configuration File?",
-                      "Congratulations! Your Velmorindal has been successfully programmed.\n\n"
-                      "Your configuration can be saved to disk to save time next time.\n\n"
-                      "Would you like to save these settings to a file?", ["Yes", "No"])
-FILE_AFTER_FAILURE = ("Write Configuration File?",
-                      "There was an error writing your configuration to the device.\n\n"
-                      "Your configuration can be saved to disk in order to try again.\n\n"
-                      "Would you like to save these settings to a file?", ["Yes", "No"])
-SEVERAL_DONGLES = ("Warning", "Multiple dongles found. To ensure that you program the correct device, please remove "
-                   "any extra USB dongles.", ["OK"])
+FILE_AFTER_SUCCESS = (
+    "Write Configuration File?",
+    "Congratulations! Your Velmorindal has been successfully programmed.\n\n"
+    "Your configuration can be saved to disk to save time next time.\n\n"
+    "Would you like to save these settings to a file?",
+    ["Yes", "No"],
+)
+FILE_AFTER_FAILURE = (
+    "Write Configuration File?",
+    "There was an error writing your configuration to the device.\n\n"
+    "Your configuration can be saved to disk in order to try again.\n\n"
+    "Would you like to save these settings to a file?",
+    ["Yes", "No"],
+)
+SEVERAL_DONGLES = (
+    "Warning",
+    "Multiple dongles found. To ensure that you program the correct device, please remove " "any extra USB dongles.",
+    ["OK"],
+)
 
 
 def connection_failed(text):
@@ -134,8 +200,11 @@ def connection_failed(text):
 
 
 def save_failed(text):
-    return ("Save Failed", f"{text}\n\nPlease restart the Velmorindal in configuration mode and run this program "
-            "again.", ["OK"])
+    return (
+        "Save Failed",
+        f"{text}\n\nPlease restart the Velmorindal in configuration mode and run this program " "again.",
+        ["OK"],
+    )
 
 
 def load_failed(text):

@@ -57,8 +57,11 @@ class Walk(unittest.TestCase):
     @staticmethod
     def read_buttons(window):
         labels = ("Cancel", "Back", "Next", "Save", "Close")
-        found = [control for control in window.everything()
-                 if control.role == pyatspi.ROLE_PUSH_BUTTON and control.name in labels]
+        found = [
+            control
+            for control in window.everything()
+            if control.role == pyatspi.ROLE_PUSH_BUTTON and control.name in labels
+        ]
         return [control.name for control in sorted(found, key=lambda control: control.place)]
 
     @staticmethod
@@ -67,13 +70,25 @@ class Walk(unittest.TestCase):
         controls = list(window.everything())
         labels = [control.name for control in controls if control.role == pyatspi.ROLE_LABEL]
         pressed = [control for control in controls if control.role == pyatspi.ROLE_PUSH_BUTTON]
-        return window.name, "\n".join(label for label in labels if label != window.name), [control.name for control in sorted(pressed, key=lambda control: control.place)]
+        return (
+            window.name,
+            "\n".join(label for label in labels if label != window.name),
+            [control.name for control in sorted(pressed, key=lambda control: control.place)],
+        )
 
     def control(self, name, role=pyatspi.ROLE_PUSH_BUTTON):
         """The control of that name in the window that was opened last, waited for."""
+
         def find():
-            return next((control for control in self.windows()[-1].everything()
-                         if control.role == role and control.name == name and "enabled" in control.states), None)
+            return next(
+                (
+                    control
+                    for control in self.windows()[-1].everything()
+                    if control.role == role and control.name == name and "enabled" in control.states
+                ),
+                None,
+            )
+
         return wait_for(lambda: f"{name!r} to be used; there is {self.heard()}", find)
 
     def focused(self):
@@ -123,7 +138,7 @@ class Walk(unittest.TestCase):
 
     def walk_to(self, step):
         """From the Connect page, once connected, to a later one."""
-        for following in texts.STEPS[2:texts.STEPS.index(step) + 1]:
+        for following in texts.STEPS[2 : texts.STEPS.index(step) + 1]:
             self.press("Next")
             self.is_at(following)
 
@@ -139,10 +154,15 @@ class Walk(unittest.TestCase):
 
     def hears_page(self, page, *buttons):
         """The whole window is this page with these buttons, and no dialog is on the screen."""
+
         def heard():
             windows = self.windows()
-            return ([control.spoken() for control in windows[0].everything()], self.read_buttons(windows[0]),
-                    [window.name for window in windows[1:]])
+            return (
+                [control.spoken() for control in windows[0].everything()],
+                self.read_buttons(windows[0]),
+                [window.name for window in windows[1:]],
+            )
+
         said = [*texts.STEPS, texts.VERSION, *page, *texts.buttons(*buttons)]
         self.becomes(heard, (said, list(buttons), []), "the page, its buttons from left to right, and no dialog")
 
@@ -154,8 +174,10 @@ class Walk(unittest.TestCase):
 
     def is_at(self, step):
         """The step column says where the walk is."""
+
         def current():
             return [control.name for control in self.windows()[0].everything() if control.description == "current step"]
+
         self.becomes(current, [step], "the current step")
 
     def has_focus(self, name):
@@ -163,9 +185,11 @@ class Walk(unittest.TestCase):
 
     def logged(self, *lines):
         """These lines come in the log, one right after the other."""
+
         def found():
             log = self.wizard.lines()
-            return any(log[start:start + len(lines)] == list(lines) for start in range(len(log)))
+            return any(log[start : start + len(lines)] == list(lines) for start in range(len(log)))
+
         Walk.checked += 1
         try:
             wait_for("the log lines", found)

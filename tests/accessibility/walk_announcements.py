@@ -9,9 +9,14 @@ from walk import Walk, main
 class Ears:
     """Writes down what the bus announces: the kind of event, the role and the name of what it is about."""
 
-    KINDS = {"object:property-change:accessible-name": "name", "object:property-change:accessible-value": "value",
-             "object:property-change:accessible-description": "description", "object:state-changed:showing": "shown",
-             "object:state-changed:checked": "checked", "window:activate": "window"}
+    KINDS = {
+        "object:property-change:accessible-name": "name",
+        "object:property-change:accessible-value": "value",
+        "object:property-change:accessible-description": "description",
+        "object:state-changed:showing": "shown",
+        "object:state-changed:checked": "checked",
+        "window:activate": "window",
+    }
 
     def __init__(self):
         self.events = []
@@ -47,7 +52,6 @@ class Ears:
 
 
 class Announcements(Walk):
-
     def setUp(self):
         self.ears = Ears()
         self.addCleanup(self.ears.stop)
@@ -95,7 +99,7 @@ class Announcements(Walk):
         # The title is said as the window's name; as a text of the window it would be said twice.
         labels = [control.name for control in self.windows()[-1].everything() if control.role == pyatspi.ROLE_LABEL]
         self.same(labels, [message], "the texts in the dialog")
-        self.same(self.ears.heard("shown", pyatspi.ROLE_PUSH_BUTTON)[-len(buttons):], buttons)
+        self.same(self.ears.heard("shown", pyatspi.ROLE_PUSH_BUTTON)[-len(buttons) :], buttons)
 
     def test_dialogs_that_follow_each_other_are_announced_once_each(self):
         self.connect()
@@ -126,8 +130,11 @@ class Announcements(Walk):
 
     def test_a_page_is_announced_once_and_by_its_step(self):
         self.connect()
-        for step, page in (("Mode", texts.mode_page("Long/Short Mode", True, True)),
-                           ("Ouptut", texts.output_page("Switch Output")), ("Calibration", texts.calibration_page())):
+        for step, page in (
+            ("Mode", texts.mode_page("Long/Short Mode", True, True)),
+            ("Ouptut", texts.output_page("Switch Output")),
+            ("Calibration", texts.calibration_page()),
+        ):
             self.ears.forget()
             self.press("Next")
             self.hears_page(page, "Cancel", "Back", "Next")

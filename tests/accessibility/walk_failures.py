@@ -11,7 +11,6 @@ LOST = "Disconnection during writing process. Your changes were not saved.\n\nEr
 
 
 class FailedConnections(Walk):
-
     def fails(self, text, status=texts.BROKEN, *log):
         """Next on the Welcome page ends in this dialog, and only Close is left."""
         self.press("Next")
@@ -24,13 +23,19 @@ class FailedConnections(Walk):
 
     def test_no_dongle(self):
         self.dongle.tell("pull-out")
-        self.fails("Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.",
-                   texts.BROKEN, "No dongles found. Quitting.")
+        self.fails(
+            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.",
+            texts.BROKEN,
+            "No dongles found. Quitting.",
+        )
 
     def test_link_down(self):
         self.dongle.tell("link 0")
-        self.fails("Please ensure that your Velmorindal is turned on and in configuration mode.", texts.NOT_CONNECTED,
-                   "Have a status:  0")
+        self.fails(
+            "Please ensure that your Velmorindal is turned on and in configuration mode.",
+            texts.NOT_CONNECTED,
+            "Have a status:  0",
+        )
 
     def test_a_silent_device_at_the_status_check(self):
         self.dongle.tell("every status silent")
@@ -44,8 +49,9 @@ class FailedConnections(Walk):
         for kind, code in (("protocolSelect", "VCPS/IV"), ("keyboardConfig", "VCKC/IV")):
             with self.subTest(kind):
                 self.dongle.tell(f"next {kind} invalid")
-                self.fails(f"Invalid response from dongle (Error code: {code})", texts.BROKEN,
-                           "Failed to read settings.")
+                self.fails(
+                    f"Invalid response from dongle (Error code: {code})", texts.BROKEN, "Failed to read settings."
+                )
                 self.start()
 
     def test_two_dongles_are_a_warning(self):
@@ -64,13 +70,18 @@ class FailedConnections(Walk):
         first, reader = self.wizard, self.reader
         self.start()
         self.press("Next")
-        self.hears_dialog(texts.connection_failed(
-            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."))
+        self.hears_dialog(
+            texts.connection_failed(
+                "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
+            )
+        )
         self.press("OK")
         self.log_is("Open Result:  -1", "No dongles found. Quitting.", "Could not connect.")
         self.press("Close")
-        self.has_left(f"{self.dongle.path}: could not be opened: Device or resource busy. The program \"velmorindal-setup\", "
-                      f"process {first.process.pid}, holds it: end it, or wait until it lets go.\n")
+        self.has_left(
+            f'{self.dongle.path}: could not be opened: Device or resource busy. The program "velmorindal-setup", '
+            f"process {first.process.pid}, holds it: end it, or wait until it lets go.\n"
+        )
         # The first one has lost nothing by it.
         self.wizard, self.reader = first, reader
         self.walk_to("Summary")
@@ -80,7 +91,6 @@ class FailedConnections(Walk):
 
 
 class FailedWrites(Walk):
-
     def ready_to_save(self, output="Switch Output"):
         self.connect()
         self.walk_to("Ouptut")
@@ -103,9 +113,11 @@ class FailedWrites(Walk):
         self.same(self.buttons(), ["Cancel", "Back", "Save"])
 
     def test_every_step_that_is_refused_has_its_code(self):
-        for kind, code, output in (("protocolSelect", "PS/SC", "Bluetooth Keyboard"),
-                                   ("outputPath", "OP/SC", "Switch Output"),
-                                   ("writeSettings", "WS/SC", "USB Keyboard")):
+        for kind, code, output in (
+            ("protocolSelect", "PS/SC", "Bluetooth Keyboard"),
+            ("outputPath", "OP/SC", "Switch Output"),
+            ("writeSettings", "WS/SC", "USB Keyboard"),
+        ):
             with self.subTest(kind):
                 self.ready_to_save(output)
                 self.dongle.tell(f"next {kind} refused")
@@ -120,8 +132,10 @@ class FailedWrites(Walk):
         self.ready_to_save()
         self.dongle.tell("next relayConfig pulled-out")
         self.fails(LOST.format("RC/TC"))
-        not_connected = ("The Velmorindal is not connected, or the connection has been lost.\n\n"
-                         "Please ensure your device is connected and run this program again.")
+        not_connected = (
+            "The Velmorindal is not connected, or the connection has been lost.\n\n"
+            "Please ensure your device is connected and run this program again."
+        )
         self.fails(not_connected)
         self.press("Back", "Back", "Back", "Back")
         reason = texts.save_failed(not_connected)[1]
@@ -162,7 +176,6 @@ class FailedWrites(Walk):
 
 
 class Cancelling(Walk):
-
     def test_cancel_asks_on_every_page_and_no_changes_nothing(self):
         self.dongle.tell("hold status")
         self.press("Next")
@@ -178,8 +191,11 @@ class Cancelling(Walk):
         self.dongle.tell("hold humThresholds")
         self.press("Save", "Yes")
         self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
-        self.becomes(lambda: self.spoken()[-3:], [texts.WRITING, "[progress bar] Write progress 3", "[button] Cancel"],
-                     "the progress")
+        self.becomes(
+            lambda: self.spoken()[-3:],
+            [texts.WRITING, "[progress bar] Write progress 3", "[button] Cancel"],
+            "the progress",
+        )
         self.cancels()
         self.dongle.tell("release")
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)

@@ -4,16 +4,17 @@
 import texts
 from walk import Walk, main
 
-SAVED = ('<VibrationSwitch OutputPath="Switch" OutputMode="LongShort" LongOutputEnabled="true" '
-         'ShortOutputEnabled="true" LongOutputKey="Enter" ShortOutputKey="Space" DirectOutputKey="Enter" '
-         'Sensitivity="0.50" Cutoff="1.00"/>')
+SAVED = (
+    '<VibrationSwitch OutputPath="Switch" OutputMode="LongShort" LongOutputEnabled="true" '
+    'ShortOutputEnabled="true" LongOutputKey="Enter" ShortOutputKey="Space" DirectOutputKey="Enter" '
+    'Sensitivity="0.50" Cutoff="1.00"/>'
+)
 LOADED = """<VibrationSwitch OutputPath="USBKeyboard" OutputMode="Direct" LongOutputEnabled="false"
     ShortOutputEnabled="true" LongOutputKey="F2" ShortOutputKey="Tab" DirectOutputKey="Shift+Tab"
     Sensitivity="0.30" Cutoff="2.50"/>"""
 
 
 class Saving(Walk):
-
     def save_as(self, path):
         """Programs the device from the Summary page and saves the settings under that name."""
         self.press("Save")
@@ -38,13 +39,19 @@ class Saving(Walk):
         self.same([line for line in self.wizard.lines() if line == "Write failed. Boo."], [])
 
     def test_names_of_every_kind(self):
-        names = {"plain.xml": "plain.xml", "without extension": "without extension.xml", "UPPER.XML": "UPPER.XML",
-                 "Ümit's “hum” 設定 наст.xml": "Ümit's “hum” 設定 наст.xml"}
+        names = {
+            "plain.xml": "plain.xml",
+            "without extension": "without extension.xml",
+            "UPPER.XML": "UPPER.XML",
+            "Ümit's “hum” 設定 наст.xml": "Ümit's “hum” 設定 наст.xml",
+        }
         for name, file in names.items():
             with self.subTest(name):
                 self.saves_again_as(self.directory / name, self.directory / file)
-        self.same(sorted(path.name for path in self.directory.iterdir() if path.suffix in (".xml", ".XML")),
-                  sorted(names.values()))
+        self.same(
+            sorted(path.name for path in self.directory.iterdir() if path.suffix in (".xml", ".XML")),
+            sorted(names.values()),
+        )
 
     def test_a_place_that_cannot_be_written_is_reported_in_the_log_alone(self):
         self.save_as("/proc/settings.xml")
@@ -64,7 +71,6 @@ class Saving(Walk):
 
 
 class Loading(Walk):
-
     def load(self, path):
         self.press("Load")
         self.answer_file_panel(texts.LOAD_PANEL, path)
@@ -93,9 +99,17 @@ class Loading(Walk):
         self.press("Next")
         self.hears_page(texts.calibration_page(clarity="0.3", cutoff="2.5"), "Cancel", "Back", "Next")
         self.press("Next")
-        self.hears_page(texts.summary_page(("Mode:", "Direct mode"), ("Output:", "USB Keyboard"),
-                                           ("Output Keystroke:", "Short: Space; Long: Enter"), ("Clarity:", "0.30")),
-                        "Cancel", "Back", "Save")
+        self.hears_page(
+            texts.summary_page(
+                ("Mode:", "Direct mode"),
+                ("Output:", "USB Keyboard"),
+                ("Output Keystroke:", "Short: Space; Long: Enter"),
+                ("Clarity:", "0.30"),
+            ),
+            "Cancel",
+            "Back",
+            "Save",
+        )
         self.press("Save", "Yes")
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
         self.same(self.dongle.received()[-2], "63 62 6b 08 00 00 00 00 02 2b 00 00")
@@ -104,16 +118,18 @@ class Loading(Walk):
         self.connect()
         missing_key = LOADED.replace('LongOutputKey="F2"', "")
         for name, content, text, printed in (
-                ("broken.xml", "<VibrationSwitch", "Could not parse XML file. Possibly invalid syntax.", None),
-                ("other.xml", "<other/>", "Missing output path", "Missing output path"),
-                ("mode.xml", LOADED.replace("Direct\"", "direct\""), "Missing output mode", "Missing output mode"),
-                ("key.xml", missing_key, "Missing long output key", "Misisng long output key")):
+            ("broken.xml", "<VibrationSwitch", "Could not parse XML file. Possibly invalid syntax.", None),
+            ("other.xml", "<other/>", "Missing output path", "Missing output path"),
+            ("mode.xml", LOADED.replace('Direct"', 'direct"'), "Missing output mode", "Missing output mode"),
+            ("key.xml", missing_key, "Missing long output key", "Misisng long output key"),
+        ):
             with self.subTest(name):
                 self.load(self.file(name, content))
                 self.hears_dialog(texts.load_failed(text))
                 self.press("OK")
-                self.hears_page(texts.connect_page(texts.CONNECTED, reason=texts.load_failed(text)[1]), "Cancel", "Back",
-                                "Next")
+                self.hears_page(
+                    texts.connect_page(texts.CONNECTED, reason=texts.load_failed(text)[1]), "Cancel", "Back", "Next"
+                )
                 self.logged(*([printed] if printed else []), f"Could not read XML:  {text}")
         self.press("Next")
         self.hears_page(texts.mode_page("Long/Short Mode", short=True, long=True), "Cancel", "Back", "Next")
@@ -133,28 +149,41 @@ class Loading(Walk):
         self.press("Load")
         self.hears_panel(texts.LOAD_PANEL)
         self.dongle.tell("pull-out")
-        self.becomes(lambda: [window.name for window in self.windows()[1:]], [texts.LOAD_PANEL, "Connection Failed"],
-                     "both windows")
+        self.becomes(
+            lambda: [window.name for window in self.windows()[1:]],
+            [texts.LOAD_PANEL, "Connection Failed"],
+            "both windows",
+        )
         self.press("OK")
         self.hears_panel(texts.LOAD_PANEL)
         self.answer_file_panel(texts.LOAD_PANEL, self.file("good.xml", LOADED))
-        self.hears_page(texts.connect_page(texts.BROKEN, reason="The device sent an unrecognized response. "
-                                           "(Error code: VS/CC)"), "Close")
+        self.hears_page(
+            texts.connect_page(texts.BROKEN, reason="The device sent an unrecognized response. " "(Error code: VS/CC)"),
+            "Close",
+        )
         self.logged("Could not connect.", "Found element:  VibrationSwitch")
 
     def test_loading_works_without_a_device_and_cancel_does_nothing(self):
         self.dongle.tell("pull-out")
         self.press("Next")
-        self.hears_dialog(texts.connection_failed(
-            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."))
+        self.hears_dialog(
+            texts.connection_failed(
+                "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
+            )
+        )
         self.press("OK")
         self.press("Load")
         self.hears_panel(texts.LOAD_PANEL)
         self.press("Cancel")
         self.becomes(self.dialogs, [], "no dialog")
         self.load(self.file("good.xml", LOADED))
-        self.hears_page(texts.connect_page(texts.BROKEN, reason="Could not detect Velmorindal Dongle. Please ensure that "
-                                           "it is plugged into a USB port."), "Close")
+        self.hears_page(
+            texts.connect_page(
+                texts.BROKEN,
+                reason="Could not detect Velmorindal Dongle. Please ensure that " "it is plugged into a USB port.",
+            ),
+            "Close",
+        )
         self.logged("Load pressed", "Load pressed", "Found element:  VibrationSwitch")
 
 

@@ -5,8 +5,19 @@ import texts
 from screen_reader import pyatspi
 from walk import Walk, main
 
-LETTERS = {"Cancel": "Alt+C", "Back": "Alt+B", "Next": "Alt+N", "Save": "Alt+S", "Close": "Alt+E", "Load": "Alt+O",
-           "Show Clarity": "Alt+H", "Show Duration": "Alt+D", "Yes": "Alt+Y", "No": "Alt+N", "OK": "Alt+O"}
+LETTERS = {
+    "Cancel": "Alt+C",
+    "Back": "Alt+B",
+    "Next": "Alt+N",
+    "Save": "Alt+S",
+    "Close": "Alt+E",
+    "Load": "Alt+O",
+    "Show Clarity": "Alt+H",
+    "Show Duration": "Alt+D",
+    "Yes": "Alt+Y",
+    "No": "Alt+N",
+    "OK": "Alt+O",
+}
 
 
 CONNECT_TITLE = texts.connect_page(texts.CONNECTED)[0]
@@ -14,7 +25,6 @@ SUMMARY_TITLE = texts.summary_page()[0]
 
 
 class Keyboard(Walk):
-
     def setUp(self):
         super().setUp()
         self.has_focus("Next")
@@ -44,7 +54,6 @@ class Keyboard(Walk):
 
 
 class FocusOrder(Keyboard):
-
     def test_tab_comes_to_every_control_in_the_order_of_the_page(self):
         self.tabs_through("Next", "Close")
         self.connect()
@@ -88,7 +97,6 @@ class FocusOrder(Keyboard):
 
 
 class Letters(Keyboard):
-
     def presses(self, name):
         """The letter that is announced for a button presses it."""
         letter = self.control(name).shortcut()
@@ -129,8 +137,9 @@ class Letters(Keyboard):
     def test_a_notice_has_one_too(self):
         self.dongle.tell("link 0")
         self.presses("Next")
-        self.hears_dialog(texts.connection_failed(
-            "Please ensure that your Velmorindal is turned on and in configuration mode."))
+        self.hears_dialog(
+            texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode.")
+        )
         self.presses("OK")
         self.becomes(self.dialogs, [], "no dialog")
 
@@ -139,7 +148,6 @@ class Letters(Keyboard):
 
 
 class Dialogs(Keyboard):
-
     def test_escape_and_return_decline_and_the_arrow_and_return_go_ahead(self):
         self.connect()
         for decline in ("Escape", "Return"):
@@ -167,7 +175,6 @@ class Dialogs(Keyboard):
 
 
 class Controls(Keyboard):
-
     def test_a_device_is_programmed_without_a_pointer(self):
         self.connect()
         self.next_page("Mode")
@@ -202,11 +209,40 @@ class Controls(Keyboard):
         self.connect()
         self.walk_to("Calibration")
         for name, ends, steps in (
-                ("Clarity threshold", (0.0, 1.0, 0.01), [("Right", "0.51"), ("Up", "0.52"), ("Left", "0.51"),
-                 ("Down", "0.5"), ("Prior", "0.6"), ("Next", "0.5"), ("End", "1"), ("Right", "1"), ("Home", "0"),
-                 ("Left", "0"), ("Next", "0")]),
-                ("Cutoff", (0.1, 3.0, 0.05), [("Right", "1.05"), ("Up", "1.1"), ("Left", "1.05"), ("Down", "1"),
-                 ("Prior", "1.5"), ("Next", "1"), ("End", "3"), ("Right", "3"), ("Home", "0.1"), ("Left", "0.1")])):
+            (
+                "Clarity threshold",
+                (0.0, 1.0, 0.01),
+                [
+                    ("Right", "0.51"),
+                    ("Up", "0.52"),
+                    ("Left", "0.51"),
+                    ("Down", "0.5"),
+                    ("Prior", "0.6"),
+                    ("Next", "0.5"),
+                    ("End", "1"),
+                    ("Right", "1"),
+                    ("Home", "0"),
+                    ("Left", "0"),
+                    ("Next", "0"),
+                ],
+            ),
+            (
+                "Cutoff",
+                (0.1, 3.0, 0.05),
+                [
+                    ("Right", "1.05"),
+                    ("Up", "1.1"),
+                    ("Left", "1.05"),
+                    ("Down", "1"),
+                    ("Prior", "1.5"),
+                    ("Next", "1"),
+                    ("End", "3"),
+                    ("Right", "3"),
+                    ("Home", "0.1"),
+                    ("Left", "0.1"),
+                ],
+            ),
+        ):
             slider = self.control(name, pyatspi.ROLE_SLIDER)
             self.same(tuple(round(end, 6) for end in slider.range()), ends, "lowest, highest, step")
             slider.take_focus()

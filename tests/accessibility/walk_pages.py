@@ -7,27 +7,36 @@ import texts
 from screen_reader import pyatspi
 from walk import Walk, main
 
-QUERIES = ["63 62 76 00", "63 62 76 00", "63 62 73 00", "63 62 78 00", "63 62 70 00", "63 62 64 00", "63 62 68 00",
-           "63 62 6b 00"]
+QUERIES = [
+    "63 62 76 00",
+    "63 62 76 00",
+    "63 62 73 00",
+    "63 62 78 00",
+    "63 62 70 00",
+    "63 62 64 00",
+    "63 62 68 00",
+    "63 62 6b 00",
+]
 RELAYS_LONG_SHORT = "63 62 79 0c 01 00 0a 00 e8 03 01 00 0a 00 e8 03"
 RELAYS_DIRECT = "63 62 79 0c 01 00 0a 00 e8 03 00 00 0a 00 e8 03"
 STORE = "63 62 77 00"
 
 
 class Pages(Walk):
-
     def connection_log(self):
-        return ["Open Result:  #",
-                "Got version string:  Velmorindal 1.1M",
-                f"Definitely this one  {self.dongle.path}",
-                f'Have device(s) :  ["{self.dongle.path}"]',
-                "We made it this far... version code is  Velmorindal 1.1M",
-                "Have a status:  1",
-                "Connected. Going to read settings",
-                "Test: cutoff is  1.0",
-                "Settings read successfully.",
-                "Successful connection!",
-                "Status updated now:  connected"]
+        return [
+            "Open Result:  #",
+            "Got version string:  Velmorindal 1.1M",
+            f"Definitely this one  {self.dongle.path}",
+            f'Have device(s) :  ["{self.dongle.path}"]',
+            "We made it this far... version code is  Velmorindal 1.1M",
+            "Have a status:  1",
+            "Connected. Going to read settings",
+            "Test: cutoff is  1.0",
+            "Settings read successfully.",
+            "Successful connection!",
+            "Status updated now:  connected",
+        ]
 
     def log(self):
         return [re.sub(r"^(Open Result:  )\d+$", r"\1#", line) for line in self.wizard.lines()]
@@ -36,8 +45,13 @@ class Pages(Walk):
         """Names, roles and values are in what is spoken; here the states, and that who sees the page reads its texts in
         the same order."""
         controls = list(self.windows()[0].everything())
-        reached = (pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_SLIDER,
-                   pyatspi.ROLE_COMBO_BOX)
+        reached = (
+            pyatspi.ROLE_PUSH_BUTTON,
+            pyatspi.ROLE_RADIO_BUTTON,
+            pyatspi.ROLE_CHECK_BOX,
+            pyatspi.ROLE_SLIDER,
+            pyatspi.ROLE_COMBO_BOX,
+        )
         for control in controls:
             wanted = {"showing", "visible", "enabled", "sensitive", *["focusable"] * (control.role in reached)}
             self.same((control.name, wanted - control.states), (control.name or "no name", set()), "missing states")
@@ -54,9 +68,12 @@ class Pages(Walk):
         self.press("Yes")
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
         # The job may say that it starts before or after the button says that it has handed it over.
-        self.becomes(lambda: sorted(self.log()[before:before + 3]),
-                     ["Starting save", "background save dispatched", "dispatching background save"], "the log")
-        self.becomes(lambda: self.log()[before + 3:], ["Save completed.", "Save done. pass.", "All done!"], "the log")
+        self.becomes(
+            lambda: sorted(self.log()[before : before + 3]),
+            ["Starting save", "background save dispatched", "dispatching background save"],
+            "the log",
+        )
+        self.becomes(lambda: self.log()[before + 3 :], ["Save completed.", "Save done. pass.", "All done!"], "the log")
         self.press("No")
 
     def test_direct_mode_on_a_switch_from_welcome_to_close(self):
@@ -90,11 +107,20 @@ class Pages(Walk):
         self.every_control_is_usable_and_in_its_place()
         self.save()
         self.hears_page(texts.summary_page(*rows, status=texts.WRITTEN), "Back", "Close")
-        self.becomes(self.dongle.received,
-                     [*QUERIES, "63 62 78 01 00", "63 62 70 01 01", "63 62 64 0b 00 00 00 19 00 19 00 ff ff 02 00",
-                      RELAYS_DIRECT, "63 62 68 08 00 00 00 3f 00 00 00 3f", "63 62 6b 08 00 00 00 00 00 00 00 00",
-                      STORE],
-                     "what the device was sent")
+        self.becomes(
+            self.dongle.received,
+            [
+                *QUERIES,
+                "63 62 78 01 00",
+                "63 62 70 01 01",
+                "63 62 64 0b 00 00 00 19 00 19 00 ff ff 02 00",
+                RELAYS_DIRECT,
+                "63 62 68 08 00 00 00 3f 00 00 00 3f",
+                "63 62 6b 08 00 00 00 00 00 00 00 00",
+                STORE,
+            ],
+            "what the device was sent",
+        )
         self.press("Close")
         self.has_left()
         self.same(self.log()[-5:], ["Setting polling state from  none none", *texts.QUITTING])
@@ -117,16 +143,30 @@ class Pages(Walk):
         calibrated = texts.calibration_page(clarity="0.3", cutoff="0.5")
         self.hears_page(calibrated, "Cancel", "Back", "Next")
         self.press("Next")
-        rows = [("Mode:", "Long/short mode"), ("Long/Short outputs:", "Short output: ENABLED; Long output: ENABLED"),
-                ("Output:", "Bluetooth Keyboard"), ("Output Keystroke:", "Short: Space; Long: Enter"),
-                ("Long/Short cutoff:", "0.50s"), ("Clarity:", "0.30")]
+        rows = [
+            ("Mode:", "Long/short mode"),
+            ("Long/Short outputs:", "Short output: ENABLED; Long output: ENABLED"),
+            ("Output:", "Bluetooth Keyboard"),
+            ("Output Keystroke:", "Short: Space; Long: Enter"),
+            ("Long/Short cutoff:", "0.50s"),
+            ("Clarity:", "0.30"),
+        ]
         self.hears_page(texts.summary_page(*rows), "Cancel", "Back", "Save")
         self.save()
         self.hears_page(texts.summary_page(*rows, status=texts.WRITTEN), "Back", "Close")
-        self.becomes(self.dongle.received,
-                     [*QUERIES, "63 62 78 01 01", "63 62 64 0b 03 00 00 0c 00 0c 00 ff ff 04 00", RELAYS_LONG_SHORT,
-                      "63 62 68 08 9a 99 99 3e 9a 99 99 3e", "63 62 6b 08 02 2b 00 00 00 45 00 00", STORE],
-                     "what the device was sent")
+        self.becomes(
+            self.dongle.received,
+            [
+                *QUERIES,
+                "63 62 78 01 01",
+                "63 62 64 0b 03 00 00 0c 00 0c 00 ff ff 04 00",
+                RELAYS_LONG_SHORT,
+                "63 62 68 08 9a 99 99 3e 9a 99 99 3e",
+                "63 62 6b 08 02 2b 00 00 00 45 00 00",
+                STORE,
+            ],
+            "what the device was sent",
+        )
         self.press("Back")
         self.hears_page(calibrated, "Cancel", "Back", "Next")
         self.press("Next")
@@ -155,8 +195,11 @@ class Pages(Walk):
     def test_the_mode_page_offers_next_only_with_an_output(self):
         self.connect()
         self.press("Next")
-        for short, long, buttons in ((True, False, ["Cancel", "Back", "Next"]), (False, False, ["Cancel", "Back"]),
-                                     (False, True, ["Cancel", "Back", "Next"])):
+        for short, long, buttons in (
+            (True, False, ["Cancel", "Back", "Next"]),
+            (False, False, ["Cancel", "Back"]),
+            (False, True, ["Cancel", "Back", "Next"]),
+        ):
             for name, wanted in (("Enable short output", short), ("Enable long output", long)):
                 box = self.control(name, pyatspi.ROLE_CHECK_BOX)
                 if ("checked" in box.states) != wanted:
@@ -189,30 +232,44 @@ class Pages(Walk):
 
 
 class Summaries(Walk):
-
     def test_every_output_has_its_words(self):
         self.connect()
         cutoff, clarity = ("Long/Short cutoff:", "1.00s"), ("Clarity:", "0.50")
         mode, path = ("Mode:", "Long/short mode"), "Output:"
         outputs = "Long/Short outputs:"
         for toggled, enabled, jack in (
-                ([], "Short output: ENABLED; Long output: ENABLED", "Both switch jacks"),
-                (["Enable long output"], "Short output: ENABLED; Long output: DISABLED", "Switch Jack #1"),
-                (["Enable long output", "Enable short output"], "Short output: DISABLED; Long output: ENABLED",
-                 "Switch Jack #2")):
+            ([], "Short output: ENABLED; Long output: ENABLED", "Both switch jacks"),
+            (["Enable long output"], "Short output: ENABLED; Long output: DISABLED", "Switch Jack #1"),
+            (
+                ["Enable long output", "Enable short output"],
+                "Short output: DISABLED; Long output: ENABLED",
+                "Switch Jack #2",
+            ),
+        ):
             self.press("Next")
             for box in toggled:
                 self.check(box)
             self.press("Next", "Next", "Next")
-            self.hears_page(texts.summary_page(mode, (outputs, enabled), (path, jack), cutoff, clarity),
-                            "Cancel", "Back", "Save")
+            self.hears_page(
+                texts.summary_page(mode, (outputs, enabled), (path, jack), cutoff, clarity), "Cancel", "Back", "Save"
+            )
             self.press("Back", "Back", "Back", "Back")
         self.press("Next", "Next")
         self.choose("USB Keyboard")
         self.press("Next", "Next")
-        self.hears_page(texts.summary_page(mode, (outputs, enabled), (path, "USB Keyboard"),
-                                           ("Output Keystroke:", "Short: Space; Long: Enter"), cutoff, clarity),
-                        "Cancel", "Back", "Save")
+        self.hears_page(
+            texts.summary_page(
+                mode,
+                (outputs, enabled),
+                (path, "USB Keyboard"),
+                ("Output Keystroke:", "Short: Space; Long: Enter"),
+                cutoff,
+                clarity,
+            ),
+            "Cancel",
+            "Back",
+            "Save",
+        )
 
 
 if __name__ == "__main__":

@@ -5,9 +5,7 @@ import texts
 from walk import Walk, main
 
 
-
 class Quitting(Walk):
-
     def leaves_by_window_manager(self):
         self.close_by_window_manager()
         self.has_left()
@@ -37,7 +35,6 @@ class Quitting(Walk):
 
 
 class OnEveryPage(Quitting):
-
     def test_the_window_manager_closes_every_page(self):
         for step in texts.STEPS:
             with self.subTest(step):
@@ -74,7 +71,6 @@ class OnEveryPage(Quitting):
 
 
 class WhileConnecting(Quitting):
-
     def test_every_way_out_leaves_at_once(self):
         for leave in (self.leaves_by_window_manager, self.leaves_by_signal, self.leaves_by_key, self.leaves_by_cancel):
             with self.subTest(leave.__name__):
@@ -89,16 +85,21 @@ class WhileConnecting(Quitting):
     def test_a_failed_attempt_leaves_too(self):
         self.dongle.tell("link 0")
         self.press("Next")
-        self.hears_dialog(texts.connection_failed(
-            "Please ensure that your Velmorindal is turned on and in configuration mode."))
+        self.hears_dialog(
+            texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode.")
+        )
         self.press("OK")
-        self.hears_page(texts.connect_page(texts.NOT_CONNECTED, reason="Please ensure that your Velmorindal is turned on "
-                                           "and in configuration mode."), "Close")
+        self.hears_page(
+            texts.connect_page(
+                texts.NOT_CONNECTED,
+                reason="Please ensure that your Velmorindal is turned on " "and in configuration mode.",
+            ),
+            "Close",
+        )
         self.leaves_by_close()
 
 
 class WhileMeasuring(Quitting):
-
     def leaves_measuring(self, measurement, *orders):
         """Starts a measurement, waits until it runs, and closes the window."""
         self.go_to("Calibration")
@@ -125,7 +126,6 @@ class WhileMeasuring(Quitting):
 
 
 class WhileWriting(Quitting):
-
     def start_writing(self):
         self.go_to("Summary")
         self.dongle.tell("hold humThresholds")

@@ -23,8 +23,9 @@ LETTERS = {b"a": b"\a", b"b": b"\b", b"f": b"\f", b"n": b"\n", b"r": b"\r", b"t"
 
 
 def unescaped(text):
-    return re.sub(rb"\\(?:x([0-9a-f]+)|(.))",
-                  lambda m: bytes([int(m[1], 16)]) if m[1] else LETTERS.get(m[2], m[2]), text)
+    return re.sub(
+        rb"\\(?:x([0-9a-f]+)|(.))", lambda m: bytes([int(m[1], 16)]) if m[1] else LETTERS.get(m[2], m[2]), text
+    )
 
 
 def is_near_the_corner(place):
@@ -48,8 +49,13 @@ def place_of(screen, window):
 def main():
     with tempfile.TemporaryDirectory() as home, contextlib.ExitStack() as stack:
         screen = keyboard_run.Screen(stack)
-        environment = os.environ | {"HOME": home, "XDG_CONFIG_HOME": home, "QT_QPA_PLATFORM": "xcb",
-                                    "VELMORINDAL_DEVICE_DIRECTORY": home, "DISPLAY": screen.display}
+        environment = os.environ | {
+            "HOME": home,
+            "XDG_CONFIG_HOME": home,
+            "QT_QPA_PLATFORM": "xcb",
+            "VELMORINDAL_DEVICE_DIRECTORY": home,
+            "DISPLAY": screen.display,
+        }
         file = pathlib.Path(home) / "Velmorindal/velmorindal-setup.conf"
 
         with keyboard_run.Program([sys.argv[1]], environment):
@@ -63,13 +69,15 @@ def main():
                 return is_near_the_corner(place_of(screen, window))
 
             keyboard_run.wait_for(is_moved, "the window to move")
-            keyboard_run.wait_for(lambda: (place := remembered_place(file)) and is_near_the_corner(place),
-                                  "the frame to be remembered")
+            keyboard_run.wait_for(
+                lambda: (place := remembered_place(file)) and is_near_the_corner(place), "the frame to be remembered"
+            )
             # Leaving this kills it.
         with keyboard_run.Program([sys.argv[1]], environment):
             window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window once more")[0]
-            keyboard_run.wait_for(lambda: is_near_the_corner(place_of(screen, window)),
-                                  "the window to come back where it was", 60)
+            keyboard_run.wait_for(
+                lambda: is_near_the_corner(place_of(screen, window)), "the window to come back where it was", 60
+            )
 
 
 if __name__ == "__main__":

@@ -25,10 +25,19 @@ class CommandLine(unittest.TestCase):
         self.directory = temporary.name
 
     def call(self, name, *arguments):
-        environment = {each: value for each, value in os.environ.items()
-                       if each not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-        done = subprocess.run([PROGRAMS / name, *arguments], env=environment, cwd=self.directory, capture_output=True,
-                              text=True, timeout=SECONDS)
+        environment = {
+            each: value
+            for each, value in os.environ.items()
+            if each not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")
+        }
+        done = subprocess.run(
+            [PROGRAMS / name, *arguments],
+            env=environment,
+            cwd=self.directory,
+            capture_output=True,
+            text=True,
+            timeout=SECONDS,
+        )
         self.assertEqual(os.listdir(self.directory), [])
         return done.returncode, done.stdout, done.stderr
 
@@ -49,9 +58,18 @@ class CommandLine(unittest.TestCase):
 
     def test_what_is_unknown_is_refused_in_one_line(self):
         for name in NAMES:
-            for arguments in (["--nonsense"], ["-x"], ["--help=yes"], ["--help", "--nonsense"], ["-platform", "offscreen"],
-                              ["a", "b"], ["--record"], ["--replay"], ["--record", "a", "--record", "b"],
-                              ["--replay", "", "a"]):
+            for arguments in (
+                ["--nonsense"],
+                ["-x"],
+                ["--help=yes"],
+                ["--help", "--nonsense"],
+                ["-platform", "offscreen"],
+                ["a", "b"],
+                ["--record"],
+                ["--replay"],
+                ["--record", "a", "--record", "b"],
+                ["--replay", "", "a"],
+            ):
                 status, output, errors = self.call(name, *arguments)
                 self.assertEqual((status, output), (2, ""), (name, arguments, errors))
                 self.assertRegex(errors, rf"^{name}: [^\n]*\. Usage: {name} [^\n]*\n$")
@@ -71,8 +89,11 @@ class CommandLine(unittest.TestCase):
             for name in ("--record=missing/file", "--record="):
                 status, output, errors = self.call("velmorindal-setup", name)
                 self.assertEqual((status, output), (2, ""), errors)
-                self.assertRegex(errors, r"^velmorindal-setup: cannot write the record (missing/file)?: No such file or "
-                                         r"directory\. Usage: [^\n]*\n$")
+                self.assertRegex(
+                    errors,
+                    r"^velmorindal-setup: cannot write the record (missing/file)?: No such file or "
+                    r"directory\. Usage: [^\n]*\n$",
+                )
 
 
 if __name__ == "__main__":

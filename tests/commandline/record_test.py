@@ -25,14 +25,19 @@ def record_a_run(wizard, simulator, place):
     """Returns the record and what the simulator printed. `simulator` ends with its directory."""
     directory = simulator[-1]
     record = place / "record"
-    environment = os.environ | {"VELMORINDAL_DEVICE_DIRECTORY": directory, "HOME": str(place),
-                                "XDG_CONFIG_HOME": str(place / "config"), "QT_QPA_PLATFORM": "xcb"}
+    environment = os.environ | {
+        "VELMORINDAL_DEVICE_DIRECTORY": directory,
+        "HOME": str(place),
+        "XDG_CONFIG_HOME": str(place / "config"),
+        "QT_QPA_PLATFORM": "xcb",
+    }
     with contextlib.ExitStack() as stack:
         screen = keyboard_run.Screen(stack)
         served = stack.enter_context(keyboard_run.Program(simulator, os.environ))
         served.wait_for_line(f"{directory}/")
         program = stack.enter_context(
-            keyboard_run.Program([wizard, "--record", str(record)], environment | {"DISPLAY": screen.display}))
+            keyboard_run.Program([wizard, "--record", str(record)], environment | {"DISPLAY": screen.display})
+        )
         keyboard_run.program_a_device(program, screen, lambda wizard: None)
         status = served.end(signal.SIGINT)
     require(status == 0, f"the simulator ended with {status}: {served.lines}")

@@ -30,12 +30,19 @@ FOREIGN = set("c r e b v s x p d h k y l t w z name code dialout uaccess lsusb f
 class Tree:
     def __init__(self, root):
         self.root = root
-        listed = subprocess.run(["git", "-C", root, "ls-files", "--cached", "--others", "--exclude-standard"],
-                                check=True, capture_output=True, text=True).stdout.split("\n")
+        listed = subprocess.run(
+            ["git", "-C", root, "ls-files", "--cached", "--others", "--exclude-standard"],
+            check=True,
+            capture_output=True,
+            text=True,
+        ).stdout.split("\n")
         self.files = [name for name in listed if name and (root / name).is_file()]
         self.tops = {name.split("/")[0] for name in self.files if "/" in name}
-        written = [name for name in self.files if pathlib.PurePath(name).suffix in WRITTEN_IN
-                   and not name.startswith(("tests/data/", "tests/docs/"))]
+        written = [
+            name
+            for name in self.files
+            if pathlib.PurePath(name).suffix in WRITTEN_IN and not name.startswith(("tests/data/", "tests/docs/"))
+        ]
         self.texts = {name: (root / name).read_text(encoding="utf-8", errors="replace") for name in written}
         self.words = {word for text in self.texts.values() for word in re.findall(r"\w+", text)}
         presets = json.loads((root / "CMakePresets.json").read_text())["configurePresets"]

@@ -24,14 +24,27 @@ class NamesExist(unittest.TestCase):
             return [name for name, _ in names_exist.problems(self.tree, document)]
 
     def test_passes_what_there_is(self):
-        self.assertEqual(self.found_in(
-            "`src/session`, `VelmorindalSwitch`, `VelmorindalSwitch::connect()`, `SerialPort.cpp`, "
-            "`velmorindal-setup`, `.clang-format`, `0x63`, `src/session/*.h`\n"
-            "\n    scripts/run\n    cmake --preset release --target velmorindal-setup\n"), [])
+        self.assertEqual(
+            self.found_in(
+                "`src/session`, `VelmorindalSwitch`, `VelmorindalSwitch::connect()`, `SerialPort.cpp`, "
+                "`velmorindal-setup`, `.clang-format`, `0x63`, `src/session/*.h`\n"
+                "\n    scripts/run\n    cmake --preset release --target velmorindal-setup\n"
+            ),
+            [],
+        )
 
     def test_finds_a_path_a_file_a_class_a_member_and_a_program_that_are_not_there(self):
-        for name in ("src/gone", "Gone.cpp", "GoneClass", "gone_function()", "VelmorindalSwitch::noSuchMember()",
-                     "Gone::connect", "velmorindal-gone", "src/session/*.gone", ".gone-format"):
+        for name in (
+            "src/gone",
+            "Gone.cpp",
+            "GoneClass",
+            "gone_function()",
+            "VelmorindalSwitch::noSuchMember()",
+            "Gone::connect",
+            "velmorindal-gone",
+            "src/session/*.gone",
+            ".gone-format",
+        ):
             self.assertEqual(self.found_in(f"Look at `{name}`.\n"), [name])
 
     def test_finds_a_link_that_leads_nowhere(self):

@@ -14,65 +14,70 @@ import subprocess
 import sys
 import tempfile
 
-IS_X86_64 = platform.machine() == 'x86_64'
+IS_X86_64 = platform.machine() == "x86_64"
 
 
 def said_by(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True, env=dict(os.environ, LC_ALL='C')).stdout
+    return subprocess.run(command, check=True, capture_output=True, text=True, env=dict(os.environ, LC_ALL="C")).stdout
 
 
 def readelf(option, program):
-    return said_by('readelf', '--wide', option, program)
+    return said_by("readelf", "--wide", option, program)
 
 
 def is_position_independent(program):
-    return 'Type:                              DYN' in readelf('--file-header', program) and \
-        re.search(r'\(FLAGS_1\).*\bPIE\b', readelf('--dynamic', program)) is not None
+    return (
+        "Type:                              DYN" in readelf("--file-header", program)
+        and re.search(r"\(FLAGS_1\).*\bPIE\b", readelf("--dynamic", program)) is not None
+    )
 
 
 def has_read_only_relocations(program):
-    return 'GNU_RELRO' in readelf('--program-headers', program)
+    return "GNU_RELRO" in readelf("--program-headers", program)
 
 
 def is_bound_at_start(program):
-    return re.search(r'\(FLAGS\).*\bBIND_NOW\b|\(FLAGS_1\).*\bNOW\b', readelf('--dynamic', program)) is not None
+    return re.search(r"\(FLAGS\).*\bBIND_NOW\b|\(FLAGS_1\).*\bNOW\b", readelf("--dynamic", program)) is not None
 
 
 def has_data_only_stack(program):
-    stack = re.search(r'GNU_STACK(?:\s+0x\w+){5}\s+(\S+)', readelf('--program-headers', program))
-    return stack is not None and 'E' not in stack.group(1)
+    stack = re.search(r"GNU_STACK(?:\s+0x\w+){5}\s+(\S+)", readelf("--program-headers", program))
+    return stack is not None and "E" not in stack.group(1)
 
 
 def has_guarded_stack(program):
-    return '__stack_chk_fail' in readelf('--dyn-syms', program)
+    return "__stack_chk_fail" in readelf("--dyn-syms", program)
 
 
 def has_guarded_branches(program):
     # The note that says so of the whole program is not there: the linker drops it where the system's own start files
     # do without, as those of Debian do. So the code itself is looked at: where a call may land.
-    code = said_by('objdump', '--disassemble=main', '--no-show-raw-insn', program)
-    return re.search(r'<main>:\n\s+[0-9a-f]+:\s+endbr64', code) is not None
+    code = said_by("objdump", "--disassemble=main", "--no-show-raw-insn", program)
+    return re.search(r"<main>:\n\s+[0-9a-f]+:\s+endbr64", code) is not None
 
 
 def looks_for_libraries_where_the_system_does(program):
-    return re.search(r'\((RPATH|RUNPATH)\)', readelf('--dynamic', program)) is None
+    return re.search(r"\((RPATH|RUNPATH)\)", readelf("--dynamic", program)) is None
 
 
 CHECKS = [
     # what, check, flags with it, flags that take it away
-    ('position independent', is_position_independent, ['-fPIE', '-pie'], ['-fno-pie', '-no-pie']),
-    ('relocations read-only', has_read_only_relocations, ['-Wl,-z,relro'], ['-Wl,-z,norelro']),
-    ('bound at the start', is_bound_at_start, ['-Wl,-z,now'], ['-Wl,-z,lazy']),
-    ('stack not executable', has_data_only_stack, ['-Wl,-z,noexecstack'], ['-Wl,-z,execstack']),
-    ('stack protector', has_guarded_stack, ['-fstack-protector-strong'], ['-fno-stack-protector']),
-    ('no library path of its own', looks_for_libraries_where_the_system_does, [], ['-Wl,-rpath,/nowhere']),
-] + ([('control flow protection', has_guarded_branches, ['-fcf-protection'], ['-fcf-protection=none'])]
-     if IS_X86_64 else [])
+    ("position independent", is_position_independent, ["-fPIE", "-pie"], ["-fno-pie", "-no-pie"]),
+    ("relocations read-only", has_read_only_relocations, ["-Wl,-z,relro"], ["-Wl,-z,norelro"]),
+    ("bound at the start", is_bound_at_start, ["-Wl,-z,now"], ["-Wl,-z,lazy"]),
+    ("stack not executable", has_data_only_stack, ["-Wl,-z,noexecstack"], ["-Wl,-z,execstack"]),
+    ("stack protector", has_guarded_stack, ["-fstack-protector-strong"], ["-fno-stack-protector"]),
+    ("no library path of its own", looks_for_libraries_where_the_system_does, [], ["-Wl,-rpath,/nowhere"]),
+] + (
+    [("control flow protection", has_guarded_branches, ["-fcf-protection"], ["-fcf-protection=none"])]
+    if IS_X86_64
+    else []
+)
 
 # Calls that the compiler can see to be right are not made by way of a check, and so may leave none in a program.
-FLAGS = ['-D_FORTIFY_SOURCE=2', '-D_GLIBCXX_ASSERTIONS', '-fstack-clash-protection', '-O3']
+FLAGS = ["-D_FORTIFY_SOURCE=2", "-D_GLIBCXX_ASSERTIONS", "-fstack-clash-protection", "-O3"]
 
-SAMPLE = r'''
+SAMPLE = r"""
 #include <cstdio>
 #include <cstring>
 int main(int count, char** arguments) {
@@ -80,7 +85,7 @@ int main(int count, char** arguments) {
     std::strcpy(name, arguments[count - 1]);
     std::puts(name);
 }
-'''
+"""
 
 
 def missing(program):
@@ -89,8 +94,8 @@ def missing(program):
 
 def compiled_without(flag, commands):
     """The shipped sources that were compiled without it; all, where there are none."""
-    shipped = [entry for entry in commands if re.search(r'/(src|simulator)/', entry['file'])]
-    return [entry['file'] for entry in shipped if flag not in entry['command'].split()] if shipped else ['all']
+    shipped = [entry for entry in commands if re.search(r"/(src|simulator)/", entry["file"])]
+    return [entry["file"] for entry in shipped if flag not in entry["command"].split()] if shipped else ["all"]
 
 
 def check_commands(commands):
@@ -98,27 +103,29 @@ def check_commands(commands):
     for flag in FLAGS:
         without = compiled_without(flag, commands)
         failed = failed or bool(without)
-        print(f'{flag}: ' + (f'MISSING in {len(without)}, as in {without[0]}' if without else 'in every command'))
+        print(f"{flag}: " + (f"MISSING in {len(without)}, as in {without[0]}" if without else "in every command"))
     return failed
 
 
 def check_all(database, programs):
-    with open(database, encoding='utf-8') as file:
+    with open(database, encoding="utf-8") as file:
         failed = check_commands(json.load(file))
     for program in programs:
         absent = missing(program)
         failed = failed or bool(absent)
-        print(f'{os.path.basename(program)}: {len(CHECKS) - len(absent)} of {len(CHECKS)} protections'
-              + ''.join(f'; missing: {what}' for what in absent))
+        print(
+            f"{os.path.basename(program)}: {len(CHECKS) - len(absent)} of {len(CHECKS)} protections"
+            + "".join(f"; missing: {what}" for what in absent)
+        )
     return 1 if failed else 0
 
 
 def build(compiler, directory, left_out):
-    program = os.path.join(directory, 'sample')
-    flags = ['-O2']
+    program = os.path.join(directory, "sample")
+    flags = ["-O2"]
     for what, _, with_it, without_it in CHECKS:
         flags += without_it if what == left_out else with_it
-    subprocess.run([compiler, '-x', 'c++', '-', '-o', program] + flags, input=SAMPLE, text=True, check=True)
+    subprocess.run([compiler, "-x", "c++", "-", "-o", program] + flags, input=SAMPLE, text=True, check=True)
     return program
 
 
@@ -131,8 +138,8 @@ def check_the_checks(compiler):
             failed = failed or not seen
             print(f'without {left_out or "nothing"}: {"seen" if seen else f"NOT SEEN, but {absent}"}')
     for left_out in [None] + FLAGS:
-        command = ' '.join(['c++'] + [flag for flag in FLAGS if flag != left_out])
-        commands = [{'file': '/a/src/b.cpp', 'command': command}]
+        command = " ".join(["c++"] + [flag for flag in FLAGS if flag != left_out])
+        commands = [{"file": "/a/src/b.cpp", "command": command}]
         seen = [flag for flag in FLAGS if compiled_without(flag, commands)] == ([left_out] if left_out else [])
         failed = failed or not seen
         print(f'compiled without {left_out or "nothing"}: {"seen" if seen else "NOT SEEN"}')
@@ -140,13 +147,13 @@ def check_the_checks(compiler):
 
 
 def main(arguments):
-    if len(arguments) == 2 and arguments[0] == '--without-each':
+    if len(arguments) == 2 and arguments[0] == "--without-each":
         return check_the_checks(arguments[1])
-    if len(arguments) < 2 or arguments[0].startswith('-'):
+    if len(arguments) < 2 or arguments[0].startswith("-"):
         print(__doc__, file=sys.stderr)
         return 2
     return check_all(arguments[0], arguments[1:])
 
 
-if __name__ == '__main__':
+if __name__ == "__main__":
     sys.exit(main(sys.argv[1:]))

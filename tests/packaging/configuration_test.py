@@ -26,8 +26,12 @@ class Configured:
             build = pathlib.Path(directory)
             (build / ".cmake/api/v1/query").mkdir(parents=True)
             (build / ".cmake/api/v1/query/codemodel-v2").touch()
-            done = subprocess.run([CMAKE, "-G", GENERATOR, "-S", SOURCE, "-B", build, *options], text=True,
-                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+            done = subprocess.run(
+                [CMAKE, "-G", GENERATOR, "-S", SOURCE, "-B", build, *options],
+                text=True,
+                stdout=subprocess.PIPE,
+                stderr=subprocess.STDOUT,
+            )
             if done.returncode != 0:
                 raise AssertionError(f"{CMAKE} {options} ended with {done.returncode}:\n{done.stdout}")
             self.output = done.stdout
@@ -65,8 +69,9 @@ class Configuration(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             system = pathlib.Path(directory) / "Elsewhere.cmake"
             system.write_text("set(CMAKE_SYSTEM_NAME Elsewhere)\n")
-            elsewhere = Configured(f"-DCMAKE_PROJECT_INCLUDE={system}", "-DVELMORINDAL_TESTS=ON",
-                                   "-DVELMORINDAL_BENCHMARKS=ON")
+            elsewhere = Configured(
+                f"-DCMAKE_PROJECT_INCLUDE={system}", "-DVELMORINDAL_TESTS=ON", "-DVELMORINDAL_BENCHMARKS=ON"
+            )
 
         self.assertEqual(elsewhere.programs, {"velmorindal-setup"})
         self.assertEqual(elsewhere.installed_programs, {"velmorindal-setup"})

@@ -33,7 +33,7 @@ def rules():
             if not match:
                 raise ValueError(f"not a rule: {line}")
             tokens.append(match.groups()[:4])
-            rest = rest[match.end():]
+            rest = rest[match.end() :]
         yield tokens
 
 
@@ -58,16 +58,21 @@ class DeviceRule(unittest.TestCase):
 
     def test_keeps_devices_from_the_modem_manager_only_while_a_wizard_is_open(self):
         ignoring = [rule for rule in rules() for key, attribute, _, _ in rule if (attribute or "").startswith("ID_MM_")]
-        self.assertEqual(ignoring, [[("PROGRAM", None, "==", "/usr/bin/pgrep -x velmorindal-set"),
-                                     ("ENV", "ID_MM_PORT_IGNORE", "=", "1")]])
+        self.assertEqual(
+            ignoring,
+            [[("PROGRAM", None, "==", "/usr/bin/pgrep -x velmorindal-set"), ("ENV", "ID_MM_PORT_IGNORE", "=", "1")]],
+        )
 
     def test_comes_after_what_it_needs_and_before_access_is_given(self):
         self.assertLess("60-serial.rules", RULE.name)
         self.assertLess(RULE.name, "73-seat-late.rules")
 
     def test_udev_itself_finds_nothing_wrong_where_it_can_tell(self):
-        version = subprocess.run(["udevadm", "--version"], capture_output=True, text=True).stdout if shutil.which(
-            "udevadm") else "0"
+        version = (
+            subprocess.run(["udevadm", "--version"], capture_output=True, text=True).stdout
+            if shutil.which("udevadm")
+            else "0"
+        )
         if int(version.split()[0]) >= 254:
             verified = subprocess.run(["udevadm", "verify", str(RULE)], capture_output=True, text=True)
             self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)

@@ -67,8 +67,12 @@ class Install(unittest.TestCase):
         self.directory = pathlib.Path(temporary.name)
 
     def install(self, prefix, **environment):
-        done = subprocess.run([CMAKE, "--install", BUILD, "--prefix", str(prefix)], capture_output=True, text=True,
-                              env=os.environ | environment)
+        done = subprocess.run(
+            [CMAKE, "--install", BUILD, "--prefix", str(prefix)],
+            capture_output=True,
+            text=True,
+            env=os.environ | environment,
+        )
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
     def test_a_prefix_holds_everything_and_the_simulator_runs_from_there(self):

@@ -34,8 +34,9 @@ class Program:
     def __init__(self, command, environment):
         self.name = command[0]
         self.lines = []
-        self.process = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                        text=True)
+        self.process = subprocess.Popen(
+            command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True
+        )
         self.reader = threading.Thread(target=self.read)
         self.reader.start()
 
@@ -52,12 +53,17 @@ class Program:
         self.process.wait()
         self.reader.join()
         if kind:
-            print(f"{self.name} ended with {self.process.returncode}, and had said:", *self.lines, sep="\n    ",
-                  file=sys.stderr)
+            print(
+                f"{self.name} ended with {self.process.returncode}, and had said:",
+                *self.lines,
+                sep="\n    ",
+                file=sys.stderr,
+            )
 
     def wait_for_line(self, start, seconds=SECONDS):
         def found():
             return next((line for line in list(self.lines) if line.startswith(start)), None)
+
         return wait_for(found, f"the line {start}", seconds)
 
     def end(self, *signals):
@@ -90,9 +96,12 @@ class Screen:
     def manage(self, stack):
         reader, writer = os.pipe()
         # What it starts says that it manages the windows.
-        manager = subprocess.Popen(["openbox", "--startup", f"sh -c 'echo ready >/proc/{os.getpid()}/fd/{writer}'"],
-                                   env=os.environ | {"DISPLAY": self.display}, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL)
+        manager = subprocess.Popen(
+            ["openbox", "--startup", f"sh -c 'echo ready >/proc/{os.getpid()}/fd/{writer}'"],
+            env=os.environ | {"DISPLAY": self.display},
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
         stack.callback(manager.wait)
         stack.callback(manager.terminate)
         with os.fdopen(reader) as ready:
@@ -100,8 +109,9 @@ class Screen:
         os.close(writer)
 
     def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True,
-                              text=True).stdout.split()
+        return subprocess.run(
+            ["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True, text=True
+        ).stdout.split()
 
     def press(self, title, key):
         """Presses a key in the window of that title, as soon as there is one."""
@@ -141,10 +151,16 @@ def program_a_device(wizard, screen, look):
         raise Gone(f"the wizard ended with {status}")
 
 
-def run(wizard_command, simulator_command, simulator_environment, wizard_environment, port_is_there=lambda port: None,
-        look=lambda wizard: None):
-    """The whole of it. `port_is_there` is called with the simulated port before the wizard starts. The simulator's command
-    ends with its directory.
+def run(
+    wizard_command,
+    simulator_command,
+    simulator_environment,
+    wizard_environment,
+    port_is_there=lambda port: None,
+    look=lambda wizard: None,
+):
+    """The whole of it. `port_is_there` is called with the simulated port before the wizard starts. The simulator's
+    command ends with its directory.
 
     Returns the lines in which the simulated device lists what it has stored."""
     with contextlib.ExitStack() as stack:

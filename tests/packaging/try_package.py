@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Installs the package into a clean system of the release that this one is, programs a simulated device with what was installed, by keys, as a
-person without privileges, removes the package, and finds the system as it was.
+"""Installs the package into a clean system of the release that this one is, programs a simulated device with what was
+installed, by keys, as a person without privileges, removes the package, and finds the system as it was.
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc try_package.py PACKAGE DIRECTORY
 
@@ -23,22 +23,44 @@ NAME = "velmorindal-setup"
 PERSON = "1000:1000"
 HOME = "home/carer"
 # What package tools write down for themselves at every run, and what is no file of the system.
-PASSED_OVER = ("proc", "sys", "dev", "tmp", HOME, "var/log", "var/cache", "var/lib/apt", "var/lib/dpkg/status",
-               "var/lib/dpkg/status-old", "var/lib/dpkg/lock", "var/lib/dpkg/lock-frontend", "var/lib/dpkg/triggers")
+PASSED_OVER = (
+    "proc",
+    "sys",
+    "dev",
+    "tmp",
+    HOME,
+    "var/log",
+    "var/cache",
+    "var/lib/apt",
+    "var/lib/dpkg/status",
+    "var/lib/dpkg/status-old",
+    "var/lib/dpkg/lock",
+    "var/lib/dpkg/lock-frontend",
+    "var/lib/dpkg/triggers",
+)
 
 
 class CleanSystem:
     def __init__(self, root):
         self.root = root
-        self.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "HOME": "/root", "LC_ALL": "C.UTF-8",
-                            "DEBIAN_FRONTEND": "noninteractive"}
+        self.environment = {
+            "PATH": "/usr/sbin:/usr/bin:/sbin:/bin",
+            "HOME": "/root",
+            "LC_ALL": "C.UTF-8",
+            "DEBIAN_FRONTEND": "noninteractive",
+        }
         self.environment |= {name: value for name, value in os.environ.items() if name.lower().endswith("_proxy")}
 
     def make(self):
         # The directory becomes the root of everybody's tree.
         self.root.chmod(0o755)
-        run("debootstrap", "--variant=minbase", "--include=ca-certificates", platform.freedesktop_os_release()["VERSION_CODENAME"],
-            self.root)
+        run(
+            "debootstrap",
+            "--variant=minbase",
+            "--include=ca-certificates",
+            platform.freedesktop_os_release()["VERSION_CODENAME"],
+            self.root,
+        )
         shutil.rmtree(self.root / "etc/apt")
         shutil.copytree("/etc/apt", self.root / "etc/apt", symlinks=True)
         shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
@@ -79,8 +101,9 @@ def describe(path):
 
 
 def run(*command, environment=None):
-    done = subprocess.run(list(map(str, command)), env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                          text=True)
+    done = subprocess.run(
+        list(map(str, command)), env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True
+    )
     if done.returncode != 0:
         sys.exit(f"{' '.join(map(str, command))} ended with {done.returncode}:\n{done.stdout[-4000:]}")
     return done.stdout
@@ -121,11 +144,20 @@ def program_a_device(system):
     sockets.mkdir()
     pathlib.Path("/tmp/.X11-unix").mkdir(mode=0o1777, exist_ok=True)
     mount("--bind", "/tmp/.X11-unix", sockets)
-    environment = {"PATH": "/usr/bin:/bin", "HOME": f"/{HOME}", "XDG_RUNTIME_DIR": f"/{HOME}", "LC_ALL": "C.UTF-8",
-                   "VELMORINDAL_DEVICE_DIRECTORY": f"/{HOME}/dongles"}
-    _, stored = keyboard_run.run(system.as_person("/usr/bin/velmorindal-setup"),
-                                 system.as_person("/usr/bin/velmorindal-simulator", f"/{HOME}/dongles"), environment,
-                                 environment, look=needs_no_plugin_for_the_logo)
+    environment = {
+        "PATH": "/usr/bin:/bin",
+        "HOME": f"/{HOME}",
+        "XDG_RUNTIME_DIR": f"/{HOME}",
+        "LC_ALL": "C.UTF-8",
+        "VELMORINDAL_DEVICE_DIRECTORY": f"/{HOME}/dongles",
+    }
+    _, stored = keyboard_run.run(
+        system.as_person("/usr/bin/velmorindal-setup"),
+        system.as_person("/usr/bin/velmorindal-simulator", f"/{HOME}/dongles"),
+        environment,
+        environment,
+        look=needs_no_plugin_for_the_logo,
+    )
     print("programmed by what was installed:", "; ".join(stored))
 
 

@@ -37,8 +37,13 @@ class System:
         make_bare_dev(root / "dev")
 
     def call(self, *command):
-        done = subprocess.run(list(map(str, command)), env=self.environment, stdin=subprocess.DEVNULL, stdout=self.log,
-                              stderr=subprocess.STDOUT)
+        done = subprocess.run(
+            list(map(str, command)),
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=self.log,
+            stderr=subprocess.STDOUT,
+        )
         if done.returncode != 0:
             raise RuntimeError(f"{command[0]} ended with {done.returncode}")
 
@@ -46,9 +51,15 @@ class System:
         """Runs a command in the tree there. Returns whether it succeeded, and what it printed."""
         self.log.write(f"--- {command}\n")
         self.log.flush()
-        done = subprocess.run(["chroot", self.root, "sh", "-c", f"cd /velmorindal && {command}"], env=self.environment,
-                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                              errors="replace")
+        done = subprocess.run(
+            ["chroot", self.root, "sh", "-c", f"cd /velmorindal && {command}"],
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+            text=True,
+            errors="replace",
+        )
         self.log.write(done.stdout)
         self.log.flush()
         return done.returncode == 0, done.stdout

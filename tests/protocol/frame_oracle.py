@@ -192,9 +192,7 @@ def command_payload(name, fields):
         return byte("proto")
     if name == "VCHumDuration":
         return (
-            byte("detect_mode")
-            + word("min_short", "max_short", "min_long", "max_long")
-            + byte("hold_on", "hold_off")
+            byte("detect_mode") + word("min_short", "max_short", "min_long", "max_long") + byte("hold_on", "hold_off")
         )
     if name == "VCHumThresholds":
         return pattern("apThreshold", "siThreshold")

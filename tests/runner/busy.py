@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""`busy.py COMMAND...` runs a command on a busy machine: beside eight loops and a process that writes to the disk without
-pause, all at normal priority. They end with the command, or with this process, however it ends."""
+"""`busy.py COMMAND...` runs a command on a busy machine: beside eight loops and a process that writes to the disk
+without pause, all at normal priority. They end with the command, or with this process, however it ends."""
 
 import ctypes
 import multiprocessing

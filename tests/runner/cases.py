@@ -44,9 +44,17 @@ class Job:
             os.makedirs(self.directory, exist_ok=True)
         lines, results = [], {}
         try:
-            process = subprocess.Popen(self.command, cwd=self.directory, env=self.environment, text=True, errors="replace",
-                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                       start_new_session=True)
+            process = subprocess.Popen(
+                self.command,
+                cwd=self.directory,
+                env=self.environment,
+                text=True,
+                errors="replace",
+                stdin=subprocess.DEVNULL,
+                stdout=subprocess.PIPE,
+                stderr=subprocess.STDOUT,
+                start_new_session=True,
+            )
         except OSError as error:
             return self.outcome({}, f"{self.name}: {error}\n", 1, ended)
         watch = Watch(process, self.seconds, renewable=self.is_share)
@@ -117,16 +125,18 @@ class Watch:
 
 def tests_in(directory):
     """The registered tests, as CTest describes them."""
-    shown = subprocess.run(["ctest", "--test-dir", directory, "--show-only=json-v1"], check=True, capture_output=True,
-                           text=True).stdout
+    shown = subprocess.run(
+        ["ctest", "--test-dir", directory, "--show-only=json-v1"], check=True, capture_output=True, text=True
+    ).stdout
     # One whose program is not there has no command.
     return [{"command": [test["name"]], "properties": []} | test for test in json.loads(shown)["tests"]]
 
 
 def names_of(command, environment):
     """The names of a program's tests, without those that are disabled."""
-    listed = subprocess.run([*command, "--gtest_list_tests"], env=environment, check=True, capture_output=True, text=True,
-                            timeout=LISTING).stdout
+    listed = subprocess.run(
+        [*command, "--gtest_list_tests"], env=environment, check=True, capture_output=True, text=True, timeout=LISTING
+    ).stdout
     names, suite = [], ""
     for line in listed.splitlines():
         name = line.split("#")[0].strip()

@@ -38,8 +38,16 @@ class Count:
 def run(command, stage, environment=None):
     """Runs a command that says how far it is, and returns whether it succeeded and what it said."""
     said = []
-    with subprocess.Popen(command, cwd=ROOT, env=environment, text=True, errors="replace", stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as process:
+    with subprocess.Popen(
+        command,
+        cwd=ROOT,
+        env=environment,
+        text=True,
+        errors="replace",
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+    ) as process:
         for line in process.stdout:
             said.append(line)
             stage.read(line)
@@ -114,8 +122,9 @@ def report(preset, outcomes, count):
     for each in outcomes:
         if each.failed:
             print(*each.output.splitlines()[-200:], sep="\n")
-    for reason in sorted({line for each in outcomes if each.skipped for line in each.output.splitlines()
-                          if line.startswith("skipped: ")}):
+    for reason in sorted(
+        {line for each in outcomes if each.skipped for line in each.output.splitlines() if line.startswith("skipped: ")}
+    ):
         print(f"{preset}: {reason}")
     for name in sorted(name for each in outcomes for name in each.failed):
         print(f"FAILED in {preset}: {name}")
@@ -124,23 +133,28 @@ def report(preset, outcomes, count):
         print(f"FAILED: the {preset} preset ran no test")
         failed += 1
     count.add(passed, failed, skipped)
-    report_amounts(preset, log, sum("FaultMatrixTest." in name for each in outcomes for name in each.passed + each.failed),
-                 count)
+    report_amounts(
+        preset, log, sum("FaultMatrixTest." in name for each in outcomes for name in each.passed + each.failed), count
+    )
 
 
 def report_amounts(preset, log, cells_run, count):
     """Says how much the tests that search went through, and sees that every cell of the fault matrix was run."""
     for line in re.findall(r"(?m)^.* inputs replayed$", log):
         print(f"{preset}: {line}")
-    for what, pattern in (("Monkey: {} steps", r"(?m)^Monkey: (\d+) steps, seed "),
-                          ("Schedules explored: {}", r"(?m)^Schedules explored: (\d+) ")):
+    for what, pattern in (
+        ("Monkey: {} steps", r"(?m)^Monkey: (\d+) steps, seed "),
+        ("Schedules explored: {}", r"(?m)^Schedules explored: (\d+) "),
+    ):
         if amounts := re.findall(pattern, log):
             print(f"{preset}:", what.format(sum(map(int, amounts))))
     cells = re.search(r"(?m)^Fault matrix: (\d+) cells, ", log)
     if cells and int(cells[1]) == cells_run:
         print(f"{preset}: Fault matrix: {cells_run} cells, every one run")
     else:
-        print(f"FAILED: of the {cells[1] if cells else 'unknown'} cells of the fault matrix {cells_run} were run in {preset}")
+        print(
+            f"FAILED: of the {cells[1] if cells else 'unknown'} cells of the fault matrix {cells_run} were run in {preset}"
+        )
         count.add(failed=1)
 
 

@@ -51,22 +51,29 @@ class Runner(unittest.TestCase):
     def run_program(self, *actions, status=0, listing=0):
         """Returns the numbers of tests that passed, failed and were skipped, and what was printed."""
         program = self.directory / "program.py"
-        program.write_text(PROGRAM.format(tests=[(f"Test{n}", action) for n, action in enumerate(actions)],
-                                          status=status, listing=listing))
+        program.write_text(
+            PROGRAM.format(
+                tests=[(f"Test{n}", action) for n, action in enumerate(actions)], status=status, listing=listing
+            )
+        )
         return self.run_test([sys.executable, str(program)], "LABELS googletest")
 
     def run_test(self, command, *properties):
         quoted = " ".join(f'"{each}"' for each in command)
-        (self.directory / "CTestTestfile.cmake").write_text(f"add_test(each {quoted})\n" + "".join(
-            f"set_tests_properties(each PROPERTIES {each})\n" for each in properties))
+        (self.directory / "CTestTestfile.cmake").write_text(
+            f"add_test(each {quoted})\n"
+            + "".join(f"set_tests_properties(each PROPERTIES {each})\n" for each in properties)
+        )
         jobs = cases.jobs_of("preset", self.directory, os.environ)
         reported = []
         outcomes = [job.run(lambda name, how: reported.append(name)) for job in jobs]
         names = [name for each in outcomes for kind in each[:3] for name in kind]
         self.assertEqual(sorted(reported), sorted(names))
         self.assertEqual(sorted(names), sorted(name for job in jobs for name in job.names))
-        return (*(sum(len(each[kind]) for each in outcomes) for kind in range(3)),
-                "".join(each.output for each in outcomes))
+        return (
+            *(sum(len(each[kind]) for each in outcomes) for kind in range(3)),
+            "".join(each.output for each in outcomes),
+        )
 
     def test_tests_that_pass_fail_and_are_skipped(self):
         self.assertEqual(self.run_program(PASS, FAIL, SKIP)[:3], (1, 1, 1))
@@ -106,16 +113,21 @@ class Runner(unittest.TestCase):
 
     def test_a_check_has_its_directory_and_environment(self):
         place = self.directory / "place"
-        found = self.run_test(["sh", "-c", "pwd; echo $WORD"], f'WORKING_DIRECTORY "{place}"', "ENVIRONMENT WORD=spoken")
+        found = self.run_test(
+            ["sh", "-c", "pwd; echo $WORD"], f'WORKING_DIRECTORY "{place}"', "ENVIRONMENT WORD=spoken"
+        )
         self.assertEqual(found[3], f"{place}\nspoken\n")
 
     def test_what_a_check_needs_and_is_missing_skips_it(self):
         needing = str(HERE / "needing")
         found = self.run_test([needing, "sh", "no-such-program", "--", "false"], "SKIP_RETURN_CODE 77")
         self.assertEqual(found, (0, 0, 1, "skipped: there is no no-such-program here\n"))
-        self.assertEqual(self.run_test([needing, "python3:no_such_module", "--", "false"], "SKIP_RETURN_CODE 77")[:3],
-                         (0, 0, 1))
-        self.assertEqual(self.run_test([needing, "sh", "python3:os", "--", "true"], "SKIP_RETURN_CODE 77")[:3], (1, 0, 0))
+        self.assertEqual(
+            self.run_test([needing, "python3:no_such_module", "--", "false"], "SKIP_RETURN_CODE 77")[:3], (0, 0, 1)
+        )
+        self.assertEqual(
+            self.run_test([needing, "sh", "python3:os", "--", "true"], "SKIP_RETURN_CODE 77")[:3], (1, 0, 0)
+        )
 
 
 class Said(unittest.TestCase):
@@ -132,8 +144,10 @@ class Said(unittest.TestCase):
         terminal = io.StringIO()
         terminal.isatty = lambda: True
         said = self.said(terminal)
-        self.assertEqual([part for part in said.split("\r\033[K") if part][1:],
-                         ["Building: 1 of 2 steps", "Building: 2 of 2 steps", "Building: 2 of 2 steps in 12 s\n"])
+        self.assertEqual(
+            [part for part in said.split("\r\033[K") if part][1:],
+            ["Building: 1 of 2 steps", "Building: 2 of 2 steps", "Building: 2 of 2 steps in 12 s\n"],
+        )
 
     def test_what_is_not_shown_yet_takes_its_time_and_says_nothing(self):
         terminal = io.StringIO()
@@ -143,8 +157,10 @@ class Said(unittest.TestCase):
         self.assertEqual(terminal.getvalue(), "")
         with stage:
             stage.step(2, 2)
-        self.assertEqual([part for part in terminal.getvalue().split("\r\033[K") if part],
-                         ["Linting: 1 of 2 files", "Linting: 2 of 2 files", "Linting: 2 of 2 files in 12 s\n"])
+        self.assertEqual(
+            [part for part in terminal.getvalue().split("\r\033[K") if part],
+            ["Linting: 1 of 2 files", "Linting: 2 of 2 files", "Linting: 2 of 2 files in 12 s\n"],
+        )
 
 
 def runs(process):
@@ -158,14 +174,22 @@ def runs(process):
 class Busy(unittest.TestCase):
     def test_the_load_is_there_beside_the_command_and_gone_after_it_and_the_status_is_the_commands(self):
         count = "ps -o stat=,ni= --ppid $PPID; exit 3"
-        done = subprocess.run([sys.executable, "-B", HERE / "busy.py", "sh", "-c", count], capture_output=True, text=True,
-                              start_new_session=True)
+        done = subprocess.run(
+            [sys.executable, "-B", HERE / "busy.py", "sh", "-c", count],
+            capture_output=True,
+            text=True,
+            start_new_session=True,
+        )
         self.assertEqual(done.returncode, 3, done.stderr)
         self.assertEqual(len(done.stdout.splitlines()), 8 + 1 + 1, done.stdout)
 
     def test_the_load_ends_even_where_the_process_that_made_it_is_killed(self):
-        with subprocess.Popen([sys.executable, "-B", HERE / "busy.py", "sh", "-c", "echo up; sleep 60"],
-                              stdout=subprocess.PIPE, text=True, start_new_session=True) as busy:
+        with subprocess.Popen(
+            [sys.executable, "-B", HERE / "busy.py", "sh", "-c", "echo up; sleep 60"],
+            stdout=subprocess.PIPE,
+            text=True,
+            start_new_session=True,
+        ) as busy:
             self.assertEqual(busy.stdout.readline(), "up\n")
             load = self.loops_of(busy.pid)
             self.assertEqual(len(load), 9)
@@ -179,7 +203,9 @@ class Busy(unittest.TestCase):
 
     @staticmethod
     def loops_of(parent):
-        listed = subprocess.run(["ps", "-o", "pid=,comm=", "--ppid", str(parent)], capture_output=True, text=True).stdout
+        listed = subprocess.run(
+            ["ps", "-o", "pid=,comm=", "--ppid", str(parent)], capture_output=True, text=True
+        ).stdout
         return [line.split()[0] for line in listed.splitlines() if line.split()[1] != "sh"]
 
 

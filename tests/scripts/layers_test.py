@@ -71,8 +71,13 @@ BUILT = [layer for layer in LAYERS if layer in OPTIONS]
 
 def complaint(layer, text):
     """What the compiler says of a file of that layer, in its first line; nothing when it takes it."""
-    done = subprocess.run([*OPTIONS[layer], "-fsyntax-only", "-x", "c++", "-"], input=text, text=True,
-                          capture_output=True, env=os.environ | {"LC_ALL": "C"})
+    done = subprocess.run(
+        [*OPTIONS[layer], "-fsyntax-only", "-x", "c++", "-"],
+        input=text,
+        text=True,
+        capture_output=True,
+        env=os.environ | {"LC_ALL": "C"},
+    )
     return "" if done.returncode == 0 else done.stderr.split("\n")[0]
 
 
@@ -90,8 +95,12 @@ class Layers(unittest.TestCase):
         self.assertLessEqual({"session", "views", "simulator"}, set(BUILT))
 
     def test_a_header_that_is_not_below_is_refused(self):
-        pairs = [(layer, other) for layer in BUILT for other, (folder, _, _) in LAYERS.items()
-                 if other not in (layer, *LAYERS[layer][2]) and folder != LAYERS[layer][0]]
+        pairs = [
+            (layer, other)
+            for layer in BUILT
+            for other, (folder, _, _) in LAYERS.items()
+            if other not in (layer, *LAYERS[layer][2]) and folder != LAYERS[layer][0]
+        ]
         self.assertGreater(len(pairs), 80)
         for pair, said in zip(pairs, complaints((layer, LAYERS[other][1]) for layer, other in pairs)):
             with self.subTest(pair):

@@ -47,7 +47,7 @@ class Setup(unittest.TestCase):
     def system(self, installed="", offered="", said="", status=0, versions=None):
         versions = VERSIONS | (versions or {})
         for name, body in PROGRAMS.items():
-            (self.bin / name).write_text(f'#!/usr/bin/env bash\nhere={self.bin}\n{body}\n')
+            (self.bin / name).write_text(f"#!/usr/bin/env bash\nhere={self.bin}\n{body}\n")
             (self.bin / name).chmod(0o755)
         for file, names in (("installed", installed), ("offered", offered)):
             (self.bin / file).write_text("".join(f"{name} {versions.get(name, '1')}\n" for name in names.split()))
@@ -76,7 +76,9 @@ class Setup(unittest.TestCase):
         status, output, errors, called = self.setup("run")
         self.assertEqual((status, errors), (0, ""))
         self.assertEqual(output, "Installing: qt6-svg-dev libutfcpp-dev fonts-dejavu-core\n")
-        self.assertEqual(called, ["update", "install -y --no-install-recommends qt6-svg-dev libutfcpp-dev fonts-dejavu-core"])
+        self.assertEqual(
+            called, ["update", "install -y --no-install-recommends qt6-svg-dev libutfcpp-dev fonts-dejavu-core"]
+        )
 
     def test_takes_the_name_that_the_system_has(self):
         self.system(offered=BUILD.replace("qt6-svg-dev", "libqt6svg6-dev"))
@@ -88,7 +90,9 @@ class Setup(unittest.TestCase):
         self.system(offered=f"{BUILD} git procps python3 libgtest-dev libgmock-dev python3-serial socat")
         status, output, errors, _ = self.setup("test")
         self.assertEqual((status, errors), (0, ""))
-        self.assertEqual(output.split()[-7:], "git procps python3 libgtest-dev libgmock-dev python3-serial socat".split())
+        self.assertEqual(
+            output.split()[-7:], "git procps python3 libgtest-dev libgmock-dev python3-serial socat".split()
+        )
 
     def test_names_what_the_system_does_not_have(self):
         self.system(offered=BUILD.replace("libutfcpp-dev", ""))

@@ -23,13 +23,18 @@ def acm_function(index, packet, protocol):
     control, data = 2 * index, 2 * index + 1
     # The notifications' endpoint, then the data's.
     numbers = 2 * index + 1, 2 * index + 2
-    return (struct.pack("<8B", 8, 11, control, 2, 2, 2, protocol, 0) +
-            interface(control, 1, 2, 2, protocol) +
-            struct.pack("<BBBH", 5, 0x24, 0, 0x0110) + struct.pack("<5B", 5, 0x24, 1, 0, data) +
-            struct.pack("<4B", 4, 0x24, 2, 2) + struct.pack("<5B", 5, 0x24, 6, control, data) +
-            endpoint(0x80 | numbers[0], 3, 8, 10) +
-            interface(data, 2, 10, 0, 0) +
-            endpoint(numbers[1], 2, packet) + endpoint(0x80 | numbers[1], 2, packet))
+    return (
+        struct.pack("<8B", 8, 11, control, 2, 2, 2, protocol, 0)
+        + interface(control, 1, 2, 2, protocol)
+        + struct.pack("<BBBH", 5, 0x24, 0, 0x0110)
+        + struct.pack("<5B", 5, 0x24, 1, 0, data)
+        + struct.pack("<4B", 4, 0x24, 2, 2)
+        + struct.pack("<5B", 5, 0x24, 6, control, data)
+        + endpoint(0x80 | numbers[0], 3, 8, 10)
+        + interface(data, 2, 10, 0, 0)
+        + endpoint(numbers[1], 2, packet)
+        + endpoint(0x80 | numbers[1], 2, packet)
+    )
 
 
 def descriptors(functions, packet, vendor, product, protocol):

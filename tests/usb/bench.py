@@ -23,6 +23,7 @@ def check(statement, *parameters, name=None):
     def register(function):
         CHECKS[name or function.__name__] = (statement, lambda bench: function(bench, *parameters))
         return function
+
     return register
 
 
@@ -35,8 +36,8 @@ class Machine:
 
 
 class Bench:
-    """For one check. Everything is pulled and ended when its context ends; pulling comes first, because a wizard may wait
-    for a device that answers no more."""
+    """For one check. Everything is pulled and ended when its context ends; pulling comes first, because a wizard may
+    wait for a device that answers no more."""
 
     def __init__(self, machine, name):
         self.machine = machine
@@ -75,8 +76,10 @@ class Bench:
     def pull(dongle):
         before = nodes()
         dongle.pull()
-        wait_for(lambda: len(nodes()) < len(before) and all(link.exists() for link in links()),
-                 "the port of the pulled dongle to vanish")
+        wait_for(
+            lambda: len(nodes()) < len(before) and all(link.exists() for link in links()),
+            "the port of the pulled dongle to vanish",
+        )
 
     @staticmethod
     def is_plugged(dongle):
@@ -86,7 +89,9 @@ class Bench:
         """Started, with its window on the screen. See Wizard for `printing`."""
         self._programs += 1
         log = LOGS / f"{self.name}-{self._programs}"
-        wizard = self._started.enter_context(Wizard(self.machine.people[person], self.desktop, log, environment, printing))
+        wizard = self._started.enter_context(
+            Wizard(self.machine.people[person], self.desktop, log, environment, printing)
+        )
         wait_for(lambda: wizard.windows(), "the window of the wizard")
         wizard.is_at("Welcome")
         return wizard
@@ -118,8 +123,12 @@ def attributes(path="/dev/ttyACM0"):
 def holds_back(path="/dev/ttyACM0"):
     """Whether the line waits for a minimum of bytes or echoes."""
     text = attributes(path)
-    return {"min": int(re.search(r"\bmin = (\d+)", text)[1]), "time": int(re.search(r"\btime = (\d+)", text)[1]),
-            "echo": "-echo " not in text, "icanon": "-icanon" not in text}
+    return {
+        "min": int(re.search(r"\bmin = (\d+)", text)[1]),
+        "time": int(re.search(r"\btime = (\d+)", text)[1]),
+        "echo": "-echo " not in text,
+        "icanon": "-icanon" not in text,
+    }
 
 
 def expect_left(wizard):

@@ -30,7 +30,9 @@ def stops_taking_data(bench):
     return dongle, wizard
 
 
-@check("closing while the device takes no data: the window is gone within half a second, and the program ends by itself")
+@check(
+    "closing while the device takes no data: the window is gone within half a second, and the program ends by itself"
+)
 def closing(bench):
     healthy = bench.dongle()
     wizard = bench.connected()

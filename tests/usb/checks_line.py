@@ -1,4 +1,5 @@
-"""What a line does that no pseudo-terminal shows: other programs' settings, echo, devices that take no data, packets."""
+"""What a line does that no pseudo-terminal shows: other programs' settings, echo, devices that take no data,
+packets."""
 
 import contextlib
 import os
@@ -62,8 +63,10 @@ def early_bytes(bench):
     dongle.say(bytes.fromhex("72 62 74 08 cd cc 4c 3d a4 70 bd 3e"))
     wait_for(lambda: dongle.has_sent(2), "the host to take the bytes")
     wizard.let_print()
-    wait_for(lambda: wizard.output.time_of("Could not connect.") or wizard.output.time_of("Status updated now:"),
-             "the end of the search")
+    wait_for(
+        lambda: wizard.output.time_of("Could not connect.") or wizard.output.time_of("Status updated now:"),
+        "the end of the search",
+    )
     query = CONNECTING[0]
     asked = (query, query * 2, b"".join(CONNECTING))
     expect(bytes(dongle.bytes) in asked, True, f"whether {dongle.bytes.hex(' ')} is what the wizard asks")
@@ -128,8 +131,11 @@ def half_fitting_frame(bench):
     wizard.wait_for_line("Save done.")
     bench.note = f"{room - 8} bytes of another program in front"
     whole = b"".join(CONNECTING + WRITING[:4]) + bytes(room - 8) + b"".join(WRITING[4:])
-    wait_for(lambda: len(dongle.bytes) >= len(whole),
-             lambda: f"all that is to be sent; the last bytes are {dongle.bytes[-16:].hex(' ')}", seconds=20)
+    wait_for(
+        lambda: len(dongle.bytes) >= len(whole),
+        lambda: f"all that is to be sent; the last bytes are {dongle.bytes[-16:].hex(' ')}",
+        seconds=20,
+    )
     expect(bytes(dongle.bytes), whole, "all that was sent")
     expect(wizard.leave(), 0, "the exit status")
 

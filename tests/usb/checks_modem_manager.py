@@ -20,8 +20,12 @@ TIME_TO_GO = 90
 
 def modem_manager():
     """Its process."""
-    shown = subprocess.run(["systemctl", "show", "--property=MainPID", "--value", "ModemManager"], capture_output=True,
-                           text=True, check=True).stdout
+    shown = subprocess.run(
+        ["systemctl", "show", "--property=MainPID", "--value", "ModemManager"],
+        capture_output=True,
+        text=True,
+        check=True,
+    ).stdout
     process = int(shown)
     if not process:
         raise Failed("ModemManager does not run")
@@ -30,6 +34,7 @@ def modem_manager():
 
 def make_it_probe(bench):
     """Tells ModemManager by a property of the device to look whether it is a modem."""
+
     def reload():
         subprocess.run(["udevadm", "control", "--reload"], check=True)
 
@@ -51,8 +56,10 @@ def wait_until_it_has_gone(bench, dongle):
             quiet = time.monotonic()
         time.sleep(0.1)
     opened, left = dongle.line_states[0][0], dongle.line_states[-1][0]
-    bench.note = (f"opened {opened - dongle.plugged_at:.1f} s after the plug, for {left - opened:.1f} s, "
-                  f"{len(dongle.bytes)} bytes in {dongle.packets} packets")
+    bench.note = (
+        f"opened {opened - dongle.plugged_at:.1f} s after the plug, for {left - opened:.1f} s, "
+        f"{len(dongle.bytes)} bytes in {dongle.packets} packets"
+    )
 
 
 @check("ModemManager as it comes: opens no port of a device with one function, and the wizard saves, exact to the byte")
@@ -88,10 +95,18 @@ def busy_with_modem_manager(bench, told_to_probe, functions):
     expect_reason(wizard, "/dev/cu.usbmodem0", "busy")
 
 
-check("ModemManager told to probe: says that the port is busy, and connects once it is free", True, 1,
-      name="modem_manager_told_to_probe")(busy_with_modem_manager)
-check("ModemManager with a device of two functions: says that the port is busy, and connects once it is free", False, 2,
-      name="modem_manager_two_functions")(busy_with_modem_manager)
+check(
+    "ModemManager told to probe: says that the port is busy, and connects once it is free",
+    True,
+    1,
+    name="modem_manager_told_to_probe",
+)(busy_with_modem_manager)
+check(
+    "ModemManager with a device of two functions: says that the port is busy, and connects once it is free",
+    False,
+    2,
+    name="modem_manager_two_functions",
+)(busy_with_modem_manager)
 
 
 @check("plugged in while the wizard is open, ModemManager told to probe: it leaves the port alone")

@@ -28,10 +28,18 @@ def pulled_while_showing(bench, key, started):
     expect_left(wizard)
 
 
-check("pulled during Show Duration: at most two lines a second, and the page says that no readings arrive",
-      "alt+d", lambda dongle: lambda: dongle.count(LAST_HUM) > 5, name="pulled_showing_duration")(pulled_while_showing)
-check("pulled during Show Clarity: at most two lines a second, and the page says that no readings arrive",
-      "alt+h", lambda dongle: dongle.streams, name="pulled_showing_clarity")(pulled_while_showing)
+check(
+    "pulled during Show Duration: at most two lines a second, and the page says that no readings arrive",
+    "alt+d",
+    lambda dongle: lambda: dongle.count(LAST_HUM) > 5,
+    name="pulled_showing_duration",
+)(pulled_while_showing)
+check(
+    "pulled during Show Clarity: at most two lines a second, and the page says that no readings arrive",
+    "alt+h",
+    lambda dongle: dongle.streams,
+    name="pulled_showing_clarity",
+)(pulled_while_showing)
 
 
 def pulled_in_exchange(bench, key, exchange):
@@ -54,10 +62,17 @@ def pulled_in_exchange(bench, key, exchange):
     expect(bytes(dongle.bytes), b"", "what the host sent after the dongle was plugged in again")
 
 
-for _what, _key, _exchange in (("clarity_begins", "alt+h", (AUTO_TUNE, 1)), ("clarity_ends", "alt+h", (AUTO_TUNE, 2)),
-                               ("duration_begins", "alt+d", (LAST_HUM, 1))):
-    check(f"pulled when the display of the {_what.replace('_', ' ')}: the next page can be reached, and the program ends",
-          _key, _exchange, name=f"pulled_as_{_what}")(pulled_in_exchange)
+for _what, _key, _exchange in (
+    ("clarity_begins", "alt+h", (AUTO_TUNE, 1)),
+    ("clarity_ends", "alt+h", (AUTO_TUNE, 2)),
+    ("duration_begins", "alt+d", (LAST_HUM, 1)),
+):
+    check(
+        f"pulled when the display of the {_what.replace('_', ' ')}: the next page can be reached, and the program ends",
+        _key,
+        _exchange,
+        name=f"pulled_as_{_what}",
+    )(pulled_in_exchange)
 
 
 @check("silent during Show Clarity: the page says that no readings arrive, and that is gone once they do")
@@ -70,8 +85,12 @@ def silent_while_showing_clarity(bench):
     dongle.pause_reports(True)
     wizard.hears("No readings are arriving")
     dongle.pause_reports(False)
-    wait_for(lambda: not any("No readings are arriving" in spoken for window in wizard.windows() for spoken in window["spoken"]),
-             "the words to go")
+    wait_for(
+        lambda: not any(
+            "No readings are arriving" in spoken for window in wizard.windows() for spoken in window["spoken"]
+        ),
+        "the words to go",
+    )
     wizard.press("alt+h")
     wizard.close_window()
     expect_left(wizard)

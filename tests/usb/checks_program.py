@@ -1,25 +1,29 @@
 """The whole way from plugging in to the stored settings, and the dongle pulled at every point of it."""
 
 from bench import check, expect_left
-from dongle import (CONNECTING, DURATION, KEYS, PATH, PROTOCOL, RELAYS, STATUS, STORE, THRESHOLDS, VERSION, WRITING)
+from dongle import CONNECTING, DURATION, KEYS, PATH, PROTOCOL, RELAYS, STATUS, STORE, THRESHOLDS, VERSION, WRITING
 from waiting import expect, wait_for
 
 NO_DONGLE = "Could not detect Velmorindal Dongle."
-READING = (("the first version", (VERSION, 1), NO_DONGLE),
-           ("the version", (VERSION, 2), "CC/NR"),
-           ("the status", (STATUS, 1), "VS/CC"),
-           ("the protocol", (PROTOCOL, 1), "VC/TC"),
-           ("the output path", (PATH, 1), "VC/TC"),
-           ("the hum duration", (DURATION, 1), "VC/TC"),
-           ("the thresholds", (THRESHOLDS, 1), "VC/TC"),
-           ("the keys", (KEYS, 1), "VC/TC"))
-WRITTEN = (("the protocol", (PROTOCOL, 2), "PS/TC2"),
-           ("the output path", (PATH, 2), "OP/TC"),
-           ("the hum duration", (DURATION, 2), "HD/TC"),
-           ("the relays", (RELAYS, 1), "RC/TC"),
-           ("the thresholds", (THRESHOLDS, 2), "HT/TC"),
-           ("the keys", (KEYS, 2), "KC/TC"),
-           ("the order to store", (STORE, 1), "WS/TC"))
+READING = (
+    ("the first version", (VERSION, 1), NO_DONGLE),
+    ("the version", (VERSION, 2), "CC/NR"),
+    ("the status", (STATUS, 1), "VS/CC"),
+    ("the protocol", (PROTOCOL, 1), "VC/TC"),
+    ("the output path", (PATH, 1), "VC/TC"),
+    ("the hum duration", (DURATION, 1), "VC/TC"),
+    ("the thresholds", (THRESHOLDS, 1), "VC/TC"),
+    ("the keys", (KEYS, 1), "VC/TC"),
+)
+WRITTEN = (
+    ("the protocol", (PROTOCOL, 2), "PS/TC2"),
+    ("the output path", (PATH, 2), "OP/TC"),
+    ("the hum duration", (DURATION, 2), "HD/TC"),
+    ("the relays", (RELAYS, 1), "RC/TC"),
+    ("the thresholds", (THRESHOLDS, 2), "HT/TC"),
+    ("the keys", (KEYS, 2), "KC/TC"),
+    ("the order to store", (STORE, 1), "WS/TC"),
+)
 PAGES = ("Connect", "Mode", "Ouptut", "Calibration", "Summary")
 
 
@@ -79,8 +83,11 @@ def pulled_on_page(bench, page):
 
 
 for _page in PAGES:
-    check(f"pulled and plugged in again on the {'Output' if _page == 'Ouptut' else _page} page: saving fails with its text",
-          _page, name=f"pulled_on_{'output' if _page == 'Ouptut' else _page.lower()}")(pulled_on_page)
+    check(
+        f"pulled and plugged in again on the {'Output' if _page == 'Ouptut' else _page} page: saving fails with its text",
+        _page,
+        name=f"pulled_on_{'output' if _page == 'Ouptut' else _page.lower()}",
+    )(pulled_on_page)
 
 
 def pulled_while_reading(bench, query, text):
@@ -98,8 +105,12 @@ def pulled_while_reading(bench, query, text):
 
 
 for _what, _query, _text in READING:
-    check(f"pulled when asked for {_what}: {_text.removesuffix('.')}", _query, _text,
-          name=f"pulled_reading_{_what.removeprefix('the ').replace(' ', '_')}")(pulled_while_reading)
+    check(
+        f"pulled when asked for {_what}: {_text.removesuffix('.')}",
+        _query,
+        _text,
+        name=f"pulled_reading_{_what.removeprefix('the ').replace(' ', '_')}",
+    )(pulled_while_reading)
 
 
 def pulled_while_writing(bench, command, code):
@@ -116,5 +127,9 @@ def pulled_while_writing(bench, command, code):
 
 
 for _what, _command, _code in WRITTEN:
-    check(f"pulled when sent {_what}: {_code}", _command, _code,
-          name=f"pulled_writing_{_what.removeprefix('the ').replace(' ', '_')}")(pulled_while_writing)
+    check(
+        f"pulled when sent {_what}: {_code}",
+        _command,
+        _code,
+        name=f"pulled_writing_{_what.removeprefix('the ').replace(' ', '_')}",
+    )(pulled_while_writing)

@@ -19,12 +19,28 @@ class Person:
         runtime = pathlib.Path("/tmp/runtime", name)
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
         os.chown(runtime, entry.pw_uid, entry.pw_gid)
-        self.identity = {"user": entry.pw_uid, "group": entry.pw_gid,
-                         "extra_groups": os.getgrouplist(name, entry.pw_gid), "cwd": entry.pw_dir}
-        self.environment = {"PATH": "/usr/bin:/bin", "HOME": entry.pw_dir, "USER": name, "LC_ALL": "C.UTF-8",
-                            "XDG_RUNTIME_DIR": str(runtime), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
-        bus = stack.enter_context(self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
-                                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True))
+        self.identity = {
+            "user": entry.pw_uid,
+            "group": entry.pw_gid,
+            "extra_groups": os.getgrouplist(name, entry.pw_gid),
+            "cwd": entry.pw_dir,
+        }
+        self.environment = {
+            "PATH": "/usr/bin:/bin",
+            "HOME": entry.pw_dir,
+            "USER": name,
+            "LC_ALL": "C.UTF-8",
+            "XDG_RUNTIME_DIR": str(runtime),
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        bus = stack.enter_context(
+            self.start(
+                ["dbus-daemon", "--session", "--nofork", "--print-address"],
+                stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL,
+                text=True,
+            )
+        )
         stack.callback(bus.kill)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
 

@@ -1,5 +1,5 @@
-"""The dongle with the device behind it: answers as the pages about the wire say, keeps every byte that the host sent, and
-misbehaves on demand."""
+"""The dongle with the device behind it: answers as the pages about the wire say, keeps every byte that the host sent,
+and misbehaves on demand."""
 
 import pathlib
 import threading

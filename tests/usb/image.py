@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Makes the disk of the virtual machine: a Debian system with its own kernel, udev, logind and ModemManager, three people,
-and what a run needs. The wizard's package is not on it, only what the package depends on.
+"""Makes the disk of the virtual machine: a Debian system with its own kernel, udev, logind and ModemManager, three
+people, and what a run needs. The wizard's package is not on it, only what the package depends on.
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc image.py PACKAGE DIRECTORY
 
-Leaves disk, kernel, initrd and the key for root's login in DIRECTORY. Does nothing when they are there and were made from
-the same inputs. For root; needs the network and some minutes.
+Leaves disk, kernel, initrd and the key for root's login in DIRECTORY. Does nothing when they are there and were made
+from the same inputs. For root; needs the network and some minutes.
 """
 
 import hashlib
@@ -16,9 +16,30 @@ import subprocess
 import sys
 
 RELEASE = "bookworm"
-PACKAGES = ("linux-image-amd64", "initramfs-tools", "zstd", "systemd-sysv", "udev", "dbus", "dbus-x11", "libpam-systemd",
-            "modemmanager", "openssh-server", "python3", "python3-pyatspi", "gir1.2-atspi-2.0", "at-spi2-core", "xvfb",
-            "openbox", "xdotool", "x11-utils", "fonts-dejavu-core", "psmisc", "procps", "acl")
+PACKAGES = (
+    "linux-image-amd64",
+    "initramfs-tools",
+    "zstd",
+    "systemd-sysv",
+    "udev",
+    "dbus",
+    "dbus-x11",
+    "libpam-systemd",
+    "modemmanager",
+    "openssh-server",
+    "python3",
+    "python3-pyatspi",
+    "gir1.2-atspi-2.0",
+    "at-spi2-core",
+    "xvfb",
+    "openbox",
+    "xdotool",
+    "x11-utils",
+    "fonts-dejavu-core",
+    "psmisc",
+    "procps",
+    "acl",
+)
 # `carer` sits at the screen and is in no group; `dialer` is in dialout and elsewhere; `stranger` has neither.
 PEOPLE = {"carer": (), "dialer": ("dialout",), "stranger": ()}
 FILES = {
@@ -26,8 +47,7 @@ FILES = {
     "etc/hostname": "wizard-test\n",
     "etc/hosts": "127.0.0.1 localhost wizard-test\n",
     "etc/systemd/network/any.network": "[Match]\nType=ether\n\n[Network]\nAddress=10.0.2.15/24\n",
-    "etc/systemd/system/getty@tty1.service.d/autologin.conf":
-        "[Service]\nExecStart=\nExecStart=-/sbin/agetty --autologin carer --noclear %I $TERM\n",
+    "etc/systemd/system/getty@tty1.service.d/autologin.conf": "[Service]\nExecStart=\nExecStart=-/sbin/agetty --autologin carer --noclear %I $TERM\n",
     # Nothing of the initrd is guessed from the machine on which it is made.
     "etc/initramfs-tools/conf.d/small": "MODULES=list\nCOMPRESS=zstd\n",
     "etc/initramfs-tools/modules": "virtio_pci\nvirtio_blk\next4\n",
@@ -35,15 +55,29 @@ FILES = {
     # Nothing starts while the system is being made.
     "usr/sbin/policy-rc.d": "#!/bin/sh\nexit 101\n",
 }
-NOT_STARTED = ("apt-daily.timer", "apt-daily-upgrade.timer", "dpkg-db-backup.timer", "e2scrub_all.timer",
-               "e2scrub_reap.service", "fstrim.timer", "systemd-pstore.service", "serial-getty@ttyS0.service",
-               "systemd-networkd-wait-online.service")
+NOT_STARTED = (
+    "apt-daily.timer",
+    "apt-daily-upgrade.timer",
+    "dpkg-db-backup.timer",
+    "e2scrub_all.timer",
+    "e2scrub_reap.service",
+    "fstrim.timer",
+    "systemd-pstore.service",
+    "serial-getty@ttyS0.service",
+    "systemd-networkd-wait-online.service",
+)
 ROOM_FOR_A_RUN = 400 * 2**20
 
 
 def run(*command, environment=None):
-    done = subprocess.run(list(map(str, command)), env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, text=True)
+    done = subprocess.run(
+        list(map(str, command)),
+        env=environment,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+    )
     if done.returncode != 0:
         sys.exit(f"{' '.join(map(str, command))} ended with {done.returncode}:\n{done.stdout[-4000:]}")
     return done.stdout
@@ -54,8 +88,12 @@ class System:
 
     def __init__(self, root):
         self.root = root
-        self.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "HOME": "/root", "LC_ALL": "C.UTF-8",
-                            "DEBIAN_FRONTEND": "noninteractive"}
+        self.environment = {
+            "PATH": "/usr/sbin:/usr/bin:/sbin:/bin",
+            "HOME": "/root",
+            "LC_ALL": "C.UTF-8",
+            "DEBIAN_FRONTEND": "noninteractive",
+        }
         self.environment |= {name: value for name, value in os.environ.items() if name.lower().endswith("_proxy")}
 
     def run(self, *command):
@@ -77,7 +115,9 @@ class System:
         (self.root / "usr/sbin/policy-rc.d").chmod(0o755)
         run("mount", "-t", "proc", "proc", self.root / "proc")
         self.run("apt-get", "update")
-        self.run("apt-get", "install", "--yes", "--no-install-recommends", "-o", "Dpkg::Options::=--force-confold", *PACKAGES)
+        self.run(
+            "apt-get", "install", "--yes", "--no-install-recommends", "-o", "Dpkg::Options::=--force-confold", *PACKAGES
+        )
         self.run("apt-get", "satisfy", "--yes", "--no-install-recommends", depends)
         self.run("apt-get", "clean")
         for name, groups in PEOPLE.items():

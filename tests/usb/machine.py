@@ -1,5 +1,5 @@
-"""The virtual machine: boots the disk without keeping what is written to it, and is reached as root over ssh. It has no way
-to any network."""
+"""The virtual machine: boots the disk without keeping what is written to it, and is reached as root over ssh. It has no
+way to any network."""
 
 import contextlib
 import socket
@@ -38,9 +38,26 @@ class Machine:
         self.process.wait()
 
     def ssh(self, *command):
-        return ["ssh", "-q", "-i", str(self.image / "key"), "-p", str(self.port), "-o", "StrictHostKeyChecking=no",
-                "-o", "UserKnownHostsFile=/dev/null", "-o", "BatchMode=yes", "-o", "ConnectTimeout=10",
-                "-o", "ServerAliveInterval=30", "root@127.0.0.1", *command]
+        return [
+            "ssh",
+            "-q",
+            "-i",
+            str(self.image / "key"),
+            "-p",
+            str(self.port),
+            "-o",
+            "StrictHostKeyChecking=no",
+            "-o",
+            "UserKnownHostsFile=/dev/null",
+            "-o",
+            "BatchMode=yes",
+            "-o",
+            "ConnectTimeout=10",
+            "-o",
+            "ServerAliveInterval=30",
+            "root@127.0.0.1",
+            *command,
+        ]
 
     def wait_until_up(self):
         deadline = time.monotonic() + SECONDS_TO_BOOT
@@ -48,23 +65,38 @@ class Machine:
             if self.process.poll() is not None:
                 sys.exit(f"the machine ended with {self.process.returncode} while it started")
             # The login comes before the rest of the system is up; a system with a failed unit counts as up.
-            if subprocess.run(self.ssh("systemctl is-system-running --wait"), stdin=subprocess.DEVNULL,
-                              stdout=subprocess.DEVNULL, check=False).returncode in (0, 1):
+            if subprocess.run(
+                self.ssh("systemctl is-system-running --wait"),
+                stdin=subprocess.DEVNULL,
+                stdout=subprocess.DEVNULL,
+                check=False,
+            ).returncode in (0, 1):
                 return
             time.sleep(1)
         sys.exit(f"the machine was not up after {SECONDS_TO_BOOT} s")
 
     def send(self, root, *paths):
         """Copies what lies below `root` to the same places below TREE."""
-        pack = ["tar", "--create", "--exclude=__pycache__", "-C", str(root), *(str(path.relative_to(root)) for path in paths)]
+        pack = [
+            "tar",
+            "--create",
+            "--exclude=__pycache__",
+            "-C",
+            str(root),
+            *(str(path.relative_to(root)) for path in paths),
+        ]
         with subprocess.Popen(pack, stdout=subprocess.PIPE) as packing:
-            subprocess.run(self.ssh(f"mkdir -p {TREE} && tar --extract --no-same-owner -C {TREE}"), stdin=packing.stdout,
-                           check=True)
+            subprocess.run(
+                self.ssh(f"mkdir -p {TREE} && tar --extract --no-same-owner -C {TREE}"),
+                stdin=packing.stdout,
+                check=True,
+            )
 
     def fetch(self, directory, to):
         """Copies what is in a directory below TREE."""
-        with subprocess.Popen(self.ssh(f"tar --create -C {TREE}/{directory} ."), stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE) as packing:
+        with subprocess.Popen(
+            self.ssh(f"tar --create -C {TREE}/{directory} ."), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE
+        ) as packing:
             subprocess.run(["tar", "--extract", "-C", str(to)], stdin=packing.stdout, check=True)
 
     def run(self, command):

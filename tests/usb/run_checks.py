@@ -4,8 +4,8 @@
 Usage: run_checks.py [NAME...]
        run_checks.py --list
 
-NAME is a check's name or the start of some; without one all of them run. Each leaves its programs' output in logs/. With
---list, on any machine, names and describes the checks.
+NAME is a check's name or the start of some; without one all of them run. Each leaves its programs' output in logs/.
+With --list, on any machine, names and describes the checks.
 """
 
 import contextlib
@@ -51,7 +51,9 @@ def passes(machine, name):
     notes = f"{note}, {time.monotonic() - started:.0f} s" if note else f"{time.monotonic() - started:.0f} s"
     print(f"{'FAILED' if failure else 'passed'}  {name}: {statement} ({notes})", flush=True)
     if failure:
-        print(f"        {type(failure).__name__ + ': ' if not isinstance(failure, Failed) else ''}{failure}", flush=True)
+        print(
+            f"        {type(failure).__name__ + ': ' if not isinstance(failure, Failed) else ''}{failure}", flush=True
+        )
     return failure is None
 
 

@@ -3,8 +3,8 @@
 
 Usage: try_usb.py PACKAGE DIRECTORY [NAME...]
 
-DIRECTORY has the disk in image/ and the program bare_exchange, and takes the logs. NAME is a check's name or the start of
-some; without one all of them run.
+DIRECTORY has the disk in image/ and the program bare_exchange, and takes the logs. NAME is a check's name or the start
+of some; without one all of them run.
 """
 
 import pathlib

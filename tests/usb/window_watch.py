@@ -9,7 +9,6 @@ from wizard import TITLE
 
 
 class WindowWatch:
-
     def __init__(self, wizard):
         window = wizard.desktop.windows(TITLE)[0]
         command = ["xprop", "-display", wizard.desktop.screen.display, "-id", window, "-spy", "WM_STATE"]

@@ -28,9 +28,15 @@ class Wizard:
         fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, PIPE)
         if not printing:
             os.write(writer, b"." * (PIPE - 1) + b"\n")
-        self.process = person.start(["/usr/bin/velmorindal-setup"], stdin=subprocess.DEVNULL, stdout=writer,
-                                    stderr=subprocess.PIPE, text=True, errors="replace",
-                                    environment={"DISPLAY": desktop.screen.display} | (environment or {}))
+        self.process = person.start(
+            ["/usr/bin/velmorindal-setup"],
+            stdin=subprocess.DEVNULL,
+            stdout=writer,
+            stderr=subprocess.PIPE,
+            text=True,
+            errors="replace",
+            environment={"DISPLAY": desktop.screen.display} | (environment or {}),
+        )
         os.close(writer)
         self._printed = os.fdopen(reader, errors="replace")
         self._log = log
@@ -66,20 +72,30 @@ class Wizard:
             self.desktop.press(key, title)
 
     def wait_for_line(self, start, seconds=SECONDS):
-        wait_for(lambda: self.output.time_of(start) is not None,
-                 lambda: f"the line {start!r}; printed was {self.output.texts[-6:]}", seconds)
+        wait_for(
+            lambda: self.output.time_of(start) is not None,
+            lambda: f"the line {start!r}; printed was {self.output.texts[-6:]}",
+            seconds,
+        )
 
     def wait_for_error(self, part, seconds=SECONDS):
-        return wait_for(lambda: next((line for line in list(self.errors.texts) if part in line), None),
-                        lambda: f"{part!r} on standard error; there is {self.errors.texts}", seconds)
+        return wait_for(
+            lambda: next((line for line in list(self.errors.texts) if part in line), None),
+            lambda: f"{part!r} on standard error; there is {self.errors.texts}",
+            seconds,
+        )
 
     def windows(self):
         """What a screen reader knows of the windows on the screen."""
         if self._reader is None:
-            self._reader = self.person.start(["/usr/bin/python3", HERE / "reader.py", str(self.process.pid)],
-                                             environment={"PYTHONPATH": str(HERE.parent / "accessibility")},
-                                             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                                             text=True)
+            self._reader = self.person.start(
+                ["/usr/bin/python3", HERE / "reader.py", str(self.process.pid)],
+                environment={"PYTHONPATH": str(HERE.parent / "accessibility")},
+                stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL,
+                text=True,
+            )
         self._reader.stdin.write("\n")
         self._reader.stdin.flush()
         answer = self._reader.stdout.readline()
@@ -89,8 +105,10 @@ class Wizard:
 
     def hears(self, text):
         """Waits until some window says something with `text` in it."""
+
         def heard():
             return any(text in spoken for window in self.windows() for spoken in [window["name"], *window["spoken"]])
+
         wait_for(heard, lambda: f"{text!r} on the screen; there is {self.windows()}")
 
     def is_at(self, step):
@@ -106,7 +124,7 @@ class Wizard:
 
     def walk(self, start, end):
         """From one step to a later one, by Next. The first is the Connect page once it is connected, at the earliest."""
-        for following in STEPS[STEPS.index(start) + 1:STEPS.index(end) + 1]:
+        for following in STEPS[STEPS.index(start) + 1 : STEPS.index(end) + 1]:
             self.press("alt+n")
             self.is_at(following)
 
