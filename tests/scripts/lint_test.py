@@ -24,8 +24,10 @@ class Lint(unittest.TestCase):
         for name in ("bash", "dirname", "git", "grep", "sed", "sort", "uniq"):
             self.bin.mkdir(exist_ok=True)
             (self.bin / name).symlink_to(shutil.which(name))
-        for program in (self.bin / "clang-format", self.bin / "cmake"):
-            self.program(program, "")
+        for name in ("clang-format", "cmake", "pyflakes3"):
+            self.program(self.bin / name, "")
+        for name in ("black", "shellcheck"):
+            self.program(self.bin / name, f'printf "%s\\n" "$@" >{name}_files\n')
         self.write("scripts/lint", LINT.read_text()).chmod(0o755)
         self.program(self.tree / "scripts/lint_together.py", 'printf "%s\\n" "$@" >linted\n')
         for folder in FOLDERS:
@@ -43,8 +45,9 @@ class Lint(unittest.TestCase):
         return file
 
     def lint(self, *arguments):
-        return subprocess.run([self.tree / "scripts/lint", *arguments], env={"PATH": str(self.bin)}, text=True,
-                              capture_output=True)
+        return subprocess.run(
+            [self.tree / "scripts/lint", *arguments], env={"PATH": str(self.bin)}, text=True, capture_output=True
+        )
 
     def test_accepts_a_clean_tree_and_lints_the_program_and_the_simulator(self):
         done = self.lint()
@@ -73,6 +76,22 @@ class Lint(unittest.TestCase):
     def test_lints_all_folders_when_asked_to(self):
         self.assertEqual(self.lint("all").returncode, 0)
         self.assertEqual(len((self.tree / "linted").read_text().split()), 1 + len(FOLDERS) + 1)
+
+    def test_looks_at_each_script_in_its_language(self):
+        self.write("tests/runner/needing", "#!/usr/bin/env bash\n")
+        self.write("benchmarks/startup", "#!/usr/bin/env python3\n")
+        self.write("tests/docs/names.py", 'text = """\n#!/usr/bin/env bash\n"""\n')
+        self.write("README.md", "Scripts start so:\n#!/usr/bin/env python3\n")
+        self.assertEqual(self.lint().returncode, 0)
+
+        self.assertIn("tests/runner/needing", self.files_of("shellcheck"))
+        self.assertNotIn("tests/docs/names.py", self.files_of("shellcheck"))
+        self.assertIn("benchmarks/startup", self.files_of("black"))
+        self.assertIn("tests/docs/names.py", self.files_of("black"))
+        self.assertNotIn("README.md", self.files_of("black"))
+
+    def files_of(self, tool):
+        return (self.tree / f"{tool}_files").read_text().split()
 
     def test_fails_by_the_name_of_a_folder_that_is_not_there(self):
         for folder in FOLDERS:
@@ -104,8 +123,9 @@ class Lint(unittest.TestCase):
         self.assertEqual(done.returncode, 1)
         self.assertIn("name Own.h", done.stderr)
 
-    def test_fails_where_the_linter_or_the_formatter_does(self):
-        for program in (self.bin / "clang-format", self.bin / "cmake", self.tree / "scripts/lint_together.py"):
+    def test_fails_where_any_of_its_tools_does(self):
+        tools = [self.bin / name for name in ("clang-format", "cmake", "shellcheck", "black", "pyflakes3")]
+        for program in (*tools, self.tree / "scripts/lint_together.py"):
             with self.subTest(program.name):
                 good = program.read_text()
                 self.program(program, "exit 1\n")
