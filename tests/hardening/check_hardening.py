@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
-"""Looks into finished programs for what makes an attack on them harder, and names what is missing.
+"""Checks that finished programs are built with every protection against attacks, and names those that are missing.
+
+hardening-check of devscripts does not replace it: on Debian that finds no branch protection in any program, and it sees
+neither an executable stack nor a library path.
 
 `check_hardening.py COMMANDS PROGRAM...` checks programs, and for what leaves no trace in a program the commands that
 compiled it (compile_commands.json). `check_hardening.py --without-each COMPILER` builds a small program with all of it
-and then without one thing at a time, and sees each check fail just where it has to.
+and then without one thing at a time, and expects exactly the right check to fail.
 """
 
 import json
@@ -50,8 +53,8 @@ def has_guarded_stack(program):
 
 
 def has_guarded_branches(program):
-    # The note that says so of the whole program is not there: the linker drops it where the system's own start files
-    # do without, as those of Debian do. So the code itself is looked at: where a call may land.
+    # The linker drops the note about the whole program if the system's start files lack it, as those of Debian do. So
+    # this looks at the code itself: where a call may land.
     code = said_by("objdump", "--disassemble=main", "--no-show-raw-insn", program)
     return re.search(r"<main>:\n\s+[0-9a-f]+:\s+endbr64", code) is not None
 
