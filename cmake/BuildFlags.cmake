@@ -31,8 +31,9 @@ endif()
 # Programs with and without the toolkit share precompiled headers, and so they share what the toolkit asks for.
 add_library(velmorindal_test_flags INTERFACE)
 target_link_libraries(velmorindal_test_flags INTERFACE velmorindal_flags)
+target_compile_options(velmorindal_test_flags INTERFACE -fPIC)
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-    target_compile_options(velmorindal_test_flags INTERFACE -Og -fPIC)
+    target_compile_options(velmorindal_test_flags INTERFACE -Og)
 endif()
 if(VELMORINDAL_SANITIZE MATCHES "undefined")
     # These look at every pointer and would be half of what the compiler has to do. The program's own files keep them.
