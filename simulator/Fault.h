@@ -15,7 +15,7 @@ struct AnswerPlan {
     enum class Delivery { now, afterDelay, beforeNextAnswer, never };
     enum class Unplugging { none, before, after };
 
-    ByteBuffer request = {};      ///< the frame received; empty for a report, which nobody asked for
+    ByteBuffer request = {};      ///< the frame received; empty for a report, which has no request
     ByteBuffer bytesBefore = {};  ///< sent at once
     ByteBuffer answer = {};       ///< sent as `delivery` says; one whole frame to begin with
     Delivery delivery = Delivery::now;

@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// Notices when a host has closed a port and nobody has opened it again for a while. Not safe from several
+/// Notices when a host has closed a port and no host has opened it again for a while. Not safe from several
 /// threads.
 ///
 /// Another host may still have it open: the system reports several openings as one, so they cannot be
@@ -22,13 +22,13 @@ class HostWatch {
     /// Watches who opens and closes the port at `path` from now on.
     explicit HostWatch(const std::string& path);
 
-    /// Readable when somebody has opened or closed the port; -1 where nothing is watched.
+    /// Readable when a host has opened or closed the port; -1 where nothing is watched.
     int descriptor() const { return watch_.get(); }
     /// Whether the port was closed and has been left alone for `absence`; says so once for each time.
     bool portWasLeft(Clock::time_point now);
-    /// Whether somebody has opened the port; says so once for each time that it was asked.
+    /// Whether a host has opened the port since the last call.
     bool portWasOpened(Clock::time_point now);
-    /// When it is worth asking again, if nobody opens the port meanwhile.
+    /// When to ask again, if no host opens the port meanwhile.
     std::optional<Clock::time_point> due() const;
 
   private:

@@ -8,8 +8,8 @@
 namespace velmorindal {
 
 /// Somebody who hums: short hums of 0.2 to 0.8 s and long ones of 1.6 to 2.6 s in random order, 0.8 to 2 s
-/// apart, each with a clarity of its own that rises, wavers and falls. The same series for the same seed. Not
-/// safe from several threads.
+/// apart, each with a clarity that rises, wavers and falls. The same series for the same seed. Not safe from
+/// several threads.
 class HumSeries {
   public:
     using Time = std::chrono::milliseconds;

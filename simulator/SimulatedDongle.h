@@ -90,7 +90,7 @@ class SimulatedDongle {
     void reportClarities(const std::vector<float>& maxima);
     /// Sends one report now, whether auto-tune is on or not.
     void sendReport(float maximum, float minimum = 0.0F);
-    /// Sends bytes that nobody asked for.
+    /// Sends unsolicited bytes.
     void send(std::span<const std::uint8_t> bytes);
 
     // Faults.

@@ -14,7 +14,7 @@ namespace velmorindal {
 
 /// A simulated dongle on a pseudo-terminal that any program can open as a serial port, served by a thread.
 ///
-/// When a host has closed the port, nobody has opened it for 50 ms and nobody holds its lock (flock), the
+/// When a host has closed the port, none has opened it for 50 ms and none holds its lock (flock), the
 /// exclusive mode (TIOCEXCL) ends and unread bytes are gone, as they would be on a real port.
 class VirtualDongle final : public SimulatedDongle {
   public:

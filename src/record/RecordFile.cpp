@@ -29,7 +29,7 @@ int writeAll(int descriptor, std::string_view text) {
 
 RecordFile::RecordFile(std::string path)
     : path_{std::move(path)},
-      // A pipe that nobody reads must not hold the program.
+      // A pipe without a reader must not block the program.
       descriptor_{
           ::open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_NONBLOCK | O_CLOEXEC, 0666)} {
     if (descriptor_ == -1) {

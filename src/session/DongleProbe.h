@@ -14,7 +14,7 @@ inline constexpr SerialSettings dongleLine{.receiveRate = BaudRate::baud115200,
                                            .minimumBytesToRead = 0,
                                            .timeout = 2};
 
-/// Asks whatever is behind `path` for its version. Blocks the calling thread for some seconds at most. A
+/// Asks the device behind `path` for its version. Blocks the calling thread for some seconds at most. A
 /// candidate that fails before its text could be looked at keeps its descriptor until the process ends.
 ///
 /// @returns the text, or nothing when the candidate has to be skipped; standard error then says why.

@@ -8,7 +8,7 @@
 namespace velmorindal {
 
 int openExclusively(const std::string& path, int accessMode) {
-    // O_EXLOCK alone waits for a lock that somebody else holds; with O_NONBLOCK the open fails instead.
+    // O_EXLOCK alone waits for a lock that another process holds; with O_NONBLOCK the open fails instead.
     const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_EXLOCK | O_NONBLOCK | O_CLOEXEC);
     if (descriptor == -1) {
         errno = errno == EWOULDBLOCK ? EBUSY : errno;

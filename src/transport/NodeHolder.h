@@ -21,8 +21,8 @@ struct NodeHolder {
 ///
 /// Each platform has its own file for this, chosen by the build. Looks through all processes, which takes
 /// some milliseconds.
-/// @returns nothing where nobody does, or where the system does not show it: the open files of another user's
-///          processes are seen by the superuser alone.
+/// @returns nothing where no process does, or where the system does not show it: the open files of another
+///          user's processes are seen by the superuser alone.
 std::optional<NodeHolder> findNodeHolder(const std::string& path);
 
 }  // namespace velmorindal

@@ -10,7 +10,7 @@ namespace velmorindal {
 
 /// Why an operation of a SerialPort did not happen.
 enum class PortError : std::int32_t {
-    failedToOpen = -1,                   ///< the system refused to open the node, or somebody else holds it
+    failedToOpen = -1,                   ///< the system refused to open the node, or another process holds it
     invalidPath = 0,                     ///< the path is empty
     mustReceiveOrTransmit = 1,           ///< neither direction was asked for
     mustBeOpen = 2,                      ///< the port is closed

@@ -64,7 +64,7 @@ std::string hex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-/// A well-formed response that nobody waiting for `type` takes for its answer.
+/// A well-formed response that is no answer to a query of `type`.
 ByteBuffer foreignFrame(Type type) {
     const Type other = type == Type::status ? Type::protocolSelect : Type::status;
     const ByteBuffer payload{0};

@@ -33,7 +33,7 @@ class Ears:
             event.source.clearCache()
             self.events.append((kind, event.source.getRole(), event.source.name, event.source.path))
         except GLib.Error:
-            # It is gone, and nobody can read it any more.
+            # It is gone and can no longer be read.
             return
 
     def forget(self):

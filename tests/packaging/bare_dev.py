@@ -1,4 +1,4 @@
-"""A device directory of one's own, in a mount name space of one's own."""
+"""A separate device directory, in a separate mount name space."""
 
 import os
 import stat

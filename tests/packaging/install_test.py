@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Installs the built tree to prefixes of its own and runs the simulator from there.
+"""Installs the built tree to temporary prefixes and runs the simulator from there.
 
 Usage: install_test.py CMAKE BUILD_DIRECTORY
 """

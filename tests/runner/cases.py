@@ -64,7 +64,7 @@ class Job:
             if self.is_share and (match := ENDS.search(line)) and match[2] not in results:
                 results[match[2]] = match[1]
                 ended(match[2], match[1])
-        # Not waited for before: until then the number is its own and nobody else's.
+        # Not waited for before: until then no other process can get its number.
         over = watch.stop()
         process.stdout.close()
         status = process.wait()

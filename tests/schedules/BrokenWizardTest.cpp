@@ -28,7 +28,7 @@ void PrintTo(const BrokenWizard& broken, std::ostream* stream) {
     *stream << broken.name;
 }
 
-/// The order to report clarity, and nobody who ends the reports.
+/// The order to report clarity, and none to end the reports.
 const ByteBuffer startOrder{0x63, 0x62, 0x74, 0x01, 0x02};
 
 void writeAndMeasure(VelmorindalSwitch& model, ContainerView& /*container*/,

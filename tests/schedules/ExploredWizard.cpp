@@ -193,7 +193,7 @@ void ExploredWizard::watch() {
 void ExploredWizard::answerDialogs() {
     for (auto dialogs = container_.raisedDialogs(); !dialogs.empty(); dialogs = container_.raisedDialogs()) {
         const std::string& message = dialogs.front().message;
-        // Every failure of the device has a text of its own.
+        // Every failure of the device has its own text.
         require(dialogs.front().id != DialogId::generic || (message.find("XML file") == std::string::npos &&
                                                             message.find("(Unk") == std::string::npos),
                 "a failed load took the place of the text of another failure");

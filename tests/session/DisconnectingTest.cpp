@@ -5,7 +5,7 @@ namespace {
 
 class DisconnectingTest : public SessionTest {
   protected:
-    /// Connects, and lets bytes that nobody asked for arrive in the port.
+    /// Connects, and lets unsolicited bytes arrive in the port.
     void connectAndReceive(std::size_t count) {
         ASSERT_TRUE(connect());
         dongle.send(ByteBuffer(count, 0x55));

@@ -40,7 +40,7 @@ bool expectStart(Story& story, const Cell& cell, Outcome outcome) {
     return true;
 }
 
-/// The user stops, and whatever comes of the order the run ends.
+/// The user stops; the run ends whether or not the order succeeds.
 void expectStop(Story& story, const Cell& cell, Outcome outcome) {
     story.pollingStates.emplace_back("none");
     story.frames.push_back(stopOrder);

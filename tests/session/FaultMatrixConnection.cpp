@@ -113,7 +113,7 @@ bool expectProbe(Story& story, Outcome outcome, const std::string& versionText) 
 
 /// The user tries once more. What happened to the first candidate's port shows now.
 void expectSecondAttempt(Story& story) {
-    // Nobody closed it, so that it cannot be opened again and nothing is asked.
+    // It was not closed, so it cannot be opened again and nothing is asked.
     story.print({"Open Result:  -1"});
     endConnection(story, noDongle);
 }

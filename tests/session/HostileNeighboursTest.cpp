@@ -138,9 +138,8 @@ TEST_F(HostileNeighbours, AThousandCandidatesLeaveADescriptorForTheDongle) {
     for (int round = 0; round < rounds; ++round) {
         addEveryKind(std::to_string(round));
     }
-    // File systems list in orders of their own. One dongle was there first; where it does not come last,
-    // another takes the place of the neighbour that does: the later of the two has most of the crowd before
-    // it.
+    // File systems list in different orders. One dongle was there first; where it does not come last, another
+    // takes the place of the neighbour that does: the later of the two has most of the crowd before it.
     const DongleSearch search{.directory = directory.path().string() + "/"};
     std::vector<std::string> dongles{path()};
     std::optional<VirtualDongle> second;

@@ -48,7 +48,7 @@ void repeat(std::ostream& stream, std::string_view piece, std::size_t total) {
 
 class LargeFile : public SettingsFileTest {
   protected:
-    /// Loads, in a process of its own, `before`, then `piece` over and over for `size` bytes, then `after`.
+    /// Loads, in a separate process, `before`, then `piece` over and over for `size` bytes, then `after`.
     /// Expects `error` or, without one, that it loads, and in either case that memory hardly grows.
     void expect(std::optional<std::string_view> error, std::string_view before, std::string_view piece,
                 std::size_t size, std::string_view after) {

@@ -63,7 +63,7 @@ class ReplayedLine final : public VirtualLine {
     }
 
     void advance(Clock::time_point now) {
-        // Nobody calls a line that is not open.
+        // A line that is not open gets no calls.
         if (!std::exchange(isOpen_, true)) {
             replay_.opened(now);
         }

@@ -25,9 +25,9 @@ struct ScheduleEnded {};
 /// points, where the choices say who goes next.
 ///
 /// The order without choices is fair: a thread goes on until it rests or waits, then the next one that can
-/// run has its turn; time passes when none can. Every choice of somebody else is a deviation from it, and a
-/// schedule has a limited number of them. A schedule in which everybody waits for something that nobody will
-/// provide has hung, and so has one that goes on without an end.
+/// run has its turn; time passes when none can. Every choice of another thread is a deviation from it, and a
+/// schedule has a limited number of them. A schedule has hung when every thread waits for something that none
+/// will provide, or when it goes on without an end.
 class Scheduler {
   public:
     struct Limits {
@@ -56,14 +56,14 @@ class Scheduler {
 
     /// A new thread, which gets the token when the choices say so.
     void start(std::function<void()> work);
-    /// Somebody else may go first.
+    /// Another thread may go first.
     void point(std::string_view where);
-    /// The caller lets time pass: everybody else goes first unless the choices say otherwise.
+    /// The caller lets time pass: all other threads go first unless the choices say otherwise.
     void rest(std::string_view where);
     /// The caller cannot go on before `condition` holds.
     void waitUntil(std::function<bool()> condition, std::string_view where);
     /// The caller goes on when `condition` holds or the virtual time is at least what `until` says, which is
-    /// asked again and again. Once nobody else can go on, time passes up to the earliest such moment.
+    /// asked again and again. Once no other thread can go on, time passes up to the earliest such moment.
     /// @returns whether the condition holds.
     bool waitUntil(std::function<bool()> condition, std::function<std::optional<Moment>()> until,
                    std::string_view where);

@@ -18,7 +18,7 @@ OWN_ATTRIBUTES = {"min": 0, "time": 2, "echo": False, "icanon": False}
 
 
 def stty(*settings):
-    """As root, whom exclusive mode does not keep away."""
+    """As root, which exclusive mode does not keep away."""
     subprocess.run(["stty", "-F", PORT, *settings], check=True)
 
 

@@ -9,8 +9,8 @@
 
 namespace velmorindal {
 
-/// Looks at which threads send frames: every operation has a thread of its own, so that one of which another
-/// has taken the place must never send again.
+/// Looks at which threads send frames: every operation has its own thread, and once another has replaced it,
+/// it must never send again.
 ///
 /// One at a time for a system.
 class DeviceUsers {

@@ -25,8 +25,8 @@
 namespace velmorindal {
 
 /// A user without a plan at the real widgets, beside a dongle that fails and is pulled out at random. What
-/// must hold whatever anybody does is looked at after each step; the first time that it does not, a step
-/// throws std::runtime_error.
+/// must always hold is checked after each step; the first time that it does not, a step throws
+/// std::runtime_error.
 ///
 /// What a step does depends on the seed, its number and what is shown.
 class Monkey {

@@ -1,4 +1,4 @@
-// What must hold whatever anybody does. The table of the buttons is written down by hand.
+// What must always hold. The table of the buttons is written down by hand.
 
 #include <QApplication>
 #include <QPushButton>

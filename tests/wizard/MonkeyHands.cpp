@@ -97,7 +97,7 @@ std::string MonkeyHands::answerFilePanel(QWidget& top) {
     }
     const std::filesystem::path chosen = files_ / fileNames.at(below(fileNames.size()));
     name->setText(QString::fromStdString(chosen.string()));
-    // The toolkit may ask in a loop of its own whether to replace a file, or say that there is none.
+    // The toolkit may ask in a nested event loop whether to replace a file, or say that there is none.
     const Qt::Key answer = oneIn(2) ? Qt::Key_Escape : Qt::Key_Return;
     QTimer::singleShot(0, [answer] {
         if (auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {

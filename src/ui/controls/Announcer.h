@@ -6,8 +6,8 @@
 
 namespace velmorindal {
 
-/// One text for a screen reader and for nobody else: a notification that is spoken when it becomes shown,
-/// without moving the focus.
+/// One text for a screen reader alone: a notification that is spoken when it becomes shown, without moving
+/// the focus.
 class SpokenText final : public QWidget {
     Q_OBJECT
 

@@ -47,7 +47,7 @@ FocusRing::FocusRing(QWidget* window) : QFocusFrame{window}, window_{window} {
 }
 
 void FocusRing::follow(QWidget* focused) {
-    // A pop-up list has a window of its own and shows its current entry itself.
+    // A pop-up list has its own window and shows its current entry itself.
     const bool mine = focused != nullptr && focused != window_ && focused->window() == window_;
     setWidget(mine ? focused : nullptr);
 }

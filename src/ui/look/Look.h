@@ -8,7 +8,7 @@
 class QPainter;
 
 /// The measures and colours that all pages share. Everything follows the application's font and palette, so
-/// that doubled fonts and dark themes need no case of their own.
+/// that doubled fonts and dark themes need no special case.
 namespace velmorindal::look {
 
 /// The one unit of spacing, in pixels: half the height of a line of body text, at least 4.

@@ -50,7 +50,7 @@ class PageWidget : public QWidget {
 };
 
 /// Shows `text` in `label`, or hides the label where there is none: emptied, it would announce a change that
-/// nobody sees.
+/// cannot be seen.
 void showWhereAny(TextLabel* label, std::string_view text);
 
 /// Shows or hides `control`, unless it is so already.

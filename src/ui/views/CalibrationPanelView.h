@@ -147,7 +147,7 @@ class CalibrationPanelView {
   private:
     void toggle(PollingState measurement);
     bool isStarting() const;
-    /// The run begun last is over, and nobody has stopped it.
+    /// The run begun last is over, and the user has not stopped it.
     bool endedUnasked() const;
     /// What the last hum counts as, and how long it was.
     double heardDuration() const;

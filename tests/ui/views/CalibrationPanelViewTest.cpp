@@ -159,7 +159,7 @@ TEST_F(CalibrationPanelViewTest, TheDurationIndicatorsShowWhatTheLastHumCountedA
         bool longLit;
     };
     velmorindal.cutoff = 1.2F;
-    // 1.2 as a 64-bit number is less than as a 32-bit one, and counts as long all the same.
+    // 1.2 as a 64-bit number is less than as a 32-bit one, but still counts as long.
     for (const Case& given : {Case{0.0, false, false}, Case{0.04, true, false}, Case{1.16, true, false},
                               Case{1.2, false, true}, Case{5.0, false, true}}) {
         velmorindal.detectedDuration = given.duration;
