@@ -141,6 +141,6 @@ PrintDiversion::~PrintDiversion() {
     replaceSink(stream_, std::move(earlier_));
 }
 
-LastWord::LastWord() : lock_{output().turn} {}
+PrintLock::PrintLock() : lock_{output().turn} {}
 
 }  // namespace velmorindal

@@ -25,8 +25,10 @@ CONNECTING = "Connecting... Connection progress 0 percent"
 CONNECTED = 'Connection progress 100 percent Connection successful. Press "Next" to continue.'
 BROKEN = "Unknown Error. Please quit and restart this program."
 MODE_QUESTION = "Which mode would you like?"
-MODE_TEXT = ("The Velmorindal can operate in two modes: Direct Mode: control one output with a hum Long/Short Mode: "
-             "control two outputs with a short hum or a long hum")
+MODE_TEXT = (
+    "The Velmorindal can operate in two modes: Direct Mode: control one output with a hum Long/Short Mode: "
+    "control two outputs with a short hum or a long hum"
+)
 OUTPUT_QUESTION = "What output would you like the Velmorindal to trigger?"
 SUMMARY_TITLE = "You have configured your Velmorindal with the following parameters: label"
 WRITING = "Writing data... Write progress 0 percent"
@@ -127,6 +129,7 @@ class Hearing:
         def start():
             self.wizard = Wizard(self.directory, self._devices)
             self._cleanup.append(self.wizard.stop)
+
         self.hears("(opens)", start, WINDOW, early("Next button"), on_one_line(*texts.WELCOME_PAGE[1:]))
 
     def key(self, key, *expected):
@@ -146,8 +149,14 @@ class Hearing:
             ways = [way + [plain(text)] for way in ways] + (ways if isinstance(text, Maybe) else [])
         wanted = [plain(on_one_line(*way)) for way in ways]
         passing, self._passing = self._passing, []
-        self._hear(cause, act, lambda heard: heard in wanted,
-                   lambda heard: not any(way.startswith(heard) for way in wanted), wanted[0], passing)
+        self._hear(
+            cause,
+            act,
+            lambda heard: heard in wanted,
+            lambda heard: not any(way.startswith(heard) for way in wanted),
+            wanted[0],
+            passing,
+        )
 
     def meets(self, cause, act, described, focus, *before):
         """A dialog, which comes so early that `before` is perhaps still being said."""
@@ -158,8 +167,13 @@ class Hearing:
         needed = {plain(text) for text in before if not isinstance(text, Maybe)} | {plain(text) for text in words}
         self._passing = [plain(text) for text in (*words, WINDOW, WINDOW.rpartition(" ")[0])]
         allowed = [plain(text) for text in before] + self._passing
-        self._hear(cause, act, lambda _: needed <= {uncut(each) for each in self._said},
-                   lambda _: any(uncut(each) not in allowed for each in self._said), on_one_line(*before, *words))
+        self._hear(
+            cause,
+            act,
+            lambda _: needed <= {uncut(each) for each in self._said},
+            lambda _: any(uncut(each) not in allowed for each in self._said),
+            on_one_line(*before, *words),
+        )
 
     def meets_by(self, key, described, focus, *before):
         self.meets(key, lambda: press(key), described, focus, *before)
@@ -168,8 +182,13 @@ class Hearing:
         """In a window of the toolkit's own, which is not ours to word."""
         words = plain(expected)
         self._passing = [WINDOW, WINDOW.rpartition(" ")[0]] if is_newer() else []
-        self._hear(cause, act, lambda heard: heard.count(words) == 1, lambda heard: heard.count(words) > 1,
-                   f"... {expected} ...")
+        self._hear(
+            cause,
+            act,
+            lambda heard: heard.count(words) == 1,
+            lambda heard: heard.count(words) > 1,
+            f"... {expected} ...",
+        )
 
     def _hear(self, cause, act, fits, is_wrong, wanted, passing=()):
         """Reads until what was said fits, or is wrong whatever may follow."""
@@ -181,6 +200,7 @@ class Hearing:
         def is_decided():
             self._said = self._pages.said()
             return fits(heard()) or is_wrong(heard())
+
         try:
             wait_for("the words", is_decided)
         except NotHeard:
@@ -261,17 +281,28 @@ def whole_setup(hearing):
     hearing.dongle.tell("hold humThresholds")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
-    hearing.meets("(release)", lambda: hearing.dongle.tell("release"), texts.FILE_AFTER_SUCCESS, "No",
-                  *([Maybe("Close button")] if is_newer() else []))
+    hearing.meets(
+        "(release)",
+        lambda: hearing.dongle.tell("release"),
+        texts.FILE_AFTER_SUCCESS,
+        "No",
+        *([Maybe("Close button")] if is_newer() else []),
+    )
     hearing.key("Escape", WINDOW, "Close button", WRITTEN)
     hearing.key("Tab", "Back button")
 
 
 def no_dongle(hearing):
     hearing.opens()
-    hearing.meets_by("Return", texts.connection_failed(
-        "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."), "OK",
-        Maybe(CONNECT_TITLE), LOAD_TEXT)
+    hearing.meets_by(
+        "Return",
+        texts.connection_failed(
+            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
+        ),
+        "OK",
+        Maybe(CONNECT_TITLE),
+        LOAD_TEXT,
+    )
     hearing.key("Return", WINDOW, CONNECT_TITLE, BROKEN)
     hearing.key("Tab", "Load button")
 
@@ -279,9 +310,14 @@ def no_dongle(hearing):
 def link_down(hearing):
     hearing.plug_in().tell("link 0")
     hearing.opens()
-    hearing.meets_by("Return", texts.connection_failed(
-        "Please ensure that your Velmorindal is turned on and in configuration mode."), "OK",
-        Maybe(CONNECT_TITLE), LOAD_TEXT, CONNECTING)
+    hearing.meets_by(
+        "Return",
+        texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode."),
+        "OK",
+        Maybe(CONNECT_TITLE),
+        LOAD_TEXT,
+        CONNECTING,
+    )
     hearing.key("Return", WINDOW, CONNECT_TITLE, texts.NOT_CONNECTED)
     hearing.key("Tab", "Load button")
 
@@ -304,9 +340,14 @@ def failed_write(hearing):
     reach_summary(hearing, LONG_SHORT)
     hearing.dongle.tell("next relayConfig pulled-out")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
-    hearing.meets_by("alt+y", texts.save_failed(
-        "Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"), "OK",
-        Maybe(WINDOW), Maybe(SUMMARY_TITLE), WRITING)
+    hearing.meets_by(
+        "alt+y",
+        texts.save_failed("Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"),
+        "OK",
+        Maybe(WINDOW),
+        Maybe(SUMMARY_TITLE),
+        WRITING,
+    )
     hearing.meets_by("Return", texts.FILE_AFTER_FAILURE, "No", *([Maybe(SUMMARY_TITLE)] if is_newer() else []))
     hearing.key("Return", WINDOW, SUMMARY_TITLE)
     hearing.key("Tab", "Cancel button")

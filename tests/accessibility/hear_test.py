@@ -13,7 +13,6 @@ from screen_reader_voice import Pages
 
 
 class HearingTest(unittest.TestCase):
-
     def setUp(self):
         self.utterances = []
         printed = contextlib.redirect_stdout(io.StringIO())

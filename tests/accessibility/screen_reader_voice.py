@@ -40,7 +40,7 @@ class Pages:
         self._read = len(self._utterances)
         said = []
         cut_off = []
-        for utterance in self._utterances[self._turned:self._read]:
+        for utterance in self._utterances[self._turned : self._read]:
             if utterance is None:
                 cut_off += said
                 said = []
@@ -72,12 +72,17 @@ class Voice:
         commands.mkdir()
         (commands / "pgrep").write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")
         (commands / "pgrep").chmod(0o755)
-        environment = {**os.environ, "SPEECHD_ADDRESS": f"unix_socket:{socket}",
-                       "PATH": f"{commands}{os.pathsep}{os.environ['PATH']}"}
+        environment = {
+            **os.environ,
+            "SPEECHD_ADDRESS": f"unix_socket:{socket}",
+            "PATH": f"{commands}{os.pathsep}{os.environ['PATH']}",
+        }
         launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
-        self._programs = [subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
-                          subprocess.Popen(["orca"], **quiet)]
+        self._programs = [
+            subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
+            subprocess.Popen(["orca"], **quiet),
+        ]
         wait_for("Orca's first words", lambda: any("on" in said for said in self.pages.said()))
         self.pages.skip()
 

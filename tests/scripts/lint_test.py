@@ -53,8 +53,10 @@ class Lint(unittest.TestCase):
         done = self.lint()
 
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
-        self.assertEqual((self.tree / "linted").read_text().split(),
-                         ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp", "--"])
+        self.assertEqual(
+            (self.tree / "linted").read_text().split(),
+            ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp", "--"],
+        )
 
     def test_compiles_the_tests_that_have_locks(self):
         self.write("tests/support/Shared.cpp", "")
@@ -62,8 +64,9 @@ class Lint(unittest.TestCase):
         self.write("tests/app/Locking.cpp", '#include "Locking.h"\n')
 
         self.assertEqual(self.lint().returncode, 0)
-        self.assertEqual((self.tree / "linted").read_text().split()[3:],
-                         ["--", "tests/app/Locking.cpp", "tests/support/Shared.cpp"])
+        self.assertEqual(
+            (self.tree / "linted").read_text().split()[3:], ["--", "tests/app/Locking.cpp", "tests/support/Shared.cpp"]
+        )
 
     def test_fails_where_a_lock_cannot_be_checked(self):
         self.write("src/Lock.h", "std::mutex mutex;\n")

@@ -74,7 +74,9 @@ def second_run_while_closing(bench):
     expect("Open Result:  -1" in line, False, "a refusal without a reason")
 
 
-@check("a device that answers the search before the system knows that its query has arrived: connected, without a complaint")
+@check(
+    "a device that answers the search before the system knows that its query has arrived: connected, without a complaint"
+)
 def late_acknowledgements(bench):
     dongle = bench.dongle()
     dongle.acknowledges_after = 0.5

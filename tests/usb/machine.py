@@ -19,14 +19,42 @@ class Machine:
         """`longest` bounds the machine's life in seconds, whatever happens to this program."""
         self.image = image
         self.port = free_port()
-        command = ["timeout", "--kill-after=10", str(longest), "nice", "qemu-system-x86_64",
-                   "-accel", "tcg", "-cpu", "max", "-smp", PROCESSORS, "-m", MEMORY, "-display", "none", "-vga", "std",
-                   "-no-reboot", "-monitor", "none", "-serial", f"file:{logs / 'console'}",
-                   "-kernel", image / "vmlinuz", "-initrd", image / "initrd.img",
-                   "-append", "root=/dev/vda rw console=tty0 console=ttyS0 quiet mitigations=off",
-                   "-drive", f"file={image / 'disk'},if=virtio,format=raw,snapshot=on",
-                   "-netdev", f"user,id=net,restrict=on,hostfwd=tcp:127.0.0.1:{self.port}-:22",
-                   "-device", "virtio-net-pci,netdev=net,romfile="]
+        command = [
+            "timeout",
+            "--kill-after=10",
+            str(longest),
+            "nice",
+            "qemu-system-x86_64",
+            "-accel",
+            "tcg",
+            "-cpu",
+            "max",
+            "-smp",
+            PROCESSORS,
+            "-m",
+            MEMORY,
+            "-display",
+            "none",
+            "-vga",
+            "std",
+            "-no-reboot",
+            "-monitor",
+            "none",
+            "-serial",
+            f"file:{logs / 'console'}",
+            "-kernel",
+            image / "vmlinuz",
+            "-initrd",
+            image / "initrd.img",
+            "-append",
+            "root=/dev/vda rw console=tty0 console=ttyS0 quiet mitigations=off",
+            "-drive",
+            f"file={image / 'disk'},if=virtio,format=raw,snapshot=on",
+            "-netdev",
+            f"user,id=net,restrict=on,hostfwd=tcp:127.0.0.1:{self.port}-:22",
+            "-device",
+            "virtio-net-pci,netdev=net,romfile=",
+        ]
         self.process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL)
 
     def __enter__(self):
