@@ -66,7 +66,7 @@ TEST_P(InterruptedWaitTest, GoesOnUntilTheLineIsReady) {
     // Taken inside the wait or just before it; of several some are taken inside.
     for (int sent = 1; sent <= 20 && !ended; ++sent) {
         ::pthread_kill(waiting.native_handle(), SIGUSR1);
-        EXPECT_TRUE(comesTrue([&] { return interruptions == sent || ended; }));
+        EXPECT_TRUE(eventually([&] { return interruptions == sent || ended; }));
     }
     EXPECT_FALSE(ended);
     makeReady();

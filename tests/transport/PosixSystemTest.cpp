@@ -83,7 +83,7 @@ TEST_F(ALineThatIsSlowToClose, IsUnlockedBeforeTheCloseThatIsWaitedForElsewhere)
     posix.close(line);
 
     EXPECT_FALSE(isLocked());
-    EXPECT_TRUE(comesTrue([this] { return !isOpen(line); }));
+    EXPECT_TRUE(eventually([this] { return !isOpen(line); }));
     // What was sent is lost with its receiver, so that this close has nothing to wait for.
     ::close(std::exchange(device, -1));
     ::close(second);
