@@ -32,7 +32,7 @@ namespace velmorindal {
 
 /// A mutex that the compiler knows. The standard library's own are not annotated everywhere.
 ///
-/// A lambda is a function of its own for the analysis, which holds nothing: wait for a condition in a loop,
+/// For the analysis a lambda is a separate function, which holds nothing: wait for a condition in a loop,
 /// and not with a predicate.
 template <typename StandardMutex>
 class CAPABILITY("mutex") BasicMutex {

@@ -1,5 +1,5 @@
 // What an operation does in which order: a dispatch that runs main-queue work at the moment it is handed over
-// shows what was in place by then, whoever goes first in the program.
+// shows what was in place by then, whichever of two threads goes first.
 
 #include <algorithm>
 #include <thread>
