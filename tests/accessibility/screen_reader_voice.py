@@ -67,7 +67,7 @@ class Voice:
         customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
         customizations.parent.mkdir(parents=True)
         customizations.write_text(SETTINGS, encoding="utf-8")
-        # Orca starts beside no other one of the same user, as if they always shared a desktop: it is not told of any.
+        # Orca refuses to start beside another one of the same user, so it does not see the other one.
         commands = pathlib.Path(home, "commands")
         commands.mkdir()
         (commands / "pgrep").write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")

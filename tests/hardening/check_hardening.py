@@ -70,7 +70,7 @@ CHECKS = [
     ("bound at the start", is_bound_at_start, ["-Wl,-z,now"], ["-Wl,-z,lazy"]),
     ("stack not executable", has_data_only_stack, ["-Wl,-z,noexecstack"], ["-Wl,-z,execstack"]),
     ("stack protector", has_guarded_stack, ["-fstack-protector-strong"], ["-fno-stack-protector"]),
-    ("no library path of its own", looks_for_libraries_where_the_system_does, [], ["-Wl,-rpath,/nowhere"]),
+    ("no library path", looks_for_libraries_where_the_system_does, [], ["-Wl,-rpath,/nowhere"]),
 ] + (
     [("control flow protection", has_guarded_branches, ["-fcf-protection"], ["-fcf-protection=none"])]
     if IS_X86_64
