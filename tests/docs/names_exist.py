@@ -65,7 +65,8 @@ class Tree:
 def problem_with_name(tree, name):
     """What is wrong with a name in the text, or nothing."""
     if name.split("/")[0] in tree.tops and "/" in name:
-        return None if tree.has_path(name.rstrip("/")) else "no such path"
+        path, *_arguments = name.split()
+        return None if tree.has_path(path.rstrip("/")) else "no such path"
     if FILE.fullmatch(name):
         return None if tree.has_file(name) else "no such file"
     if PROGRAM.fullmatch(name):

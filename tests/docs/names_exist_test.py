@@ -27,7 +27,7 @@ class NamesExist(unittest.TestCase):
         self.assertEqual(
             self.found_in(
                 "`src/session`, `VelmorindalSwitch`, `VelmorindalSwitch::connect()`, `SerialPort.cpp`, "
-                "`velmorindal-setup`, `.clang-format`, `0x63`, `src/session/*.h`\n"
+                "`velmorindal-setup`, `.clang-format`, `0x63`, `src/session/*.h`, `scripts/test all`\n"
                 "\n    scripts/run\n    cmake --preset release --target velmorindal-setup\n"
             ),
             [],
@@ -44,6 +44,7 @@ class NamesExist(unittest.TestCase):
             "velmorindal-gone",
             "src/session/*.gone",
             ".gone-format",
+            "scripts/gone all",
         ):
             self.assertEqual(self.found_in(f"Look at `{name}`.\n"), [name])
 
