@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the linter: `lint_together.py BUILD_DIRECTORY FILE... [-- FILE...]`, with the compile commands of that
-directory. What follows `--` is only compiled.
+"""Runs the linter: `lint_together.py BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
 
 Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files are
 put together in one and share them. What is found is told with the file and the line it stands in. Each
@@ -132,10 +131,7 @@ def lint_together(batch, name):
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
-    arguments = [*sys.argv[2:], "--"]
-    divider = arguments.index("--")
-    wanted = {os.path.realpath(file) for file in arguments[:divider]}
-    compiled = wanted | {os.path.realpath(file) for file in arguments[divider:] if file != "--"}
+    wanted = {os.path.realpath(file) for file in sys.argv[2:]}
     place = build / "together"
     place.mkdir(exist_ok=True)
     clean = True
@@ -143,7 +139,7 @@ def main():
         runs = []
         for number, batch in enumerate(batches(build, wanted)):
             runs.append(workers.submit(lint, batch, place / f"{number}.cpp"))
-        for options, files in targets(build, compiled):
+        for options, files in targets(build, wanted):
             runs += [workers.submit(compile_alone, options, file) for file in files]
         for done, run in enumerate(concurrent.futures.as_completed(runs), start=1):
             if "VELMORINDAL_PROGRESS" in os.environ:

@@ -55,17 +55,7 @@ class Lint(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
         self.assertEqual(
             (self.tree / "linted").read_text().split(),
-            ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp", "--"],
-        )
-
-    def test_compiles_the_tests_that_have_locks(self):
-        self.write("tests/support/Shared.cpp", "")
-        self.write("tests/app/Locking.h", '#include "Mutex.h"\n')
-        self.write("tests/app/Locking.cpp", '#include "Locking.h"\n')
-
-        self.assertEqual(self.lint().returncode, 0)
-        self.assertEqual(
-            (self.tree / "linted").read_text().split()[3:], ["--", "tests/app/Locking.cpp", "tests/support/Shared.cpp"]
+            ["build/lint", "simulator/Of_simulator.cpp", "src/Of_src.cpp"],
         )
 
     def test_fails_where_a_lock_cannot_be_checked(self):
@@ -78,7 +68,7 @@ class Lint(unittest.TestCase):
 
     def test_lints_all_folders_when_asked_to(self):
         self.assertEqual(self.lint("all").returncode, 0)
-        self.assertEqual(len((self.tree / "linted").read_text().split()), 1 + len(FOLDERS) + 1)
+        self.assertEqual(len((self.tree / "linted").read_text().split()), 1 + len(FOLDERS))
 
     def test_looks_at_each_script_in_its_language(self):
         self.write("tests/runner/needing", "#!/usr/bin/env bash\n")

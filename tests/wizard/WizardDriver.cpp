@@ -58,12 +58,17 @@ MessageDialog* shownMessage() {
 
 }  // namespace
 
-WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory)
-    : WizardDriver{deviceDirectory, dispatch_, system_} {}
+WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory) {
+    open(deviceDirectory, dispatch_, system_);
+}
 
-WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system)
-    : wizard_{std::make_unique<Wizard>(dispatch, system, DongleSearch{.directory = deviceDirectory.string()},
-                                       QtFilePanel::Kind::toolkit, [this] { left_ = true; })} {
+WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system) {
+    open(deviceDirectory, dispatch, system);
+}
+
+void WizardDriver::open(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system) {
+    wizard_ = std::make_unique<Wizard>(dispatch, system, DongleSearch{.directory = deviceDirectory.string()},
+                                       QtFilePanel::Kind::toolkit, [this] { left_ = true; });
     wizard_->applicationDidFinishLaunching();
     if (!QTest::qWaitForWindowExposed(&wizard_->window())) {
         fail("The window did not appear.");

@@ -86,6 +86,8 @@ class WizardDriver {
     void shutDown();
 
   private:
+    void open(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system);
+
     template <typename Control>
     Control& reachable(const std::string& text);
 
