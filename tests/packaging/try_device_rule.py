@@ -93,7 +93,10 @@ def do_what_udev_would(number, properties, said):
     link = f"/dev/cu.usbmodem{number}"
     if link in properties.get("DEVLINKS", "").split():
         os.symlink(os.path.basename(properties["DEVNAME"]), link)
-    for program in re.findall(r'velmorindal-setup\.rules:\d+ Running PROGRAM="(.+)"$', said, re.MULTILINE):
+    programs = re.findall(
+        r"velmorindal-setup\.rules:\d+ (?:Running )?PROGRAM==?\"(.+?)\"(?:$|: Running)", said, re.MULTILINE
+    )
+    for program in set(programs):
         if subprocess.run(program.split(), stdout=subprocess.DEVNULL).returncode != 0:
             del properties["ID_MM_PORT_IGNORE"]
 
