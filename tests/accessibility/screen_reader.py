@@ -142,14 +142,16 @@ class ScreenReader:
     def ask(self, questions):
         return self.bus.ask(self._owner, questions)
 
-    def read(self):
-        """The windows on the screen with all that they say; the one that was opened last at the end."""
+    def read(self, details=True):
+        """The windows on the screen with all that they say; the one that was opened last at the end. Without details
+        only roles, names and states, which is half of the questions."""
         program = Control(self, ROOT, pyatspi.ROLE_APPLICATION, (0, 0), "")
         generation = [program]
         while generation:
             generation = self._open(generation)
         windows = [window for window in program.children if "showing" in window.states]
-        self._complete([control for window in windows for control in window.everything()])
+        if details:
+            self._complete([control for window in windows for control in window.everything()])
         return windows
 
     def _open(self, parents):

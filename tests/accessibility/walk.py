@@ -39,9 +39,9 @@ class Walk(unittest.TestCase):
 
     # What is heard.
 
-    def windows(self):
+    def windows(self, details=True):
         """The main window and the dialogs over it."""
-        return wait_for("a window", self.reader.read)
+        return wait_for("a window", lambda: self.reader.read(details))
 
     def spoken(self):
         """All that the main window says: steps, page, buttons."""
@@ -76,14 +76,14 @@ class Walk(unittest.TestCase):
             [control.name for control in sorted(pressed, key=lambda control: control.place)],
         )
 
-    def control(self, name, role=pyatspi.ROLE_PUSH_BUTTON):
+    def control(self, name, role=pyatspi.ROLE_PUSH_BUTTON, details=False):
         """The control of that name in the window that was opened last, waited for."""
 
         def find():
             return next(
                 (
                     control
-                    for control in self.windows()[-1].everything()
+                    for control in self.windows(details)[-1].everything()
                     if control.role == role and control.name == name and "enabled" in control.states
                 ),
                 None,
@@ -93,7 +93,7 @@ class Walk(unittest.TestCase):
 
     def focused(self):
         """What has the keyboard in the window that is active, by its name."""
-        for window in self.windows():
+        for window in self.windows(details=False):
             if "active" in window.states:
                 return next((control.name for control in window.everything() if "focused" in control.states), None)
         return None
@@ -129,7 +129,7 @@ class Walk(unittest.TestCase):
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
 
     def close_by_window_manager(self):
-        wait_for("the window being active", lambda: "active" in self.windows()[-1].states)
+        wait_for("the window being active", lambda: "active" in self.windows(details=False)[-1].states)
         self.key("alt+F4")
 
     def connect(self):
@@ -170,7 +170,7 @@ class Walk(unittest.TestCase):
         self.becomes(self.dialogs, [dialog], "the dialog")
 
     def hears_panel(self, title):
-        self.becomes(lambda: [window.name for window in self.windows()[1:]], [title], "the file panel")
+        self.becomes(lambda: [window.name for window in self.windows(details=False)[1:]], [title], "the file panel")
 
     def is_at(self, step):
         """The step column says where the walk is."""

@@ -150,7 +150,7 @@ class Loading(Walk):
         self.hears_panel(texts.LOAD_PANEL)
         self.dongle.tell("pull-out")
         self.becomes(
-            lambda: [window.name for window in self.windows()[1:]],
+            lambda: [window.name for window in self.windows(details=False)[1:]],
             [texts.LOAD_PANEL, "Connection Failed"],
             "both windows",
         )

@@ -50,7 +50,7 @@ class Keyboard(Walk):
             self.has_focus(name)
 
     def says(self, role, name, said):
-        self.becomes(lambda: self.control(name, role).spoken(), said, name)
+        self.becomes(lambda: self.control(name, role, details=True).spoken(), said, name)
 
 
 class FocusOrder(Keyboard):

@@ -180,6 +180,7 @@ std::vector<std::size_t> Scheduler::candidatesInTime(bool resting) {
 
 std::vector<std::size_t> Scheduler::candidates(bool resting) const {
     std::vector<std::size_t> found;
+    found.reserve(threads_.size());
     const auto consider = [&](std::size_t index) {
         if (canRun(*threads_[index])) {
             found.push_back(index);

@@ -8,9 +8,13 @@ namespace velmorindal {
 /// busy machine costs far more than sleeping at once.
 class Turn {
   public:
+    /// The thread that gives it has to end before the turn does.
     void give() {
-        const Lock lock{mutex_};
-        given_ = true;
+        {
+            const Lock lock{mutex_};
+            given_ = true;
+        }
+        // On one processor the woken thread comes first, and would wait for the lock at once.
         came_.notifyOne();
     }
 
