@@ -1,14 +1,13 @@
 #include "ScriptedDongle.h"
 
 #include <charconv>
-#include <functional>
+#include <fstream>
 #include <map>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
 #include "Print.h"
-#include "WireFrame.h"
 
 namespace velmorindal {
 namespace {
@@ -37,20 +36,6 @@ Number number(const std::string& text) {
     return value;
 }
 
-Fault faultNamed(const std::string& name) {
-    static const std::map<std::string, Fault> faults{
-        {"silent", Fault::silence()},
-        {"refused", Fault::wrongMarker()},
-        {"invalid", Fault::payloadOneByteLonger()},
-        {"pulled-out", Fault::unplugBeforeAnswer()},
-    };
-    const auto found = faults.find(name);
-    if (found == faults.end()) {
-        throw std::invalid_argument{"no fault: " + name};
-    }
-    return found->second;
-}
-
 std::string hex(std::span<const std::uint8_t> bytes) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
@@ -64,17 +49,11 @@ std::string hex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-/// A well-formed response that is no answer to a query of `type`.
-ByteBuffer foreignFrame(Type type) {
-    const Type other = type == Type::status ? Type::protocolSelect : Type::status;
-    const ByteBuffer payload{0};
-    return wireFrame(VelmorindalCommandProtocol::ResponseByte, static_cast<std::uint8_t>(other), payload);
-}
-
 }  // namespace
 
-ScriptedDongle::ScriptedDongle(const std::filesystem::path& directory, const std::string& name)
-    : dongle_{directory, {.name = name, .keepsReceivedFrames = false}} {
+ScriptedDongle::ScriptedDongle(const std::filesystem::path& directory, const std::string& name,
+                               std::filesystem::path silences)
+    : silences_{std::move(silences)}, dongle_{directory, {.name = name, .keepsReceivedFrames = false}} {
     dongle_.whenReceived([](std::span<const std::uint8_t> frame) { print("received", hex(frame)); });
 }
 
@@ -93,7 +72,7 @@ void ScriptedDongle::perform(const std::string& line) {
     } else if (order == "release") {
         release();
     } else if (order == "forget") {
-        takeHeld();
+        forget();
     } else if (order == "link") {
         dongle_.prepare([&](DeviceState& device) { device.linkState = number<std::uint8_t>(first); });
     } else if (order == "detect-mode") {
@@ -115,42 +94,60 @@ void ScriptedDongle::perform(const std::string& line) {
     }
 }
 
+Fault ScriptedDongle::faultNamed(const std::string& name) const {
+    const std::map<std::string, Fault> faults{
+        {"silent", Fault{"silent",
+                         [this](AnswerPlan& plan) {
+                             plan.delivery = AnswerPlan::Delivery::never;
+                             plan.applies = false;
+                             noteSilence();
+                         }}},
+        {"refused", Fault::wrongMarker()},
+        {"invalid", Fault::payloadOneByteLonger()},
+        {"pulled-out", Fault::unplugBeforeAnswer()},
+    };
+    const auto found = faults.find(name);
+    if (found == faults.end()) {
+        throw std::invalid_argument{"no fault: " + name};
+    }
+    return found->second;
+}
+
+void ScriptedDongle::noteSilence() const {
+    std::ofstream{silences_, std::ios::app}.put('.');
+}
+
 void ScriptedDongle::hold(Type type) {
     {
         const Lock lock{mutex_};
         holds_ = true;
     }
-    dongle_.onNext(type, Fault{"held", [this, type](AnswerPlan& plan) {
+    dongle_.onNext(type, Fault{"held", [this](AnswerPlan& plan) {
                                    const Lock lock{mutex_};
                                    if (!holds_) {
                                        return;
                                    }
-                                   held_ = Held{.type = type, .answer = plan.answer};
+                                   held_ = plan.answer;
                                    plan.delivery = AnswerPlan::Delivery::never;
                                }});
 }
 
-std::optional<ScriptedDongle::Held> ScriptedDongle::takeHeld() {
+std::optional<ByteBuffer> ScriptedDongle::takeHeld() {
     const Lock lock{mutex_};
     holds_ = false;
     return std::exchange(held_, std::nullopt);
 }
 
 void ScriptedDongle::release() {
-    if (const std::optional<Held> held = takeHeld()) {
-        dongle_.send(held->answer);
+    if (const std::optional<ByteBuffer> held = takeHeld()) {
+        dongle_.send(*held);
     }
 }
 
-void ScriptedDongle::keepWaiting() {
-    if (const auto held = heldAnswer()) {
-        dongle_.send(foreignFrame(held->type));
+void ScriptedDongle::forget() {
+    if (takeHeld()) {
+        noteSilence();
     }
-}
-
-std::optional<ScriptedDongle::Held> ScriptedDongle::heldAnswer() const {
-    const Lock lock{mutex_};
-    return held_;
 }
 
 }  // namespace velmorindal

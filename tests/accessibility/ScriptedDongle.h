@@ -14,7 +14,7 @@ namespace velmorindal {
 ///
 ///     next TYPE FAULT    the next frame of that type meets the fault: silent, refused, invalid, pulled-out
 ///     every TYPE FAULT   each one does
-///     hold TYPE          the answer to the next one waits, and foreign frames keep the host waiting for it
+///     hold TYPE          the answer to the next one waits
 ///     release            the answer that waits is sent, or will not have to wait
 ///     forget             the answer that waits is not sent
 ///     link 0|1           whether the device is reached
@@ -24,33 +24,31 @@ namespace velmorindal {
 ///     pull-out           it is gone
 ///     stored             prints what the device has stored
 ///
-/// Prints each frame that it receives in hexadecimal digits after the word "received".
+/// Prints each frame that it receives in hexadecimal digits after the word "received". Adds a byte to the
+/// file of silences for each frame that is not going to be answered any more, for SilenceSystem.
 class ScriptedDongle {
   public:
-    ScriptedDongle(const std::filesystem::path& directory, const std::string& name);
+    ScriptedDongle(const std::filesystem::path& directory, const std::string& name,
+                   std::filesystem::path silences);
 
     const std::filesystem::path& path() const { return dongle_.path(); }
 
     /// @throws std::invalid_argument for an order that it does not know.
     void perform(const std::string& line);
-    /// To be called several times within the host's read time-out.
-    void keepWaiting();
 
   private:
-    struct Held {
-        VelmorindalMessageType type;
-        ByteBuffer answer;
-    };
-
+    Fault faultNamed(const std::string& name) const;
+    void noteSilence() const;
     void hold(VelmorindalMessageType type);
     void release();
+    void forget();
     /// What is held, and is so no longer.
-    std::optional<Held> takeHeld();
-    std::optional<Held> heldAnswer() const;
+    std::optional<ByteBuffer> takeHeld();
 
-    mutable Mutex mutex_;
+    const std::filesystem::path silences_;
+    Mutex mutex_;
     bool holds_ GUARDED_BY(mutex_) = false;
-    std::optional<Held> held_ GUARDED_BY(mutex_);
+    std::optional<ByteBuffer> held_ GUARDED_BY(mutex_);
     VirtualDongle dongle_;  // last: its thread uses the above
 };
 

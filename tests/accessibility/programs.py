@@ -16,8 +16,9 @@ class Program:
 
     def __init__(self, directory, name, arguments=(), variables=None, **options):
         self.name = name
-        self._output = pathlib.Path(directory, f"{name}-{id(self)}.out")
-        self._errors = pathlib.Path(directory, f"{name}-{id(self)}.err")
+        kept = name.replace("/", "-")
+        self._output = pathlib.Path(directory, f"{kept}-{id(self)}.out")
+        self._errors = pathlib.Path(directory, f"{kept}-{id(self)}.err")
         with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
             self.process = subprocess.Popen(
                 [PROGRAMS / name, *arguments],
@@ -51,12 +52,11 @@ class Program:
 
 
 class Wizard(Program):
-    """The wizard under test."""
+    """The wizard under test, whose exchanges time out where the dongle is silent and at no other time."""
 
     def __init__(self, directory, devices):
-        super().__init__(
-            directory, "velmorindal-setup", variables={"VELMORINDAL_DEVICE_DIRECTORY": f"{devices}/"}, cwd=directory
-        )
+        variables = {"VELMORINDAL_DEVICE_DIRECTORY": f"{devices}/", "VELMORINDAL_SILENCES": f"{directory}/silences"}
+        super().__init__(directory, "unhurried/velmorindal-setup", variables=variables, cwd=directory)
 
     def errors(self):
         # Newer toolkits say so when a reader asks for an object that has just gone, as readers do.
@@ -73,7 +73,9 @@ class Dongle(Program):
     """A simulated dongle that takes orders, such as `tell("hold status")`."""
 
     def __init__(self, directory, devices, name="cu.usbmodem-simulated"):
-        super().__init__(directory, "velmorindal-scripted-dongle", [devices, name], stdin=subprocess.PIPE)
+        super().__init__(
+            directory, "velmorindal-scripted-dongle", [devices, name, f"{directory}/silences"], stdin=subprocess.PIPE
+        )
         self._orders = 0
         wait_for("the simulated dongle", self.lines)
         self.path = self.lines()[0]

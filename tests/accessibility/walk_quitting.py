@@ -119,10 +119,13 @@ class WhileMeasuring(Quitting):
 
     def test_a_measurement_that_is_only_starting_is_stopped_too(self):
         self.go_to("Calibration")
-        self.dongle.tell("next autoTune silent")
+        self.dongle.tell("hold autoTune")
         self.press("Show Clarity")
         self.logged("Starting clarity polling")
-        self.leaves_by_window_manager()
+        self.close_by_window_manager()
+        self.logged("Quitting program!")
+        self.dongle.tell("forget")
+        self.has_left()
 
 
 class WhileWriting(Quitting):
