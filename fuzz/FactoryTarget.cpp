@@ -7,7 +7,6 @@
 
 #include "FatalStop.h"
 #include "FrameOracle.h"
-#include "HexText.h"
 #include "MessageClass.h"
 #include "PrintedLines.h"
 #include "Requirement.h"
@@ -15,30 +14,6 @@
 
 namespace velmorindal {
 namespace {
-
-std::string described(VelmorindalCommand* message) {
-    if (message == nullptr) {
-        return "none";
-    }
-    for (const MessageClass& messageClass : allMessageClasses()) {
-        if (messageClass.matches(*message)) {
-            std::string text{messageClass.name};
-            for (const Field& field : messageClass.fields(*message)) {
-                text.append(" ").append(field.name).append("=").append(field.text());
-            }
-            return text;
-        }
-    }
-    return "a message of no known class";
-}
-
-std::string sentAgain(const VelmorindalCommand& message) {
-    try {
-        return hexadecimal(message.serialize());
-    } catch (const VelmorindalException& exception) {
-        return exception.what();
-    }
-}
 
 void checkFactory(const ByteBuffer& frame, PrintedLines& output) {
     const oracle::Decoding expected = oracle::decoded(frame);
@@ -57,7 +32,7 @@ void checkFactory(const ByteBuffer& frame, PrintedLines& output) {
     requireEqual(described(message.get()), expected.message, "a frame is decoded as the oracle decodes it");
     requireEqual(output.take(), expected.line, "a refused frame prints its one line");
     if (message) {
-        requireEqual(sentAgain(*message), expected.sentAgain, "a decoded message is sent as the oracle says");
+        requireEqual(sent(*message), expected.sentAgain, "a decoded message is sent as the oracle says");
     }
 }
 

@@ -41,15 +41,6 @@ bool hasExample(std::string_view messageClass, const std::string& kind) {
                                [&](const Example& example) { return example.messageClass == messageClass; });
 }
 
-const MessageClass& classOf(const Example& example) {
-    const auto classes = allMessageClasses();
-    const auto found = std::ranges::find(classes, example.messageClass, &MessageClass::name);
-    if (found == classes.end()) {
-        refuse(example.messageClass);
-    }
-    return *found;
-}
-
 std::map<std::string, std::string> fieldsOf(const MessageClass& messageClass, VelmorindalCommand& message) {
     std::map<std::string, std::string> fields;
     for (const auto& each : messageClass.fields(message)) {
@@ -102,13 +93,13 @@ TEST(ProtocolDocument, ItsQueriesAreTheFramesThatTheHostSends) {
         EXPECT_EQ(VelmorindalCommand::addHeader({}, example.frame[typeOffset], true), example.frame);
         const auto answer = VelmorindalMessageFactory::createFromWire(example.frame);
         ASSERT_NE(answer, nullptr);
-        EXPECT_TRUE(classOf(example).matches(*answer)) << example.messageClass;
+        EXPECT_TRUE(messageClassNamed(example.messageClass).matches(*answer)) << example.messageClass;
     }
 }
 
 TEST(ProtocolDocument, ItsCommandsAreWhatTheirFieldsAreSentAs) {
     for (const Example& example : examplesOf("command")) {
-        const MessageClass& messageClass = classOf(example);
+        const MessageClass& messageClass = messageClassNamed(example.messageClass);
         const auto message = messageClass.make();
         for (const auto& each : messageClass.fields(*message)) {
             if (const auto value = example.fields.find(std::string{each.name});
@@ -123,7 +114,7 @@ TEST(ProtocolDocument, ItsCommandsAreWhatTheirFieldsAreSentAs) {
 
 TEST(ProtocolDocument, ItsAnswersAreReadAsTheirFields) {
     for (const Example& example : examplesOf("answer")) {
-        const MessageClass& messageClass = classOf(example);
+        const MessageClass& messageClass = messageClassNamed(example.messageClass);
         const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
         ASSERT_NE(message, nullptr) << example.messageClass;
         ASSERT_TRUE(messageClass.matches(*message)) << example.messageClass;
@@ -134,7 +125,7 @@ TEST(ProtocolDocument, ItsAnswersAreReadAsTheirFields) {
 
 TEST(ProtocolDocument, ItsAcknowledgementsPassTheCheckOfTheHost) {
     for (const Example& example : examplesOf("acknowledgement")) {
-        const auto message = classOf(example).make();
+        const auto message = messageClassNamed(example.messageClass).make();
         const std::uint8_t type = message->serialize().at(typeOffset);
         EXPECT_TRUE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
     }
@@ -143,7 +134,7 @@ TEST(ProtocolDocument, ItsAcknowledgementsPassTheCheckOfTheHost) {
 TEST(ProtocolDocument, WhatItCallsDeniedAcknowledgesNoCommand) {
     ASSERT_THAT(examplesOf("denied"), Not(IsEmpty()));
     for (const Example& example : examplesOf("denied")) {
-        const std::uint8_t type = classOf(example).make()->serialize().at(typeOffset);
+        const std::uint8_t type = messageClassNamed(example.messageClass).make()->serialize().at(typeOffset);
         EXPECT_EQ(example.frame.at(typeOffset), type) << hexadecimal(example.frame);
         EXPECT_FALSE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
     }
@@ -154,7 +145,8 @@ TEST(ProtocolDocument, WhatItCallsRefusedBecomesNoValidMessage) {
         const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
         EXPECT_FALSE(message && message->_valid) << hexadecimal(example.frame);
         if (message) {
-            EXPECT_TRUE(classOf(example).matches(*message)) << hexadecimal(example.frame);
+            EXPECT_TRUE(messageClassNamed(example.messageClass).matches(*message))
+                << hexadecimal(example.frame);
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "MessageClass.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <concepts>
@@ -161,6 +162,38 @@ constexpr std::array messageClasses{
 
 std::span<const MessageClass> allMessageClasses() {
     return messageClasses;
+}
+
+const MessageClass& messageClassNamed(std::string_view name) {
+    const auto* const found = std::ranges::find(messageClasses, name, &MessageClass::name);
+    if (found == messageClasses.end()) {
+        refuse(name);
+    }
+    return *found;
+}
+
+std::string described(VelmorindalCommand* message) {
+    if (message == nullptr) {
+        return "none";
+    }
+    const auto* const found = std::ranges::find_if(
+        messageClasses, [&](const MessageClass& each) { return each.matches(*message); });
+    if (found == messageClasses.end()) {
+        return "a message of no known class";
+    }
+    std::string text{found->name};
+    for (const Field& each : found->fields(*message)) {
+        text.append(" ").append(each.name).append("=").append(each.text());
+    }
+    return text;
+}
+
+std::string sent(const VelmorindalCommand& message) {
+    try {
+        return hexadecimal(message.serialize());
+    } catch (const VelmorindalException& exception) {
+        return exception.what();
+    }
 }
 
 }  // namespace velmorindal

@@ -29,4 +29,13 @@ struct MessageClass {
 
 std::span<const MessageClass> allMessageClasses();
 
+/// Refuses a name that is none.
+const MessageClass& messageClassNamed(std::string_view name);
+
+/// Its class and every field, "VCStatus _valid=1 _linkState=2"; "none" for no message.
+std::string described(VelmorindalCommand* message);
+
+/// The frame that it becomes when it is sent, as hexadecimal digits, or the name of the error.
+std::string sent(const VelmorindalCommand& message);
+
 }  // namespace velmorindal

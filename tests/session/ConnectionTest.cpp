@@ -1,10 +1,12 @@
 #include <filesystem>
 
 #include "ConnectionTest.h"
+#include "FrameOracle.h"
 
 namespace velmorindal {
 namespace {
 
+using oracle::query;
 using testing::ElementsAre;
 using Type = VelmorindalMessageType;
 
@@ -53,9 +55,8 @@ TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
 
 TEST_F(ConnectionTest, TheConversationIsTheProbeTheChecksAndTheFiveReadings) {
     EXPECT_TRUE(connect());
-    const auto query = [](std::uint8_t code) { return ByteBuffer{0x63, 0x62, code, 0x00}; };
-    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query(0x76), query(0x76), query(0x73), query(0x78),
-                                                     query(0x70), query(0x64), query(0x68), query(0x6B)));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query('v'), query('v'), query('s'), query('x'),
+                                                     query('p'), query('d'), query('h'), query('k')));
 }
 
 TEST_F(ConnectionTest, TheConnectingStateIsInPlaceBeforeTheFirstByteOfTheConnectionGoesOut) {

@@ -1,4 +1,5 @@
 #include "FaultMatrixStory.h"
+#include "FrameOracle.h"
 
 namespace velmorindal {
 namespace {
@@ -10,8 +11,8 @@ constexpr const char* linkDownText =
     "Please ensure that your Velmorindal is turned on and in configuration mode.";
 constexpr const char* thrownReadText = "Invalid message received from server.\n\n(Error code: VC/TC)";
 
-const ByteBuffer versionQuery{0x63, 0x62, 0x76, 0x00};
-const ByteBuffer statusQuery{0x63, 0x62, 0x73, 0x00};
+const ByteBuffer versionQuery = oracle::query('v');
+const ByteBuffer statusQuery = oracle::query('s');
 
 struct Failure {
     std::vector<std::string> lines;
@@ -29,10 +30,10 @@ struct Question {
     Failure invalid;
 };
 
-Question reading(std::uint8_t code, std::vector<std::string> lines, std::vector<double> progress,
+Question reading(char type, std::vector<std::string> lines, std::vector<double> progress,
                  const std::string& step) {
     const std::vector<std::string> failed{"Failed to read settings."};
-    return {.query = {0x63, 0x62, code, 0x00},
+    return {.query = oracle::query(type),
             .linesWhenGood = std::move(lines),
             .progressWhenGood = std::move(progress),
             .thrown = {failed, thrownReadText},
@@ -44,14 +45,14 @@ Question reading(std::uint8_t code, std::vector<std::string> lines, std::vector<
 std::vector<Question> readings(bool bluetooth) {
     std::vector<Question> steps;
     if (bluetooth) {
-        steps = {reading(0x78, {}, {4}, "VCPS")};
+        steps = {reading('x', {}, {4}, "VCPS")};
     } else {
-        steps = {reading(0x78, {}, {}, "VCPS"), reading(0x70, {}, {4}, "VCOP")};
+        steps = {reading('x', {}, {}, "VCPS"), reading('p', {}, {4}, "VCOP")};
     }
-    steps.push_back(reading(0x64, {"Test: cutoff is  1.0"}, {5}, "VCHD"));
-    steps.push_back(reading(0x68, {}, {6}, "VCHT"));
+    steps.push_back(reading('d', {"Test: cutoff is  1.0"}, {5}, "VCHD"));
+    steps.push_back(reading('h', {}, {6}, "VCHT"));
     steps.push_back(reading(
-        0x6B, {"Settings read successfully.", "Successful connection!", "Status updated now:  connected"}, {},
+        'k', {"Settings read successfully.", "Successful connection!", "Status updated now:  connected"}, {},
         "VCKC"));
     return steps;
 }

@@ -1,8 +1,10 @@
+#include "FrameOracle.h"
 #include "SessionTest.h"
 
 namespace velmorindal {
 namespace {
 
+using oracle::query;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
@@ -39,16 +41,15 @@ TEST_F(SettingsReadingTest, AsksForFiveSettingsInOrderAndPublishesThemInOrder) {
     EXPECT_EQ(lines.take(), "Test: cutoff is  1.6\n");
     EXPECT_TRUE(velmorindal.isValid);
     EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
-    const auto query = [](std::uint8_t code) { return ByteBuffer{0x63, 0x62, code, 0x00}; };
     EXPECT_THAT(dongle.receivedFrames(),
-                ElementsAre(query(0x78), query(0x70), query(0x64), query(0x68), query(0x6B)));
+                ElementsAre(query('x'), query('p'), query('d'), query('h'), query('k')));
 }
 
 TEST_F(SettingsReadingTest, ABluetoothDeviceIsNotAskedForItsOutputPath) {
     dongle.prepare([](DeviceState& device) { device.settings.protocol = 1; });
     EXPECT_TRUE(read());
     EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::BTKeyboard);
-    EXPECT_THAT(dongle.receivedFrames(), Not(Contains(ByteBuffer{0x63, 0x62, 0x70, 0x00})));
+    EXPECT_THAT(dongle.receivedFrames(), Not(Contains(query('p'))));
     EXPECT_THAT(dongle.receivedFrames(), SizeIs(4));
 }
 

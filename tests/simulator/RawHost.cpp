@@ -76,16 +76,6 @@ ByteBuffer RawHost::readSome(std::size_t length, Clock::time_point deadline) con
     return bytes;
 }
 
-ByteBuffer query(char type) {
-    return frame('c', type);
-}
-
-ByteBuffer frame(char kind, char type, const ByteBuffer& payload) {
-    const ByteBuffer header{static_cast<std::uint8_t>(kind), 'b', static_cast<std::uint8_t>(type),
-                            static_cast<std::uint8_t>(payload.size())};
-    return header + payload;
-}
-
 ByteBuffer operator+(ByteBuffer first, const ByteBuffer& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <span>
 
+#include "FrameOracle.h"
 #include "OwnedDescriptor.h"
 #include "VelmorindalCommand.h"
 
@@ -42,10 +43,9 @@ class RawHost {
     OwnedDescriptor port_;
 };
 
-/// A query's four bytes.
-ByteBuffer query(char type);
-/// A whole frame: kind, type and payload.
-ByteBuffer frame(char kind, char type, const ByteBuffer& payload = {});
+using oracle::frame;
+using oracle::query;
+
 /// One after the other.
 ByteBuffer operator+(ByteBuffer first, const ByteBuffer& second);
 
