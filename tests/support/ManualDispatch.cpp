@@ -1,5 +1,6 @@
 #include "ManualDispatch.h"
 
+#include <chrono>
 #include <future>
 
 namespace velmorindal {
@@ -101,6 +102,18 @@ bool ManualDispatch::waitUntil(const std::function<bool()>& condition) {
             return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
+    }
+    return true;
+}
+
+bool ManualDispatch::runMainWorkUntil(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + bound;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        waitBriefly();
+        runPendingMainWork();
     }
     return true;
 }
