@@ -38,11 +38,7 @@ ConnectPanelWidget::ConnectPanelWidget(ConnectPanelView& view) : view_{view} {
 void ConnectPanelWidget::refresh() {
     status_->showText(view_.statusText());
     showWhereAny(reason_, view_.lastReason());
-    const auto bar = view_.progressBar();
-    if (bar) {
-        progress_->setBar(*bar);
-    }
-    setShown(progress_, bar.has_value());
+    showWhereAny(progress_, view_.progressBar());
 }
 
 }  // namespace velmorindal

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Look.h"
+#include "ProgressBarWidget.h"
 #include "TextLabel.h"
 
 namespace velmorindal {
@@ -74,6 +75,13 @@ void showWhereAny(TextLabel* label, std::string_view text) {
         label->showText(text);
     }
     setShown(label, !text.empty());
+}
+
+void showWhereAny(ProgressBarWidget* widget, const std::optional<ProgressBar>& bar) {
+    if (bar) {
+        widget->setBar(*bar);
+    }
+    setShown(widget, bar.has_value());
 }
 
 void setShown(QWidget* control, bool shown) {

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 #include <string_view>
 #include <vector>
+
+#include "ProgressBar.h"
 
 class QVBoxLayout;
 
 namespace velmorindal {
 
+class ProgressBarWidget;
 class TextLabel;
 
 /// A page of the wizard: its controls are built once, and refresh() copies the view's answers into them.
@@ -52,6 +56,9 @@ class PageWidget : public QWidget {
 /// Shows `text` in `label`, or hides the label where there is none: emptied, it would announce a change that
 /// cannot be seen.
 void showWhereAny(TextLabel* label, std::string_view text);
+
+/// Shows `bar` in `widget`, or hides the widget where there is none.
+void showWhereAny(ProgressBarWidget* widget, const std::optional<ProgressBar>& bar);
 
 /// Shows or hides `control`, unless it is so already.
 void setShown(QWidget* control, bool shown);

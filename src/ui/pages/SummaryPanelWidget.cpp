@@ -63,11 +63,7 @@ void SummaryPanelWidget::refresh() {
     }
     showWhereAny(status_, view_.statusText());
     showWhereAny(reason_, view_.lastReason());
-    const auto bar = view_.progressBar();
-    if (bar) {
-        progress_->setBar(*bar);
-    }
-    setShown(progress_, bar.has_value());
+    showWhereAny(progress_, view_.progressBar());
 }
 
 }  // namespace velmorindal
