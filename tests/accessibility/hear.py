@@ -135,8 +135,8 @@ class Hearing:
     def key(self, key, *expected):
         self.hears(key, lambda: press(key), *expected)
 
-    def tells(self, order, *expected):
-        self.hears(f"({order})", lambda: self.dongle.tell(order), *expected)
+    def announced(self, order, *expected):
+        self.hears(f"({order})", lambda: self.dongle.send(order), *expected)
 
     def hears(self, cause, act, *expected):
         """These words and no others, in this order; how they are cut into utterances is the screen reader's business.
@@ -256,9 +256,9 @@ def whole_setup(hearing):
     hearing.key("space", f"The clarity {DISPLAY}")
     # A hum rises above what was there before it.
     wait_for("the quiet before", lambda: "Have a reading of  0.05" in hearing.wizard.lines())
-    hearing.dongle.tell("clarity 0.72")
+    hearing.dongle.send("clarity 0.72")
     wait_for("the reading", lambda: "Have a reading of  0.72" in hearing.wizard.lines())
-    hearing.tells("clarity 0.05", "0.72, above the threshold")
+    hearing.announced("clarity 0.05", "0.72, above the threshold")
     hearing.key("Tab", *slider("Clarity threshold", "0.50", 50))
     hearing.key("Prior", "0.60")
     hearing.key("alt+h", "The clarity display has stopped.")
@@ -266,9 +266,9 @@ def whole_setup(hearing):
     hearing.key("space", f"The duration {DISPLAY}")
     # The first answer reports a hum from before the display and is dropped.
     wait_for("the second question", lambda: hearing.dongle.received().count("63 62 6c 00") > 1)
-    hearing.tells("hum 40", "1.60 seconds, long")
-    hearing.tells("hum 10", "0.40 seconds, short")
-    hearing.tells("hum 10", "0.40 seconds, short")
+    hearing.announced("hum 40", "1.60 seconds, long")
+    hearing.announced("hum 10", "0.40 seconds, short")
+    hearing.announced("hum 10", "0.40 seconds, short")
     hearing.key("Tab", *slider("Cutoff", "1.00", 34), "seconds")
     hearing.key("Right", "1.05")
     hearing.key("alt+d", "The duration display has stopped.")
@@ -278,12 +278,12 @@ def whole_setup(hearing):
         "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED Output: USB "
         "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60",
     )
-    hearing.dongle.tell("hold humThresholds")
+    hearing.dongle.send("hold humThresholds")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
     hearing.meets(
         "(release)",
-        lambda: hearing.dongle.tell("release"),
+        lambda: hearing.dongle.send("release"),
         texts.FILE_AFTER_SUCCESS,
         "No",
         *([Maybe("Close button")] if is_newer() else []),
@@ -308,7 +308,7 @@ def no_dongle(hearing):
 
 
 def link_down(hearing):
-    hearing.plug_in().tell("link 0")
+    hearing.plug_in().send("link 0")
     hearing.opens()
     hearing.meets_by(
         "Return",
@@ -338,7 +338,7 @@ def torn_file(hearing):
 def failed_write(hearing):
     hearing.plug_in()
     reach_summary(hearing, LONG_SHORT)
-    hearing.dongle.tell("next relayConfig pulled-out")
+    hearing.dongle.send("next relayConfig pulled-out")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.meets_by(
         "alt+y",
@@ -360,7 +360,7 @@ def pulled_out_while_a_display_runs(hearing):
     hearing.key("alt+n", *chosen(OUTPUT_QUESTION, "Switch Output"))
     hearing.key("alt+n", "Show Clarity button", calibration_text())
     hearing.key("space", f"The clarity {DISPLAY}")
-    hearing.tells("pull-out", STALE)
+    hearing.announced("pull-out", STALE)
     hearing.key("space", "The clarity display has stopped.")
     hearing.key("Tab", *slider("Clarity threshold", "0.50", 50))
 

@@ -70,7 +70,7 @@ class Wizard(Program):
 
 
 class Dongle(Program):
-    """A simulated dongle that takes orders, such as `tell("hold status")`."""
+    """A simulated dongle that takes orders, such as `send("hold status")`."""
 
     def __init__(self, directory, devices, name="cu.usbmodem-simulated"):
         super().__init__(
@@ -80,7 +80,7 @@ class Dongle(Program):
         wait_for("the simulated dongle", self.lines)
         self.path = self.lines()[0]
 
-    def tell(self, *orders):
+    def send(self, *orders):
         for order in orders:
             self.process.stdin.write(order.encode() + b"\n")
             self.process.stdin.flush()
@@ -98,5 +98,5 @@ class Dongle(Program):
     def stored(self):
         """What the device has kept, in words."""
         before = len(self.lines())
-        self.tell("stored")
+        self.send("stored")
         return [line for line in self.lines()[before:] if line != "done" and not line.startswith("received ")]

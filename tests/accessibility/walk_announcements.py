@@ -70,21 +70,21 @@ class Announcements(Walk):
         self.same(self.ears.heard(kind, role), list(names), f"what is announced: {kind}")
 
     def test_the_status_line_is_announced_once_each_time_it_changes(self):
-        self.dongle.tell("hold status")
+        self.dongle.send("hold status")
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
         self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTING)
         self.ears.forget()
-        self.dongle.tell("release")
+        self.dongle.send("release")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
         self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTED)
 
     def test_a_failed_connection_is_announced_by_its_line_and_one_dialog(self):
-        self.dongle.tell("hold status")
+        self.dongle.send("hold status")
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
         self.ears.forget()
-        self.dongle.tell("link 0", "pull-out")
+        self.dongle.send("link 0", "pull-out")
         dialog = texts.connection_failed("The device sent an unrecognized response.\n\n(Error code: VS/CC)")
         self.hears_dialog(dialog)
         self.announced_dialog(dialog)
@@ -104,7 +104,7 @@ class Announcements(Walk):
     def test_dialogs_that_follow_each_other_are_announced_once_each(self):
         self.connect()
         self.walk_to("Summary")
-        self.dongle.tell("next outputPath refused")
+        self.dongle.send("next outputPath refused")
         failed = texts.save_failed("Failed to write instruction to device.\n\nError code: OP/SC")
         for press, dialog in (("Save", texts.SAVE_SETTINGS), ("Yes", failed), ("OK", texts.FILE_AFTER_FAILURE)):
             self.ears.forget()
@@ -115,12 +115,12 @@ class Announcements(Walk):
     def test_the_result_of_a_write_is_announced_once(self):
         self.connect()
         self.walk_to("Summary")
-        self.dongle.tell("hold humThresholds")
+        self.dongle.send("hold humThresholds")
         self.ears.forget()
         self.press("Save", "Yes")
         self.becomes(lambda: texts.WRITING in self.spoken(), True, "the write")
         self.becomes(lambda: self.ears.heard("name", pyatspi.ROLE_LABEL).count(texts.WRITING), 1, "the write announced")
-        self.dongle.tell("release")
+        self.dongle.send("release")
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
         self.press("No")
         self.becomes(lambda: texts.WRITTEN in self.spoken(), True, "the result")
@@ -147,15 +147,15 @@ class Announcements(Walk):
     def test_each_hum_is_announced_once_and_no_reading_between(self):
         self.connect()
         self.walk_to("Calibration")
-        self.dongle.tell("clarity 0.25")
+        self.dongle.send("clarity 0.25")
         self.ears.forget()
         self.press("Show Clarity")
         runs = "display is running. The buttons below the page return when it is stopped."
         self.becomes(lambda: "[progress bar] Clarity level 0.25" in self.spoken(), True, "the reading")
-        self.dongle.tell("clarity 0.75")
+        self.dongle.send("clarity 0.75")
         self.becomes(lambda: "[image] Clarity indicator: Above threshold" in self.spoken(), True, "the indicator")
         self.becomes(lambda: self.wizard.lines().count("Have a reading of  0.75") > 5, True, "five times the same")
-        self.dongle.tell("clarity 0.05")
+        self.dongle.send("clarity 0.05")
         self.announced("shown", pyatspi.ROLE_NOTIFICATION, f"The clarity {runs}", "0.75, above the threshold")
         self.same(self.ears.heard("value", pyatspi.ROLE_PROGRESS_BAR), [], "the bar")
         self.press("Show Clarity")
@@ -164,7 +164,7 @@ class Announcements(Walk):
         self.press("Show Duration")
         # The first answer reports a hum from before the display and is dropped.
         self.becomes(lambda: self.dongle.received().count("63 62 6c 00") > 1, True, "the second question")
-        self.dongle.tell("hum 50")
+        self.dongle.send("hum 50")
         self.announced("shown", pyatspi.ROLE_NOTIFICATION, f"The duration {runs}", "2.00 seconds, long")
         self.hears_page(texts.calibration_page(kinds=("off", "on"), show=(" (unavailable)", ""), hum="2.00 s"))
         self.press("Show Duration")

@@ -22,7 +22,7 @@ class FailedConnections(Walk):
         self.has_left()
 
     def test_no_dongle(self):
-        self.dongle.tell("pull-out")
+        self.dongle.send("pull-out")
         self.fails(
             "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.",
             texts.BROKEN,
@@ -30,7 +30,7 @@ class FailedConnections(Walk):
         )
 
     def test_link_down(self):
-        self.dongle.tell("link 0")
+        self.dongle.send("link 0")
         self.fails(
             "Please ensure that your Velmorindal is turned on and in configuration mode.",
             texts.NOT_CONNECTED,
@@ -38,17 +38,17 @@ class FailedConnections(Walk):
         )
 
     def test_a_silent_device_at_the_status_check(self):
-        self.dongle.tell("every status silent")
+        self.dongle.send("every status silent")
         self.fails(UNRECOGNIZED.format("VS/CC"), texts.BROKEN, "Error; could not get a status from the device")
 
     def test_a_dongle_pulled_out_while_settings_are_read(self):
-        self.dongle.tell("next humDuration pulled-out")
+        self.dongle.send("next humDuration pulled-out")
         self.fails(INVALID_MESSAGE, texts.BROKEN, "Failed to read settings.")
 
     def test_a_device_that_answers_with_something_else(self):
         for kind, code in (("protocolSelect", "VCPS/IV"), ("keyboardConfig", "VCKC/IV")):
             with self.subTest(kind):
-                self.dongle.tell(f"next {kind} invalid")
+                self.dongle.send(f"next {kind} invalid")
                 self.fails(
                     f"Invalid response from dongle (Error code: {code})", texts.BROKEN, "Failed to read settings."
                 )
@@ -120,7 +120,7 @@ class FailedWrites(Walk):
         ):
             with self.subTest(kind):
                 self.ready_to_save(output)
-                self.dongle.tell(f"next {kind} refused")
+                self.dongle.send(f"next {kind} refused")
                 self.fails(REFUSED.format(code))
                 self.press("Cancel")
                 self.hears_dialog(texts.CLOSE_PROGRAM)
@@ -130,7 +130,7 @@ class FailedWrites(Walk):
 
     def test_a_dongle_pulled_out_while_writing_and_a_second_try(self):
         self.ready_to_save()
-        self.dongle.tell("next relayConfig pulled-out")
+        self.dongle.send("next relayConfig pulled-out")
         self.fails(LOST.format("RC/TC"))
         not_connected = (
             "The Velmorindal is not connected, or the connection has been lost.\n\n"
@@ -143,7 +143,7 @@ class FailedWrites(Walk):
 
     def test_a_silent_device_while_writing(self):
         self.ready_to_save()
-        self.dongle.tell("next protocolSelect silent")
+        self.dongle.send("next protocolSelect silent")
         self.fails(LOST.format("PS/TC2"))
 
     def test_a_dongle_pulled_out_while_measuring_leaves_the_window_alive(self):
@@ -153,7 +153,7 @@ class FailedWrites(Walk):
             self.press(measurement)
             self.becomes(self.buttons, [], "no button while it runs")
             if measurement == "Show Clarity":
-                self.dongle.tell("pull-out")
+                self.dongle.send("pull-out")
             self.press(measurement)
             self.hears_page(texts.calibration_page(), "Cancel", "Back", "Next")
         self.press("Next")
@@ -177,18 +177,18 @@ class FailedWrites(Walk):
 
 class Cancelling(Walk):
     def test_cancel_asks_on_every_page_and_no_changes_nothing(self):
-        self.dongle.tell("hold status")
+        self.dongle.send("hold status")
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
         self.cancels()
-        self.dongle.tell("release")
+        self.dongle.send("release")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
         self.cancels()
         for step in texts.STEPS[2:]:
             self.press("Next")
             self.is_at(step)
             self.cancels()
-        self.dongle.tell("hold humThresholds")
+        self.dongle.send("hold humThresholds")
         self.press("Save", "Yes")
         self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
         self.becomes(
@@ -197,7 +197,7 @@ class Cancelling(Walk):
             "the progress",
         )
         self.cancels()
-        self.dongle.tell("release")
+        self.dongle.send("release")
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
 
     def cancels(self):

@@ -143,12 +143,12 @@ class Loading(Walk):
         self.logged("Could not read XML:  Could not load contents of XML file")
 
     def test_a_connection_may_fail_while_a_file_is_chosen(self):
-        self.dongle.tell("hold status")
+        self.dongle.send("hold status")
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
         self.press("Load")
         self.hears_panel(texts.LOAD_PANEL)
-        self.dongle.tell("pull-out")
+        self.dongle.send("pull-out")
         self.becomes(
             lambda: [window.name for window in self.windows(details=False)[1:]],
             [texts.LOAD_PANEL, "Connection Failed"],
@@ -164,7 +164,7 @@ class Loading(Walk):
         self.logged("Could not connect.", "Found element:  VibrationSwitch")
 
     def test_loading_works_without_a_device_and_cancel_does_nothing(self):
-        self.dongle.tell("pull-out")
+        self.dongle.send("pull-out")
         self.press("Next")
         self.hears_dialog(
             texts.connection_failed(

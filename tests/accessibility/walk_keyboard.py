@@ -135,7 +135,7 @@ class Letters(Keyboard):
         self.has_left()
 
     def test_a_notice_has_one_too(self):
-        self.dongle.tell("link 0")
+        self.dongle.send("link 0")
         self.presses("Next")
         self.hears_dialog(
             texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode.")

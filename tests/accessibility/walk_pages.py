@@ -77,7 +77,7 @@ class Pages(Walk):
         self.press("No")
 
     def test_direct_mode_on_a_switch_from_welcome_to_close(self):
-        self.dongle.tell("detect-mode 0")
+        self.dongle.send("detect-mode 0")
         self.same(self.windows()[0].name, texts.WINDOW)
         self.same(self.windows()[0].role in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW), True, "a window by its role")
         self.hears_page(texts.WELCOME_PAGE, "Next", "Close")

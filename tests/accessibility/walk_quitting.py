@@ -74,16 +74,16 @@ class WhileConnecting(Quitting):
     def test_every_way_out_leaves_at_once(self):
         for leave in (self.leaves_by_window_manager, self.leaves_by_signal, self.leaves_by_key, self.leaves_by_cancel):
             with self.subTest(leave.__name__):
-                self.dongle.tell("hold status")
+                self.dongle.send("hold status")
                 self.press("Next")
                 self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
                 leave()
                 # Nobody waits for the answer any more, and the next wizard must not take it for its own.
-                self.dongle.tell("forget")
+                self.dongle.send("forget")
                 self.start()
 
     def test_a_failed_attempt_leaves_too(self):
-        self.dongle.tell("link 0")
+        self.dongle.send("link 0")
         self.press("Next")
         self.hears_dialog(
             texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode.")
@@ -103,7 +103,7 @@ class WhileMeasuring(Quitting):
     def leaves_measuring(self, measurement, *orders):
         """Starts a measurement, waits until it runs, and closes the window."""
         self.go_to("Calibration")
-        self.dongle.tell(*orders)
+        self.dongle.send(*orders)
         self.press(f"Show {measurement}")
         self.becomes(self.buttons, [], "no button while it runs")
         self.leaves_by_window_manager()
@@ -119,26 +119,26 @@ class WhileMeasuring(Quitting):
 
     def test_a_measurement_that_is_only_starting_is_stopped_too(self):
         self.go_to("Calibration")
-        self.dongle.tell("hold autoTune")
+        self.dongle.send("hold autoTune")
         self.press("Show Clarity")
         self.logged("Starting clarity polling")
         self.close_by_window_manager()
         self.logged("Quitting program!")
-        self.dongle.tell("forget")
+        self.dongle.send("forget")
         self.has_left()
 
 
 class WhileWriting(Quitting):
     def start_writing(self):
         self.go_to("Summary")
-        self.dongle.tell("hold humThresholds")
+        self.dongle.send("hold humThresholds")
         self.press("Save", "Yes")
         self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
 
     def waits_for_the_write(self):
         self.logged("Waiting for write to finish.")
         self.same(self.dongle.stored(), ["Nothing was stored."])
-        self.dongle.tell("release")
+        self.dongle.send("release")
         self.has_left()
         self.same("Save completed." in self.wizard.lines(), True, "the write came to its end")
         self.same(self.dongle.stored()[-1], "Times stored: 1")
@@ -157,12 +157,12 @@ class WhileWriting(Quitting):
 
     def test_a_signal_waits_for_the_write_and_a_failed_one_ends_it(self):
         self.go_to("Summary")
-        self.dongle.tell("hold humThresholds")
+        self.dongle.send("hold humThresholds")
         self.press("Save", "Yes")
         self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
         self.wizard.terminate()
         self.logged("Waiting for write to finish.")
-        self.dongle.tell("pull-out")
+        self.dongle.send("pull-out")
         self.has_left()
         self.same("Save completed." in self.wizard.lines(), False, "nothing was stored")
 
