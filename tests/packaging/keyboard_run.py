@@ -2,6 +2,7 @@
 its own, by keys that reach the window from outside."""
 
 import contextlib
+import functools
 import os
 import pathlib
 import random
@@ -9,23 +10,13 @@ import signal
 import subprocess
 import sys
 import threading
-import time
+
+import waiting
+from waiting import Failed
 
 SECONDS = 600
 
-
-class Gone(RuntimeError):
-    """Something that was waited for did not come."""
-
-
-def wait_for(condition, what, seconds=SECONDS):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        result = condition()
-        if result:
-            return result
-        time.sleep(0.05)
-    raise Gone(f"waited {seconds} s for {what}")
+wait_for = functools.partial(waiting.wait_for, seconds=SECONDS)
 
 
 class Program:
@@ -64,7 +55,7 @@ class Program:
         def found():
             return next((line for line in list(self.lines) if line.startswith(start)), None)
 
-        return wait_for(found, f"the line {start}", seconds)
+        return wait_for(found, f"the line {start}", seconds=seconds)
 
     def end(self, *signals):
         for each in signals:
@@ -90,7 +81,7 @@ class Screen:
         with os.fdopen(reader) as ready:
             self.display = ":" + ready.readline().strip()
         if self.display != number:
-            raise Gone(f"the X server {number}")
+            raise Failed(f"the X server {number}")
         self.manage(stack)
 
     def manage(self, stack):
@@ -132,7 +123,7 @@ def program_a_device(wizard, screen, look):
         # A button that is not shown takes no key: Next works up to the last page, Save there alone.
         screen.press(title, "alt+n")
         screen.press(title, "alt+s")
-        with contextlib.suppress(Gone):
+        with contextlib.suppress(Failed):
             return wizard.wait_for_line("Save pressed", 0.5)
 
     wait_for(save_is_pressed, "the last page")
@@ -142,13 +133,13 @@ def program_a_device(wizard, screen, look):
 
     def leaves():
         screen.press(title, "alt+e")
-        with contextlib.suppress(Gone):
+        with contextlib.suppress(Failed):
             return wizard.wait_for_line("Farewell", 0.5)
 
     wait_for(leaves, "the farewell")
     status = wizard.end()
     if status != 0:
-        raise Gone(f"the wizard ended with {status}")
+        raise Failed(f"the wizard ended with {status}")
 
 
 def run(
@@ -171,8 +162,8 @@ def run(
         wizard = stack.enter_context(Program(wizard_command, wizard_environment | {"DISPLAY": screen.display}))
         program_a_device(wizard, screen, look)
         if simulator.end(signal.SIGINT) != 0:
-            raise Gone("the simulator failed")
+            raise Failed("the simulator failed")
         stored = simulator.lines[1:]
         if "Protocol: Gazell" not in stored:
-            raise Gone(f"the device has stored {stored}")
+            raise Failed(f"the device has stored {stored}")
         return wizard.lines, stored

@@ -1,4 +1,4 @@
-"""What every check does: wait for something with a bound, and compare."""
+"""What checks do: wait for something with a bound, and compare."""
 
 import time
 
