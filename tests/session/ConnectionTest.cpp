@@ -134,30 +134,6 @@ TEST_F(ConnectionTest, AVersionCheckThatBringsNothingIsCcIc) {
               std::string::npos);
 }
 
-TEST_F(ConnectionTest, ASilentStatusCheckIsVsCc) {
-    dongle.staySilentOn(Type::status);
-    PrintedLines lines;
-    expectFailure("The device sent an unrecognized response.\n\n(Error code: VS/CC)");
-    EXPECT_NE(lines.take().find("Error; could not get a status from the device\n"), std::string::npos);
-}
-
-TEST_F(ConnectionTest, AStatusCheckThatBringsNothingIsVsIc) {
-    system.cutWrite(Type::status, 1, 0);
-    PrintedLines lines;
-    expectFailure("The device sent an unrecognized response.\n\n(Error code: VS/IC)");
-    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid status.\n"), std::string::npos);
-}
-
-TEST_F(ConnectionTest, AnInvalidVersionAnswerIsNotRefused) {
-    dongle.onOccurrence(2, Type::version, Fault::wrongKind());
-    EXPECT_TRUE(connect());
-}
-
-TEST_F(ConnectionTest, AnInvalidStatusAnswerReadsAsALinkThatIsDown) {
-    dongle.onFirst(Type::status, Fault::wrongMarker());
-    expectFailure(linkDownText, ConnectionStatus::disconnected);
-}
-
 TEST_F(ConnectionTest, ALinkThatIsDownEndsDisconnectedAndAsksForNoSetting) {
     dongle.prepare([](DeviceState& device) { device.linkState = 0; });
     PrintedLines lines;
@@ -203,20 +179,6 @@ TEST_F(ConnectionTest, ATextThatAFailedLoadHasLeftMeanwhileIsNoWarningOfTheConne
     EXPECT_EQ(result.get().text, std::nullopt);
     EXPECT_EQ(velmorindal.lastError.get(), "Could not load contents of XML file");
 }
-
-class PulledOutTest : public ConnectionTest, public testing::WithParamInterface<Type> {};
-
-TEST_P(PulledOutTest, ADonglePulledOutAtAnyStepEndsTheConnectionInError) {
-    dongle.onOccurrence(GetParam() == Type::version ? 2 : 1, GetParam(), Fault::unplugBeforeAnswer());
-    EXPECT_FALSE(connect());
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
-    EXPECT_NE(velmorindal.lastError.get(), std::nullopt);
-}
-
-INSTANTIATE_TEST_SUITE_P(EveryStep, PulledOutTest,
-                         testing::Values(Type::version, Type::status, Type::protocolSelect, Type::outputPath,
-                                         Type::humDuration, Type::humThresholds, Type::keyboardConfig),
-                         [](const auto& test) { return std::string{caseName(test.param)}; });
 
 TEST_F(ConnectionTest, WritingLastErrorFromTheMainThreadWhileConnectingIsHarmless) {
     auto result = dispatch.inBackground([this] { return velmorindal.connect(); });

@@ -5,7 +5,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 using Type = VelmorindalMessageType;
 
 const ByteBuffer lastHumQuery{0x63, 0x62, 0x6C, 0x00};
@@ -70,31 +69,6 @@ TEST_F(DurationPollingTest, TheDurationStateIsSetBeforeTheFirstQuery) {
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
     EXPECT_TRUE(dongle.waitForFrames(1, dispatch.bound));
     EXPECT_EQ(dongle.receivedFrames().front(), lastHumQuery);
-}
-
-TEST_F(DurationPollingTest, ASilentDeviceIsNotAGoodStart) {
-    dongle.staySilentOn(Type::lastHumDuration);
-    PrintedLines lines;
-    EXPECT_THAT(changesWhile([this] {
-                    velmorindal.beginDurationPolling();
-                    while (velmorindal.bgIsProcessing) {
-                        system.sleepFor(std::chrono::milliseconds{1});
-                    }
-                }),
-                ElementsAre("pollingState duration", "pollingState none"));
-    EXPECT_EQ(lines.take(), "Not a good start to duration polling NoConnectionError\n");
-    EXPECT_THAT(dongle.receivedFrames(), SizeIs(1));
-}
-
-TEST_F(DurationPollingTest, AnUnansweredOrInvalidLaterQueryIsSkippedAndTheLoopGoesOn) {
-    dongle.onOccurrence(3, Type::lastHumDuration, Fault::payloadOneByteShorter());
-    dongle.onOccurrence(4, Type::lastHumDuration, Fault::silence());
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(
-        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 6; }));
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
-    dongle.humOnce(10);
-    EXPECT_EQ(nextHum(), 10 * 0.04);
 }
 
 TEST_F(DurationPollingTest, AnInvalidAnswerOfTheLastHumIsNoReading) {

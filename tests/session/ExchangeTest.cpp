@@ -91,11 +91,6 @@ TEST_F(ExchangeTest, AQuerySkipsAFrameOfAnotherType) {
     EXPECT_EQ(versionText(), "Velmorindal 1.1M");
 }
 
-TEST_F(ExchangeTest, AQuerySkipsTenThousandFramesOfOtherTypes) {
-    dongle.onFirst(Type::version, Fault::floodFirst(10'000));
-    EXPECT_EQ(versionText(), "Velmorindal 1.1M");
-}
-
 TEST_F(ExchangeTest, ADeviceThatStreamsAndDoesNotAnswerIsWaitedForUntilTheDongleIsPulledOut) {
     dongle.prepare([](DeviceState& state) { state.autoTuneChannel = 2; });
     dongle.staySilentOn(Type::version);
@@ -105,11 +100,6 @@ TEST_F(ExchangeTest, ADeviceThatStreamsAndDoesNotAnswerIsWaitedForUntilTheDongle
     dongle.unplug();
 
     EXPECT_EQ(error.get(), VelmorindalError::NoConnectionError);
-}
-
-TEST_F(ExchangeTest, ACommandSkipsFramesOfOtherTypesToo) {
-    dongle.onFirst(Type::outputPath, Fault::floodFirst(50));
-    EXPECT_TRUE(velmorindal.sendCommand(VCOutputPath{}));
 }
 
 TEST_F(ExchangeTest, ASilentDeviceMakesAQueryThrowAfterTheTimeOut) {
@@ -180,18 +170,6 @@ TEST_F(ExchangeTest, ThePayloadOfAnAcknowledgementIsNotLookedAt) {
     EXPECT_TRUE(velmorindal.sendCommand(VCOutputPath{}));
 }
 
-TEST_F(ExchangeTest, AMalformedAcknowledgementIsRefusedWithItsLine) {
-    dongle.onFirst(Type::outputPath, Fault::wrongMarker('a'));
-    PrintedLines lines;
-    EXPECT_FALSE(velmorindal.sendCommand(VCOutputPath{}));
-    EXPECT_EQ(lines.take(), "Expected binary message ( 98 ). Got  97\n");
-}
-
-TEST_F(ExchangeTest, AMissingAcknowledgementThrows) {
-    dongle.staySilentOn(Type::outputPath);
-    EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VCOutputPath{}); }), VelmorindalError::NoConnectionError);
-}
-
 TEST_F(ExchangeTest, ACommandOutsideTheSettingsIsSentThroughItsOwnSerialize) {
     EXPECT_TRUE(velmorindal.sendCommand(VCWriteSettings{}));
     EXPECT_TRUE(velmorindal.sendCommand(VCReset{}));
@@ -210,13 +188,6 @@ TEST_F(ExchangeTest, AnInvalidCommandThrowsBeforeAnythingIsWritten) {
 TEST_F(ExchangeTest, TheBaseClassCannotBeSent) {
     EXPECT_EQ(errorOf([&] { velmorindal.sendCommand(VelmorindalCommand{}); }),
               VelmorindalError::NotImplementedError);
-}
-
-TEST_F(ExchangeTest, ACommandThatCannotBeWrittenWholeIsRefusedAndSaysSo) {
-    system.cutWrite(Type::outputPath, 1, 2);
-    PrintedLines lines;
-    EXPECT_FALSE(velmorindal.sendCommand(VCOutputPath{}));
-    EXPECT_EQ(lines.take(), "Could not write my whole sequence.\n");
 }
 
 TEST_F(ExchangeTest, ACommandOnAClosedPortPassesThePortsOwnErrorOnWithoutALine) {

@@ -217,18 +217,5 @@ INSTANTIATE_TEST_SUITE_P(EveryStep, FailedReadingTest,
                                          ReadingStep{Type::keyboardConfig, "KC", 5}),
                          [](const auto& test) { return std::string{test.param.code}; });
 
-TEST_F(SettingsReadingTest, WhatEarlierStepsPostedStays) {
-    dongle.prepare([](DeviceState& device) {
-        device.settings.outputPath = 0;
-        device.settings.humDuration.maxShort = 40;
-    });
-    dongle.onFirst(Type::humThresholds, Fault::payloadOneByteShorter());
-    EXPECT_FALSE(read());
-    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::USBKeyboard);
-    EXPECT_EQ(velmorindal.cutoff.get(), 1.6F);
-    EXPECT_EQ(velmorindal.readWriteProgress.get(), 5.0);
-    EXPECT_EQ(velmorindal.clarity.get(), 0.5F);
-}
-
 }  // namespace
 }  // namespace velmorindal
