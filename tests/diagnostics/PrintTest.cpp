@@ -55,6 +55,7 @@ TEST(Print, WritesAListInBracketsWithItsTextsQuoted) {
     EXPECT_EQ(printed(std::vector<std::string>{"a", "b"}), "[\"a\", \"b\"]\n");
     EXPECT_EQ(printed(std::vector<std::string>{}), "[]\n");
     EXPECT_EQ(printed(std::vector<std::string>{"a\"\\\n"}), "[\"a\\\"\\\\\\x0a\"]\n");
+    EXPECT_EQ(printed(std::vector<std::string>{"~\x7F"}), "[\"~\\x7f\"]\n");
 }
 
 TEST(Print, WritesFloatingPointNumbersInTheShortestFormThatReadsBack) {
@@ -63,6 +64,7 @@ TEST(Print, WritesFloatingPointNumbersInTheShortestFormThatReadsBack) {
     EXPECT_EQ(printed(static_cast<double>(0.37F)), "0.3700000047683716\n");
     EXPECT_EQ(printed(100000.0, 123456789.5), "100000.0 123456789.5\n");
     EXPECT_EQ(printed(1e16, 1e-5), "1e+16 1e-05\n");
+    EXPECT_EQ(printed(1e-4), "0.0001\n");
     EXPECT_EQ(printed(std::numeric_limits<double>::infinity()), "inf\n");
 }
 
@@ -141,6 +143,23 @@ TEST(Print, DivertsOneStreamAndNotTheOther) {
     }
     EXPECT_EQ(lines, "trouble\n");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "output\n");
+}
+
+TEST(Print, GivesAStreamBackAtTheEndOfADiversion) {
+    std::string outer;
+    testing::internal::CaptureStderr();
+    {
+        const PrintDiversion diversion{[&outer](std::string_view line) { outer += line; },
+                                       PrintStream::standardError};
+        {
+            const PrintDiversion inner{[](std::string_view /*line*/) {}, PrintStream::standardError};
+            warn("first");
+        }
+        warn("second");
+    }
+    warn("third");
+    EXPECT_EQ(outer, "second\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "third\n");
 }
 
 TEST(Print, KeepsTheLinesOfTwoThreadsWhole) {

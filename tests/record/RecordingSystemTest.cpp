@@ -100,6 +100,35 @@ TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeTheOtherSideSpeaks) {
               "0.000 1 close\n");
 }
 
+TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeAnotherPortIsOpenedOrWrittenTo) {
+    InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
+    const auto port = openedPort();
+    SerialPort other{second.path().string(), recording};
+    port->writeData(ByteBuffer{0x63, 0x62});
+    other.openPort();
+    EXPECT_EQ(lines(), "0.000 1 open\n0.000 1 > 63 62\n0.000 2 open\n");
+    port->writeData(ByteBuffer{0x63});
+    other.writeData(ByteBuffer{0x62});
+    port->closePort();
+    other.closePort();
+    EXPECT_EQ(lines(),
+              "0.000 1 open\n"
+              "0.000 1 > 63 62\n"
+              "0.000 2 open\n"
+              "0.000 1 > 63\n"
+              "0.000 2 > 62\n"
+              "0.000 1 close\n"
+              "0.000 2 close\n");
+}
+
+TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeTheDescriptorIsClosed) {
+    const int descriptor = recording.openExclusively(path(), O_RDWR, {});
+    EXPECT_EQ(recording.write(descriptor, ByteBuffer{0x63, 0x62}), 2);
+    recording.endExclusiveUse(descriptor);
+    EXPECT_EQ(lines(), "0.000 1 open\n0.000 1 > 63 62\n");
+    recording.close(descriptor);
+}
+
 TEST_F(RecordingSystemTest, APortKeepsItsNumberAndItsNameIsNotWritten) {
     InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     for (const std::string& node : {path(), second.path().string(), path()}) {
@@ -146,6 +175,13 @@ TEST_F(RecordingSystemTest, ADeviceThatIsPulledOutIsALineOnce) {
     EXPECT_EQ(lines(), "0.000 1 open\n0.000 1 lost\n0.000 1 close\n");
 }
 
+TEST_F(RecordingSystemTest, ADescriptorThatCannotBeAskedAnyMoreIsLost) {
+    const int descriptor = recording.openExclusively(path(), O_RDWR, {});
+    system.close(descriptor);
+    EXPECT_EQ(recording.linkCount(descriptor), std::nullopt);
+    EXPECT_EQ(lines(), "0.000 1 open\n0.000 1 lost\n");
+}
+
 TEST_F(RecordingSystemTest, AShortWriteIsRecordedAsFarAsItWent) {
     system.cutWrite(Type::status, 1, 3);
     const auto port = openedPort();
@@ -162,6 +198,23 @@ TEST_F(RecordingSystemTest, ARecordThatCannotBeMadeIsRefusedWithItsNameAndTheRea
         EXPECT_EQ(error.what(), "cannot write the record " + (place.path() / "missing" / "record").string() +
                                     ": No such file or directory");
     }
+}
+
+TEST_F(RecordingSystemTest, APipeThatNobodyReadsIsRefusedAndNotWaitedFor) {
+    const fs::path pipe = place.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_THROW((RecordingSystem{system, pipe}), std::system_error);
+}
+
+TEST_F(RecordingSystemTest, NoProgramThatIsStartedGetsTheRecord) {
+    for (const auto& entry : fs::directory_iterator{"/proc/self/fd"}) {
+        std::error_code gone;
+        if (fs::read_symlink(entry.path(), gone) == file) {
+            EXPECT_NE(::fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC, 0);
+            return;
+        }
+    }
+    ADD_FAILURE() << "The record is not open.";
 }
 
 TEST_F(RecordingSystemTest, AnEarlierFileIsReplaced) {
