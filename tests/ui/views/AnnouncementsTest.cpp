@@ -74,6 +74,25 @@ TEST_F(AnnouncementsTest, AConnectionIsSaidAtItsEndsAndEachStatusOnce) {
     EXPECT_EQ(said(), "Unknown Error. Please quit and restart this program.");
 }
 
+TEST_F(AnnouncementsTest, TheReasonOfAFailedConnectionIsSaidOnArrivalAfterTheStatus) {
+    velmorindal.connectionState = ConnectionStatus::error;
+    container.connectPanel.connectionFailed("The reason.");
+    said();
+    EXPECT_THAT(arrivalAt(wizardState::Connect), HasSubstr("restart this program.\nThe reason.\n"));
+}
+
+TEST_F(AnnouncementsTest, ABarWhoseEndNobodyHeardIsNotSaidToEndAtTheNextArrival) {
+    said();
+    arrivalAt(wizardState::Connect);
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    said();
+    velmorindal.connectionState = ConnectionStatus::connected;
+    arrivalAt(wizardState::Mode);
+    const std::string back = arrivalAt(wizardState::Connect);
+    EXPECT_THAT(back, HasSubstr("Connection successful."));
+    EXPECT_THAT(back, Not(HasSubstr("percent")));
+}
+
 TEST_F(AnnouncementsTest, AStateThatIsNotThereToStayIsNotSaid) {
     said();
     container.nextButtonPressed();
@@ -132,6 +151,16 @@ TEST_F(AnnouncementsTest, ADisplayIsSaidWhenItRunsAndStopsAndEachHumBetween) {
     EXPECT_EQ(said(), Announcements::clarityStopped);
 }
 
+TEST_F(AnnouncementsTest, ThatADisplayStoppedIsNotSaidAtTheNextArrival) {
+    said();
+    arrivalAt(wizardState::Calibration);
+    velmorindal.pollingState = PollingState::duration;
+    said();
+    velmorindal.pollingState = PollingState::none;
+    arrivalAt(wizardState::Output);
+    EXPECT_THAT(arrivalAt(wizardState::Calibration), Not(HasSubstr("stopped")));
+}
+
 TEST_F(AnnouncementsTest, AHumThatADialogCoveredIsPastWhenItIsGone) {
     said();
     arrivalAt(wizardState::Calibration);
@@ -158,6 +187,18 @@ TEST_F(AnnouncementsTest, AWriteIsSaidAtItsEnds) {
     velmorindal.justSaved = true;
     EXPECT_EQ(said(),
               "Write progress 100 percent\nSettings successfully written. Please restart your Velmorindal.");
+}
+
+TEST_F(AnnouncementsTest, AWriteIsSaidWhileItIsUnderWay) {
+    const InProcessDongle dongle{system, directory.path()};
+    ASSERT_TRUE(connect());
+    said();
+    arrivalAt(wizardState::Summary);
+    container.saveButtonPressed();
+    ASSERT_TRUE(dispatch.runOneMainWork());
+    ASSERT_TRUE(container.hasBackgroundWork());
+    EXPECT_EQ(said(), "Writing data...\nWrite progress 0 percent");
+    finishBackground();
 }
 
 }  // namespace

@@ -85,6 +85,19 @@ TEST_F(CalibrationReadingsTest, AHumsClarityIsComparedWithTheThreshold) {
                 ElementsAre("0.72, above the threshold", "0.71, below the threshold"));
 }
 
+TEST_F(CalibrationReadingsTest, AHumThatTheEndOfADisplayCutOffIsNotTakenUpByTheNextOne) {
+    velmorindal.pollingState = PollingState::clarity;
+    clarityArrives(0.05);
+    clarityArrives(0.8);
+    EXPECT_THAT(page.takeHumsInWords(), IsEmpty());
+    velmorindal.pollingState = PollingState::none;
+    EXPECT_THAT(page.takeHumsInWords(), IsEmpty());
+
+    velmorindal.pollingState = PollingState::clarity;
+    clarityArrives(0.05);
+    EXPECT_THAT(page.takeHumsInWords(), IsEmpty());
+}
+
 TEST_F(CalibrationReadingsTest, NumbersStandBesideSlidersAndIndicators) {
     velmorindal.clarity = 0.55F;
     velmorindal.cutoff = 1.0F;
@@ -116,6 +129,15 @@ TEST_F(CalibrationReadingsTest, AReadingBelowTheThresholdDoesNotLookAsIfItHadRea
     durationArrives(1.0);
     EXPECT_EQ(page.durationIndicators()[0].reading, "0.99 s");
     EXPECT_THAT(page.takeHumsInWords(), ElementsAre("0.99 seconds, short"));
+    durationArrives(1.0045);
+    EXPECT_TRUE(page.durationIndicators()[0].lit);
+}
+
+TEST_F(CalibrationReadingsTest, AReadingThatIsCutDoesNotComeBelowZero) {
+    velmorindal.clarity = 0.004F;
+    velmorindal.pollingState = PollingState::clarity;
+    clarityArrives(0.001);
+    EXPECT_EQ(page.clarityIndicator().reading, "0.00");
 }
 
 TEST_F(CalibrationReadingsTest, NoNumberStandsBesideTheIndicatorBeforeTheFirstReadingOfTheDisplay) {

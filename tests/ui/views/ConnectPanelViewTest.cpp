@@ -121,6 +121,16 @@ TEST_F(ConnectPanelViewTest, DismissingThePanelDoesNothing) {
     EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
 }
 
+TEST_F(ConnectPanelViewTest, ThatThePanelIsGoneIsAnnounced) {
+    page.loadButtonPressed();
+    EXPECT_TRUE(page.filePanelIsOpen());
+    int announcements = 0;
+    const auto subscription = objectWillChange.subscribe([&announcements] { ++announcements; });
+    filePanel.dismiss();
+    EXPECT_FALSE(page.filePanelIsOpen());
+    EXPECT_EQ(announcements, 1);
+}
+
 TEST_F(ConnectPanelViewTest, AFileThatCannotBeReadRaisesTheLoadErrorDialogWithTheReason) {
     page.loadButtonPressed();
     const auto lines = linesPrintedBy([&] { filePanel.choose((directory.path() / "missing.xml").string()); });

@@ -72,6 +72,18 @@ TEST_F(ContainerConnectionTest, ASuccessWithoutATextShowsNoDialogAtAll) {
     EXPECT_THAT(container.raisedDialogs(), IsEmpty());
 }
 
+TEST_F(ContainerConnectionTest, TheEndOfAnAttemptIsAnnouncedAlsoWhereThereIsNothingToSay) {
+    const InProcessDongle dongle{system, directory.path()};
+    container.nextButtonPressed();
+    while (velmorindal.connectionState.get() != ConnectionStatus::connected) {
+        ASSERT_TRUE(dispatch.runOneMainWork());
+    }
+    int announcements = 0;
+    const auto subscription = container.objectWillChange.subscribe([&announcements] { ++announcements; });
+    finishBackground();
+    EXPECT_EQ(announcements, 1);
+}
+
 TEST_F(ContainerConnectionTest, ConnectShowsConnectingMeanwhile) {
     const InProcessDongle dongle{system, directory.path()};
     container.nextButtonPressed();
@@ -137,6 +149,42 @@ TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
 TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
     EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({}); }), IsEmpty());
     EXPECT_FALSE(container.showingGenericAlert.get());
+}
+
+/// A file is loaded while no attempt is under way.
+class LoadedBesideAnAttemptTest : public ContainerConnectionTest {
+  protected:
+    void load() {
+        const std::string file = (directory.path() / "settings.xml").string();
+        velmorindal.cutoff = 2.0F;
+        velmorindal.writeXML(file);
+        container.connectPanel.loadButtonPressed();
+        filePanel.choose(file);
+        velmorindal.cutoff = 2.5F;
+    }
+};
+
+TEST_F(LoadedBesideAnAttemptTest, ItGivesWayToTheDeviceThatIsReadAfterIt) {
+    const InProcessDongle dongle{system, directory.path()};
+    load();
+    container.nextButtonPressed();
+    finishBackground();
+    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
+    EXPECT_NE(velmorindal.cutoff.get(), 2.0F);
+}
+
+TEST_F(LoadedBesideAnAttemptTest, WhatIsChangedAfterItStaysWhenNextIsPressed) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    container.currentState = wizardState::Connect;
+    load();
+    container.nextButtonPressed();
+    EXPECT_EQ(velmorindal.cutoff.get(), 2.5F);
+}
+
+TEST_F(LoadedBesideAnAttemptTest, WhatIsChangedAfterItStaysWhenAnAttemptFails) {
+    load();
+    container.connectionAttemptEnded({.succeeded = false});
+    EXPECT_EQ(velmorindal.cutoff.get(), 2.5F);
 }
 
 /// A file is loaded when half of what the device holds has arrived.

@@ -108,6 +108,27 @@ TEST_F(ContainerDialogsTest, DismissingTheSavePanelWritesNothing) {
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
 
+TEST_F(ContainerDialogsTest, AFilePanelCoversThePageUntilItIsAnsweredWhichIsAnnounced) {
+    int announcements = 0;
+    const auto subscription = container.objectWillChange.subscribe([&announcements] { ++announcements; });
+    const auto ask = [this](bool save) {
+        if (save) {
+            container.saveXMLButtonPressed();
+        } else {
+            container.connectPanel.loadButtonPressed();
+        }
+    };
+    for (const bool save : {true, false}) {
+        EXPECT_FALSE(container.isCovered());
+        ask(save);
+        EXPECT_TRUE(container.isCovered());
+        announcements = 0;
+        filePanel.dismiss();
+        EXPECT_FALSE(container.isCovered());
+        EXPECT_EQ(announcements, 1);
+    }
+}
+
 TEST_F(ContainerDialogsTest, NoToAFileOpensNoPanel) {
     container.showingXMLSaveAlert = true;
     pressInDialog("No");

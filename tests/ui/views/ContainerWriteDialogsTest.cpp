@@ -144,6 +144,7 @@ TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarning) {
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
     EXPECT_EQ(container.alertMessage.get(), "Be careful.");
+    EXPECT_EQ(container.summaryPanel.lastReason(), "Be careful.");
     EXPECT_EQ(container.xmlSaveBody.get(), successBody);
     EXPECT_TRUE(velmorindal.justSaved.get());
     EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));

@@ -105,6 +105,25 @@ TEST_F(ContainerWriteTest, ASecondSaveWhileAWriteIsUnderWayDoesNothing) {
     EXPECT_THAT(raisedTitles(), ElementsAre("Write Configuration File?"));
 }
 
+TEST_F(ContainerWriteTest, ASecondSaveBeforeTheOfferOfAFileDoesNothing) {
+    container.saveButtonPressed();
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    ASSERT_TRUE(dispatch.runOneMainWork());
+    EXPECT_THAT(linesPrintedBy([&] { container.saveButtonPressed(); }), IsEmpty());
+    finishBackground();
+}
+
+TEST_F(ContainerWriteTest, AWriteThatBeginsIsAnnouncedAndTakesAwayTheLastReason) {
+    container.writeEnded(false, "The reason.");
+    ASSERT_NE(container.summaryPanel.lastReason(), "");
+    int announcements = 0;
+    const auto subscription = container.objectWillChange.subscribe([&announcements] { ++announcements; });
+    container.saveButtonPressed();
+    EXPECT_EQ(announcements, 1);
+    EXPECT_EQ(container.summaryPanel.lastReason(), "");
+    finishBackground();
+}
+
 TEST_F(ContainerWriteTest, SummaryIsNotLeftWhileAWriteThatHasNotAnnouncedItselfIsUnderWay) {
     const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());

@@ -62,11 +62,23 @@ TEST_F(FocusPlanTest, AfterASaveItIsOnCloseOnce) {
     EXPECT_EQ(plan.due(false), FocusPlace::stays);
 }
 
+TEST_F(FocusPlanTest, AfterASecondSaveItIsOnCloseAgain) {
+    for (int save = 0; save < 2; ++save) {
+        velmorindal.justSaved = false;
+        arriveAt(wizardState::Calibration);
+        arriveAt(wizardState::Summary);
+        velmorindal.justSaved = true;
+        EXPECT_EQ(plan.due(false), FocusPlace::close);
+    }
+}
+
 TEST_F(FocusPlanTest, AButtonOfAPassingStateIsNotVisited) {
     arriveAt(wizardState::Welcome);
     container.nextButtonPressed();
     plan.due(false);
     ASSERT_TRUE(container.hasBackgroundWork());
+    EXPECT_EQ(plan.due(true), FocusPlace::heading);
+    container.backButtonPressed();
     EXPECT_EQ(plan.due(true), FocusPlace::heading);
     finishBackground();
 }

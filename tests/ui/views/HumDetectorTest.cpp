@@ -21,10 +21,12 @@ std::vector<double> humsIn(const std::vector<double>& readings) {
 TEST(HumDetector, AHumIsReportedOnceByItsHighestClarityWhenItHasFallenHalfOfItsRise) {
     EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.39}), testing::IsEmpty());
     EXPECT_THAT(humsIn({0.05, 0.4, 0.72, 0.6, 0.38, 0.05, 0.05}), testing::ElementsAre(0.72));
+    EXPECT_THAT(humsIn({0.0, 0.5, 0.25}), testing::ElementsAre(0.5));
 }
 
 TEST(HumDetector, NeitherNoiseNorAFadingTailIsAHum) {
     EXPECT_THAT(humsIn({0.05, 0.08, 0.02, 0.09, 0.0}), testing::IsEmpty());
+    EXPECT_THAT(humsIn({0.0, 0.099, 0.0, 0.1, 0.0}), testing::ElementsAre(0.1));
     EXPECT_THAT(humsIn({0.0, 0.8, 0.39, 0.3, 0.2, 0.1, 0.05, 0.0}), testing::ElementsAre(0.8));
 }
 
