@@ -25,6 +25,30 @@ TEST_F(ClarityPollingTest, AReportBecomesTheDetectedClarityWidenedAndNotCut) {
                                     "Have a reading of  0.37\n"));
 }
 
+TEST_F(ClarityPollingTest, AReadingIsCountedBeforeItIsAnnounced) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    std::vector<std::uint64_t> counts;
+    const auto subscription =
+        velmorindal.objectWillChange.subscribe([&] { counts.push_back(velmorindal.readingsReceived); });
+    EXPECT_TRUE(dispatch.runMainWorkUntil([&] { return !counts.empty(); }));
+    EXPECT_EQ(counts.front(), 1U);
+}
+
+TEST_F(ClarityPollingTest, WhatAnotherProgramMadeOfTheLineIsPutRightWhenNothingArrives) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(runUntil(PollingState::clarity));
+    dongle.prepare([](DeviceState& device) { device.autoTuneChannel = 0; });
+    const int descriptor = velmorindal.serialPort.get()->fileDescriptor().value();
+    termios attributes{};
+    EXPECT_TRUE(system.lineAttributes(descriptor, attributes));
+    attributes.c_cc[VMIN] = 1;
+    EXPECT_TRUE(system.setLineAttributes(descriptor, attributes));
+
+    EXPECT_TRUE(dispatch.runMainWorkUntil(
+        [&] { return system.lineAttributes(descriptor, attributes) && attributes.c_cc[VMIN] == 0; }));
+}
+
 TEST_F(ClarityPollingTest, AStoppedClarityRunLeavesAutoTuneAndZeroesItsReading) {
     velmorindal.beginClarityPolling();
     EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
@@ -102,6 +126,24 @@ TEST_F(ClarityPollingTest, FramesOfOtherTypesAndUnknownOnesAreIgnoredWithoutAMes
         printed,
         testing::MatchesRegex(
             "Starting clarity polling\nDevice configured\\. Polling now\\.\n(Have a reading of  0\\.8\n)+"));
+}
+
+TEST_F(ClarityPollingTest, AnInvalidReportDoesNotDelayTheNextReading) {
+    dongle.reportClarity(0.8F);
+    dongle.onReport(1, Fault::payloadOneByteShorter());
+    dongle.onReport(2, Fault::wrongMarker());
+    PrintedLines lines;
+    velmorindal.beginClarityPolling();
+    // The next one is read as soon as it comes.
+    EXPECT_LT(secondsTakenBy([this] {
+                  EXPECT_TRUE(
+                      dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+              }),
+              0.5);
+    velmorindal.stopPollingAndWait();
+    EXPECT_THAT(lines.take(),
+                testing::StartsWith("Starting clarity polling\nDevice configured. Polling now.\n"
+                                    "Expected binary message ( 98 ). Got  97\nHave a reading of  0.8\n"));
 }
 
 TEST_F(ClarityPollingTest, ClarityThatCannotStartLeavesWhateverStateThereIs) {

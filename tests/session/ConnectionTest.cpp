@@ -145,6 +145,15 @@ TEST_F(ConnectionTest, ALinkThatIsDownEndsDisconnectedAndAsksForNoSetting) {
     EXPECT_NE(lines.take().find("Have a status:  0\n"), std::string::npos);
 }
 
+TEST_F(ConnectionTest, EveryOtherStateOfTheLinkIsUp) {
+    for (const int state : {2, 255}) {
+        dongle.prepare([state](DeviceState& device) { device.linkState = static_cast<std::uint8_t>(state); });
+        EXPECT_TRUE(connect()) << state;
+        velmorindal.disconnect(false);
+        velmorindal.serialPort = nullptr;
+    }
+}
+
 TEST_F(ConnectionTest, AFailedReadingEndsInErrorWithTheReadingsOwnText) {
     dongle.onFirst(Type::humDuration, Fault::payloadOneByteLonger());
     PrintedLines lines;

@@ -29,6 +29,16 @@ TEST_F(DisconnectingTest, ToleratesNoPortAndAClosedPort) {
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
 }
 
+TEST_F(DisconnectingTest, ThePortIsClosedBeforeTheStateSaysSo) {
+    ASSERT_TRUE(connect());
+    std::optional<int> descriptor;
+    const auto subscription = velmorindal.objectWillChange.subscribe(
+        [&] { descriptor = velmorindal.serialPort.get()->fileDescriptor(); });
+    descriptor = -1;
+    velmorindal.disconnect(false);
+    EXPECT_EQ(descriptor, std::nullopt);
+}
+
 TEST_F(DisconnectingTest, WithAFlushDrainsThePort) {
     connectAndReceive(300);
     PrintedLines lines;

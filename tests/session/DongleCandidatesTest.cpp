@@ -55,6 +55,11 @@ TEST_F(DongleCandidatesTest, ALowerCaseVersionTextIsNotADongle) {
               "Open Result:  N\nGot version string:  velmorindal 1.1M\nNo dongles found. Quitting.\n");
 }
 
+TEST_F(DongleCandidatesTest, AVersionTextThatHasTheNameFurtherOnIsNotADongle) {
+    dongle.prepare([](DeviceState& device) { device.version = "A Velmorindal"; });
+    expectFailure(noDongleText);
+}
+
 TEST_F(DongleCandidatesTest, ARefusedCandidateIsClosedAgain) {
     dongle.prepare([](DeviceState& device) { device.version = "Another modem"; });
     EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
@@ -115,6 +120,20 @@ TEST_F(DongleCandidatesTest, TwoDonglesLeaveAWarningThatOutlivesTheSuccess) {
     // The first one in the order of the directory walk is the one that is talked to.
     const auto first = DongleSearch{.directory = directory.path().string()}.candidates().front();
     EXPECT_EQ(velmorindal.serialPort.get()->path, first);
+}
+
+TEST_F(DongleCandidatesTest, TheWarningOfTwoDonglesIsThereWhileTheOneIsAskedForItsLink) {
+    InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
+    std::optional<std::string> text;
+    for (InProcessDongle* const each : {&dongle, &second}) {
+        each->whenReceived([this, &text](std::span<const std::uint8_t> frame) {
+            if (frame[VelmorindalCommand::TypeOffset] == static_cast<std::uint8_t>(Type::status)) {
+                text = velmorindal.lastError.get();
+            }
+        });
+    }
+    EXPECT_TRUE(connect());
+    EXPECT_EQ(text, severalDonglesText);
 }
 
 TEST_F(DongleCandidatesTest, AnEndlessDeviceIsNoDongle) {
