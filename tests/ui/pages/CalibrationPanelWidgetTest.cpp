@@ -121,6 +121,38 @@ TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsReportedThoughNoth
     EXPECT_TRUE(eventually([&] { return showsText(text); }));
 }
 
+TEST_F(CalibrationPanelWidgetTest, ADisplayThatCouldNotStartIsReportedBesideItsButton) {
+    press(QStringLiteral("Show Duration"));
+    dispatch.waitForBackground();
+    const auto text = QString::fromUtf8(CalibrationPanelView::couldNotStartText);
+    ASSERT_TRUE(eventually([&] { return showsText(text); }));
+
+    EXPECT_GE(find<QLabel>(text)->geometry().bottom(), showDuration()->geometry().top());
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheFocusOfAButtonThatGoesIsOnTheShowButtonThatIsEnabled) {
+    find<QPushButton>(QStringLiteral("Next"))->setFocus();
+    velmorindal.pollingState = PollingState::duration;
+    settle();
+    EXPECT_EQ(window().focusWidget(), showDuration());
+}
+
+TEST_F(CalibrationPanelWidgetTest, TheLastHumStaysBehindTheDurationBar) {
+    velmorindal.pollingState = PollingState::duration;
+    for (const double reading : {1.5, 0.0}) {
+        ++velmorindal.readingsReceived;
+        velmorindal.detectedDuration = reading;
+        settle();
+    }
+    EXPECT_EQ(find<ProgressBarWidget>(QStringLiteral("Duration of last hum"))->traceFraction(), 0.5);
+}
+
+TEST_F(CalibrationPanelWidgetTest, NoEmptyTextIsThereForAScreenReader) {
+    for (const auto* label : window().findChildren<QLabel*>()) {
+        EXPECT_FALSE(label->isVisible() && label->text().isEmpty());
+    }
+}
+
 TEST_F(CalibrationPanelWidgetTest, TheBarsShowTheReadings) {
     velmorindal.detectedClarity = 0.25;
     velmorindal.detectedDuration = 6.0;

@@ -35,6 +35,14 @@ TEST_F(ConnectPanelWidgetTest, TheStatusLineAndTheBarFollowTheConnection) {
     EXPECT_EQ(bar(), nullptr);
 }
 
+TEST_F(ConnectPanelWidgetTest, TheReasonOfAFailureStandsBelowTheStatusLine) {
+    container.connectPanel.connectionFailed("The reason.");
+    velmorindal.connectionState = ConnectionStatus::error;
+    settle();
+
+    EXPECT_TRUE(showsText(QStringLiteral("The reason.")));
+}
+
 TEST_F(ConnectPanelWidgetTest, TheTextBesideTheLoadButtonKeepsItsLineBreak) {
     EXPECT_TRUE(
         showsText(QStringLiteral("If you have previously saved a configuration, you can load it here.\n"

@@ -198,14 +198,41 @@ TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {
 }
 
 TEST_F(ContainerWidgetTest, EnterPressesTheDefaultButtonFromAnyOtherControl) {
+    for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
+        show(wizardState::Mode);
+        auto* radio = find<QRadioButton>(QStringLiteral("Direct Mode"));
+        radio->setFocus();
+
+        QTest::keyClick(radio, enter);
+        settle();
+
+        EXPECT_EQ(container.currentState.get(), wizardState::Output);
+    }
+}
+
+TEST_F(ContainerWidgetTest, EnterThatIsHeldLeadsOnePageOn) {
     show(wizardState::Mode);
     auto* radio = find<QRadioButton>(QStringLiteral("Direct Mode"));
     radio->setFocus();
+    QKeyEvent held{QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString{}, true};
 
-    QTest::keyClick(radio, Qt::Key_Return);
+    QApplication::sendEvent(radio, &held);
     settle();
 
-    EXPECT_EQ(container.currentState.get(), wizardState::Output);
+    EXPECT_EQ(container.currentState.get(), wizardState::Mode);
+}
+
+TEST_F(ContainerWidgetTest, EnterOnAButtonOfThePagePressesThatButton) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    show(wizardState::Connect);
+    QTest::keyClick(find<QPushButton>(QStringLiteral("Load")), Qt::Key_Return);
+    EXPECT_TRUE(filePanel.isOpen());
+    EXPECT_EQ(container.currentState.get(), wizardState::Connect);
+
+    show(wizardState::Calibration);
+    QTest::keyClick(find<QPushButton>(QStringLiteral("Show Clarity")), Qt::Key_Return);
+    EXPECT_EQ(container.currentState.get(), wizardState::Calibration);
+    EXPECT_EQ(container.calibrationPanel.runsBegun(), 1U);
 }
 
 TEST_F(ContainerWidgetTest, TheTabKeyReachesEveryControlOfAPage) {
@@ -234,6 +261,9 @@ TEST_F(ContainerWidgetTest, AltWithALetterPressesAButtonWithoutAMarkInItsText) {
     for (const auto* button : window().findChildren<QPushButton*>()) {
         EXPECT_FALSE(button->text().contains(u'&'));
     }
+    show(wizardState::Connect);
+    QTest::keyClick(window().focusWidget(), Qt::Key_O, Qt::AltModifier);
+    EXPECT_TRUE(eventually([this] { return filePanel.isOpen(); }));
 }
 
 TEST_F(ContainerWidgetTest, NoTwoControlsOfAPageShareAShortcut) {

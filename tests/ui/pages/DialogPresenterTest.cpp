@@ -81,6 +81,46 @@ TEST_F(DialogPresenterTest, YesDismissesAndActs) {
     EXPECT_EQ(dialog(), nullptr);
 }
 
+TEST_F(DialogPresenterTest, ADialogIsDismissedBeforeItsButtonActs) {
+    container.showingXMLSaveAlert = true;
+    settle();
+    bool asked = true;
+    const auto subscription = container.objectWillChange.subscribe([&] { asked = filePanel.isOpen(); });
+
+    button(dialog(), "Yes")->click();
+
+    EXPECT_FALSE(asked);
+    EXPECT_TRUE(filePanel.isOpen());
+}
+
+TEST_F(DialogPresenterTest, ADialogFollowsItsTextsWhileItIsOpen) {
+    container.showingGenericAlert = true;
+    settle();
+    container.alertTitle = "Warning";
+    container.alertMessage = "Be careful.";
+    settle();
+
+    EXPECT_TRUE(hasText(dialog(), "Warning"));
+    EXPECT_TRUE(hasText(dialog(), "Be careful."));
+}
+
+TEST_F(DialogPresenterTest, ADialogAnswersOnceAndNotWhenItIsWithdrawn) {
+    for (const bool withdrawn : {false, true}) {
+        int answers = 0;
+        MessageDialog question{Dialog::question(DialogId::save, "Title", "Message", [] {}),
+                               [&answers](const DialogButton& /*button*/) { ++answers; }, &window()};
+        question.open();
+        if (withdrawn) {
+            question.withdraw();
+        } else {
+            question.reject();
+        }
+        // Hiding it may bring one more press of Escape.
+        question.reject();
+        EXPECT_EQ(answers, withdrawn ? 0 : 1);
+    }
+}
+
 TEST_F(DialogPresenterTest, EscapeDeclinesOnce) {
     container.showingClosingAlert = true;
     settle();
