@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QComboBox>
 
+#include "ChoiceGroup.h"
 #include "IndicatorWidget.h"
 #include "KeyList.h"
 #include "MessageDialog.h"
@@ -101,6 +102,14 @@ TEST_F(AccessibleControlsTest, ADialogsTitleIsThereForAScreenReaderOnceAsTheName
     EXPECT_EQ(spoken, 1);
 }
 
+TEST_F(AccessibleControlsTest, AGroupOfChoicesIsAGroupingByItsQuestion) {
+    show(wizardState::Mode);
+    auto* group = find<ChoiceGroup>(QStringLiteral("Which mode would you like?"));
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(accessible(group).role(), QAccessible::Grouping);
+    EXPECT_EQ(nameOf(group), QStringLiteral("Which mode would you like?"));
+}
+
 TEST_F(AccessibleControlsTest, AnIndicatorIsAPictureWithItsStateInTheDescription) {
     show(wizardState::Calibration);
     auto& indicator = accessible(find<IndicatorWidget>(QStringLiteral("Clarity indicator")));
@@ -120,9 +129,13 @@ TEST_F(AccessibleControlsTest, AKeyListIsNamedByItsLabelAndHasTheChosenKeyAsItsV
     ASSERT_EQ(list.childCount(), 1);
     EXPECT_EQ(list.indexOfChild(list.child(0)), 0);
     EXPECT_FALSE(list.state().expanded);
+    EXPECT_TRUE(list.state().collapsed);
+    EXPECT_TRUE(list.state().expandable);
+    EXPECT_TRUE(list.state().hasPopup);
 
     list.actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
     EXPECT_TRUE(list.state().expanded);
+    EXPECT_FALSE(list.state().collapsed);
     list.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_FALSE(list.state().expanded);
 }
