@@ -33,7 +33,7 @@ std::string shortestText(Floating value) {
     return text;
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     constexpr std::string_view hexDigits = "0123456789abcdef";
     std::string result = "\"";
     for (const char character : text) {
@@ -97,7 +97,7 @@ PrintItem::PrintItem(const std::vector<std::string>& list) : text_{"["} {
         if (text_.size() > 1) {
             text_ += ", ";
         }
-        text_ += quoted(entry);
+        text_ += inQuotes(entry);
     }
     text_ += "]";
 }
