@@ -154,10 +154,10 @@ TEST_F(DongleTroubleTest, APartOfAnAnswerIsShown) {
 }
 
 TEST_F(DongleTroubleTest, AnotherDeviceIsSaidWithWhatItSaid) {
-    dongle.prepare([](DeviceState& device) { device.version = "A \"modem\" \x1b[2J\xc2\x9b\\"; });
+    dongle.prepare([](DeviceState& device) { device.version = "A \"modem\" \x1b[2J\x7f\xc2\x9b\\"; });
     EXPECT_EQ(troubleOfASearch(),
               "asked for its version: it is no dongle but another device, which said \"A \\\"modem\\\" "
-              "\\x1b[2J\\xc2\\x9b\\\\\".\n");
+              "\\x1b[2J\\x7f\\xc2\\x9b\\\\\".\n");
 }
 
 TEST_F(DongleTroubleTest, AnAnswerThatIsNoTextIsShownByItsBytes) {
@@ -277,13 +277,16 @@ TEST_F(DongleTroubleOnATerminal, ADirectoryThatAnOrdinaryUserMayNotReadIsReporte
     EXPECT_EQ(line, path() + ": cannot be looked at: Permission denied. Ask for access to its directory.\n");
 }
 
-TEST_F(DongleTroubleOnATerminal, APortThatNoGroupMayUseIsReportedToAnOrdinaryUser) {
-    ASSERT_EQ(::chmod(path().c_str(), 0), 0);
+TEST_F(DongleTroubleOnATerminal, APortThatNoGroupMayReadAndWriteIsReportedToAnOrdinaryUser) {
     fs::permissions(directory.path(), fs::perms{0755});
-    const std::string line = troubleOfAnOrdinaryUser();
-    EXPECT_EQ(line, path() +
-                        ": could not be opened: Permission denied. No group has access to it: install "
-                        "this program's device rule, then plug the dongle in again.\n");
+    for (const mode_t mode : {0000, 0040, 0020}) {
+        ASSERT_EQ(::chmod(path().c_str(), mode), 0);
+        EXPECT_EQ(troubleOfAnOrdinaryUser(),
+                  path() +
+                      ": could not be opened: Permission denied. No group has access to it: install this "
+                      "program's device rule, then plug the dongle in again.\n")
+            << mode;
+    }
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include "ContainerWidget.h"
 
+#include <QLayout>
 #include <QRadioButton>
 #include <QScrollBar>
 
 #include "KeyList.h"
 #include "Look.h"
+#include "NavigationRow.h"
 #include "PageScroller.h"
 #include "PageWidget.h"
 #include "WindowTest.h"
@@ -314,6 +316,41 @@ TEST_F(ContainerWidgetTest, PagesSwapWithoutResizingTheWindow) {
         show(page);
         EXPECT_EQ(window().size(), (QSize{900, 640}));
     }
+}
+
+TEST_F(ContainerWidgetTest, EnterOnTheSummaryAsksWhetherToSave) {
+    show(wizardState::Summary);
+    QTest::keyClick(window().focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(container.showingSaveAlert.get());
+}
+
+TEST_F(ContainerWidgetTest, ASingleButtonKeepsItsEndOfTheRow) {
+    show(wizardState::Summary);
+    const int left = find<QPushButton>(QStringLiteral("Cancel"))->x();
+    velmorindal.connectionState = ConnectionStatus::writing;
+    settle();
+    EXPECT_EQ(navigation(), QStringList{"Cancel"});
+    EXPECT_EQ(find<QPushButton>(QStringLiteral("Cancel"))->x(), left);
+}
+
+TEST_F(ContainerWidgetTest, AButtonStandsInItsPlaceBeforeAnyOtherEvent) {
+    NavigationRow row{container};
+    row.resize(800, 100);
+    row.show();
+    settle();
+    container.currentState = wizardState::Output;
+    row.refresh([] {});
+    EXPECT_GT(row.button(ButtonOptions::Next)->x(), 400);
+}
+
+TEST_F(ContainerWidgetTest, TheRowHasRoomForThreeButtonsWhereFewerAreShown) {
+    NavigationRow row{container};
+    row.show();
+    settle();
+    const int least = row.minimumSizeHint().width();
+    container.currentState = wizardState::Output;
+    row.refresh([] {});
+    EXPECT_GE(least, row.layout()->minimumSize().width());
 }
 
 }  // namespace

@@ -201,5 +201,13 @@ TEST_F(DialogPresenterTest, AnUnrelatedChangeLeavesAnOpenDialogAlone) {
     EXPECT_EQ(dialog(), before);
 }
 
+TEST_F(DialogPresenterTest, NothingIsLeftOfADialogThatIsAnswered) {
+    container.showingSaveAlert = true;
+    settle();
+    button(dialog(), "No")->click();
+
+    EXPECT_TRUE(eventually([this] { return window().findChildren<MessageDialog*>().isEmpty(); }));
+}
+
 }  // namespace
 }  // namespace velmorindal
