@@ -14,6 +14,7 @@
 #include "StepSlider.h"
 #include "TextLabel.h"
 #include "ThresholdMeter.h"
+#include "ToQt.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -77,6 +78,18 @@ TEST_F(PaintedGeometryTest, AnIndicatorIsACircleTwentyAcross) {
     EXPECT_NEAR(circle.width(), 20, 1);
     EXPECT_NEAR(circle.height(), 20, 1);
     EXPECT_GT(picture.pixelColor(circle.left() + 1, circle.top() + 1).lightness(), 190);
+}
+
+TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedGreenWhereItIsLitAndGreyElsewhere) {
+    const auto colorOf = [](bool lit) {
+        IndicatorWidget indicator{
+            {.accessibleName = "", .text = "", .lit = lit, .description = "", .reading = ""}};
+        indicator.resize(indicator.sizeHint());
+        // Below the tick.
+        return indicator.grab().toImage().pixelColor(indicator.width() / 2, indicator.height() - 4);
+    };
+    EXPECT_EQ(colorOf(true).rgb(), toQColor(colors::green).rgb());
+    EXPECT_EQ(colorOf(false).rgb(), toQColor(colors::grey).rgb());
 }
 
 TEST_F(PaintedGeometryTest, TheLogoIsPaddedByTwentyWithinARingFourWide) {

@@ -6,6 +6,8 @@
 #include <QTest>
 #include <limits>
 
+#include "ToQt.h"
+
 namespace velmorindal {
 namespace {
 
@@ -97,6 +99,26 @@ TEST(ProgressBarWidget, TheTrackIsDrawnOnlyWhereItIsEnabled) {
     widget.setBar(bare);
 
     EXPECT_EQ(widget.grab().toImage().pixelColor(100, 6), widget.palette().color(QPalette::Window));
+}
+
+TEST(ProgressBarWidget, TheTrackHasTheColorOfItsBackground) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.resize(200, 12);
+
+    widget.setBar(barAt(0.0));
+
+    EXPECT_EQ(widget.grab().toImage().pixelColor(100, 6).rgb(), toQColor(colors::veryLightGrey).rgb());
+}
+
+TEST(ProgressBarWidget, TheFillIsRoundAtItsEndToo) {
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.resize(200, 40);
+
+    widget.setBar(barAt(0.5));
+
+    const QImage picture = widget.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(97, 20).rgb(), toQColor(colors::green).rgb());
+    EXPECT_EQ(picture.pixelColor(97, 3).rgb(), toQColor(colors::veryLightGrey).rgb());
 }
 
 TEST(ProgressBarWidget, AHiddenBarStandsAtItsValueAtOnce) {

@@ -137,6 +137,11 @@ TEST_F(CalibrationPanelViewTest, TheClarityIndicatorIsGreenFromTheThresholdUpwar
     EXPECT_EQ(page.clarityIndicator().color(), colors::green);
     EXPECT_EQ(page.clarityIndicator().description, "Above threshold");
 
+    // A threshold of zero is reached without a hum.
+    velmorindal.clarity = 0.0F;
+    velmorindal.detectedClarity = 0.0;
+    EXPECT_TRUE(page.clarityIndicator().lit);
+
     EXPECT_EQ(page.clarityIndicator().accessibleName, "Clarity indicator");
     EXPECT_EQ(page.clarityIndicator().text, "");
     EXPECT_EQ(CalibrationPanelView::Indicator::diameter, 20);
