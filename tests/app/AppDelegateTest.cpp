@@ -132,9 +132,11 @@ TEST_F(AppDelegateTest, EveryTurnOfTheWaitForAWriteIsLogged) {
     dispatch.postToMain(
         [this] { dispatch.postToMain([this] { velmorindal.connectionState = ConnectionStatus::error; }); });
 
+    const Scheduler::Moment start = scheduler.now();
     const auto lines = linesPrintedBy([&] { delegate.applicationShouldTerminate(); });
 
     EXPECT_EQ(linesStarting("Waiting for write to finish.", lines).size(), 2U);
+    EXPECT_EQ(scheduler.now() - start, 2 * std::chrono::milliseconds{200});
 }
 
 TEST_F(AppDelegateTest, QuittingDuringAWriteLetsTheDeviceStoreItAll) {

@@ -1,3 +1,5 @@
+#include <termios.h>
+
 #include <filesystem>
 
 #include "ConnectionTest.h"
@@ -34,6 +36,18 @@ TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
                   "Settings read successfully.\n"
                   "Successful connection!\n"
                   "Status updated now:  connected\n");
+}
+
+TEST_F(ConnectionTest, TheLineIsSetAsTheDongleNeedsIt) {
+    EXPECT_TRUE(connect());
+    termios line{};
+    ASSERT_TRUE(system.lineAttributes(velmorindal.serialPort.get()->fileDescriptor().value(), line));
+    EXPECT_EQ(cfgetispeed(&line), static_cast<speed_t>(B115200));
+    EXPECT_EQ(cfgetospeed(&line), static_cast<speed_t>(B115200));
+    EXPECT_EQ(line.c_cflag & (CSIZE | PARENB | CSTOPB | CRTSCTS), static_cast<tcflag_t>(CS8));
+    EXPECT_EQ(line.c_iflag & (IXON | IXOFF), 0U);
+    EXPECT_EQ(line.c_cc[VMIN], 0);
+    EXPECT_EQ(line.c_cc[VTIME], 2);
 }
 
 TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {

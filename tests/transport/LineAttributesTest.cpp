@@ -149,5 +149,16 @@ TEST(LineAttributesDeathTest, StopTheProcessRatherThanTruncateASetting) {
     EXPECT_EQ(attributesFor(255, 255).c_cc[VTIME], 255);
 }
 
+TEST(LineAttributes, EachDirectionHasItsSpeed) {
+    SerialSettings settings = plainSettings;
+    settings.receiveRate = BaudRate::baud0;
+    settings.transmitRate = BaudRate::baud38400;
+    const termios attributes = lineAttributes(termios{}, settings);
+
+    // Systems with one speed for both at least keep the input's zero, which asks for the output's.
+    EXPECT_EQ(cfgetispeed(&attributes), static_cast<speed_t>(B0));
+    EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B38400));
+}
+
 }  // namespace
 }  // namespace velmorindal
