@@ -33,7 +33,7 @@ enum class ParityType { none, even, odd };
 struct SerialSettings {
     BaudRate receiveRate;
     BaudRate transmitRate;
-    /// VMIN: a read returns once this many bytes are there; 0..255.
+    /// VMIN: with 0 a read gives up after its wait, with more it goes on until something comes; 0..255.
     int minimumBytesToRead;
     /// One number with two uses: VTIME, the wait of a single read in tenths of a second, and the deadline of
     /// SerialPort::readData in whole seconds, where 0 means none; 0..255.
