@@ -279,7 +279,7 @@ TEST_F(DongleTroubleOnATerminal, ADirectoryThatAnOrdinaryUserMayNotReadIsReporte
 
 TEST_F(DongleTroubleOnATerminal, APortThatNoGroupMayReadAndWriteIsReportedToAnOrdinaryUser) {
     fs::permissions(directory.path(), fs::perms{0755});
-    for (const mode_t mode : {0000, 0040, 0020}) {
+    for (const mode_t mode : {0000U, 0040U, 0020U}) {
         ASSERT_EQ(::chmod(path().c_str(), mode), 0);
         EXPECT_EQ(troubleOfAnOrdinaryUser(),
                   path() +
