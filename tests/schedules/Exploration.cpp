@@ -12,10 +12,10 @@ struct Outcome {
     std::size_t points = 0;
 };
 
-Outcome runOnce(Choices& choices, Scheduler::Limits limits, const Program& program) {
+Outcome runOnce(Choices& choices, Scheduler::Limits limits, const Program& program, Workers& workers) {
     // What a schedule prints is dropped: there are thousands of them.
     const PrintDiversion silence{[](std::string_view) {}};
-    Scheduler scheduler{choices, limits};
+    Scheduler scheduler{choices, limits, workers};
     try {
         program(scheduler);
     } catch (const ScheduleEnded&) {
@@ -42,10 +42,11 @@ std::string Exploration::text(std::size_t deviations) const {
 }
 
 Exploration explore(Scheduler::Limits limits, const Program& program) {
+    Workers workers;
     Choices choices;
     Exploration exploration;
     do {
-        Outcome outcome = runOnce(choices, limits, program);
+        Outcome outcome = runOnce(choices, limits, program, workers);
         ++exploration.schedules;
         exploration.points += outcome.points;
         exploration.longest = std::max(exploration.longest, outcome.points);
@@ -56,8 +57,9 @@ Exploration explore(Scheduler::Limits limits, const Program& program) {
 
 std::optional<Finding> replay(Scheduler::Limits limits, const std::vector<std::size_t>& choices,
                               const Program& program) {
+    Workers workers;
     Choices again{choices};
-    return runOnce(again, limits, program).finding;
+    return runOnce(again, limits, program, workers).finding;
 }
 
 }  // namespace velmorindal

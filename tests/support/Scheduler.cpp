@@ -14,7 +14,15 @@ constexpr std::size_t tracedPoints = 60;
 }  // namespace
 
 Scheduler::Scheduler(Choices& choices, Limits limits)
-    : choices_{choices}, limits_{limits}, deviationsLeft_{limits.deviations} {
+    : Scheduler{choices, limits, std::make_unique<Workers>()} {}
+
+Scheduler::Scheduler(Choices& choices, Limits limits, std::unique_ptr<Workers> own)
+    : Scheduler{choices, limits, *own} {
+    ownWorkers_ = std::move(own);
+}
+
+Scheduler::Scheduler(Choices& choices, Limits limits, Workers& workers)
+    : workers_{workers}, choices_{choices}, limits_{limits}, deviationsLeft_{limits.deviations} {
     threads_.push_back(std::make_unique<Thread>());
     schedulerHere = this;
 }
@@ -32,14 +40,14 @@ void Scheduler::endOtherThreads() {
 }
 
 void Scheduler::endThread(Thread& thread) {
-    if (!thread.thread.joinable()) {
+    if (!thread.worker) {
         return;
     }
     if (!thread.finished) {
         // It stands in handTo() or before its first turn, and leaves from there without touching the others.
         thread.turn.give();
     }
-    thread.thread.join();
+    workers_.await(*std::exchange(thread.worker, nullptr));
 }
 
 Scheduler* Scheduler::current() {
@@ -48,7 +56,7 @@ Scheduler* Scheduler::current() {
 
 void Scheduler::start(std::function<void()> work) {
     Thread& self = *threads_.emplace_back(std::make_unique<Thread>());
-    self.thread = std::thread{[this, &self, work = std::move(work)] { body(self, work); }};
+    self.worker = &workers_.run([this, &self, work = std::move(work)] { body(self, work); });
     noteProgress();
     point("start");
 }

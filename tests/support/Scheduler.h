@@ -8,12 +8,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include "Choices.h"
-#include "OneProcessor.h"
 #include "Turn.h"
+#include "Workers.h"
 
 namespace velmorindal {
 
@@ -42,6 +41,8 @@ class Scheduler {
 
     /// The calling thread is the main thread and has the token.
     Scheduler(Choices& choices, Limits limits);
+    /// With the threads of `workers`, which another schedule may have used.
+    Scheduler(Choices& choices, Limits limits, Workers& workers);
     Scheduler(const Scheduler&) = delete;
     Scheduler& operator=(const Scheduler&) = delete;
     ~Scheduler();
@@ -94,12 +95,15 @@ class Scheduler {
         std::function<std::optional<Moment>()> waitsUntil;
         bool finished = false;
         std::size_t progressAtLoneRest = 0;
-        std::thread thread;
+        /// None for the main thread, and for one that was ended.
+        Workers::Worker* worker = nullptr;
     };
     struct Point {
         std::size_t thread;
         std::string_view where;
     };
+
+    Scheduler(Choices& choices, Limits limits, std::unique_ptr<Workers> own);
 
     void pass(std::string_view where, bool resting);
     bool canRun(const Thread& thread) const;
@@ -113,7 +117,8 @@ class Scheduler {
     void body(Thread& self, const std::function<void()>& work);
     void endThread(Thread& thread);
 
-    const OneProcessor oneProcessor_;
+    std::unique_ptr<Workers> ownWorkers_;
+    Workers& workers_;
     Choices& choices_;
     const Limits limits_;
     std::size_t deviationsLeft_;
