@@ -144,7 +144,8 @@ def main():
     place = build / "together"
     place.mkdir(exist_ok=True)
     clean = True
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
+    # More than there are processors, so that a busy machine leaves enough of them to the linter.
+    with concurrent.futures.ThreadPoolExecutor(2 * (os.cpu_count() or 1)) as workers:
         runs = []
         for number, batch in enumerate(batches(build, wanted)):
             runs.append(workers.submit(lint, batch, place / f"{number}.cpp", depth))
