@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 
 namespace velmorindal {
 namespace {
@@ -20,15 +21,6 @@ termios everythingSet() {
     attributes.c_lflag = ~tcflag_t{0};
     std::ranges::fill(attributes.c_cc, cc_t{0xFF});
     return attributes;
-}
-
-TEST(LineAttributes, SendAtTheTransmitRateWhateverTheReceiveRate) {
-    SerialSettings settings = plainSettings;
-    settings.receiveRate = BaudRate::baud1200;
-    settings.transmitRate = BaudRate::baud38400;
-    const termios attributes = lineAttributes(termios{}, settings);
-
-    EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B38400));
 }
 
 TEST(LineAttributes, HaveTheSizeOfCharacterThatWasAskedFor) {
@@ -151,13 +143,34 @@ TEST(LineAttributesDeathTest, StopTheProcessRatherThanTruncateASetting) {
 
 TEST(LineAttributes, EachDirectionHasItsSpeed) {
     SerialSettings settings = plainSettings;
-    settings.receiveRate = BaudRate::baud0;
     settings.transmitRate = BaudRate::baud38400;
-    const termios attributes = lineAttributes(termios{}, settings);
 
     // Systems with one speed for both at least keep the input's zero, which asks for the output's.
+    settings.receiveRate = BaudRate::baud0;
+    termios attributes = lineAttributes(termios{}, settings);
     EXPECT_EQ(cfgetispeed(&attributes), static_cast<speed_t>(B0));
     EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B38400));
+
+    settings.receiveRate = BaudRate::baud1200;
+    attributes = lineAttributes(termios{}, settings);
+    EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B38400));
+}
+
+TEST(LineAttributes, AreTheSameOnlyWhereEveryOneIs) {
+    const termios plain = lineAttributes(termios{}, plainSettings);
+    EXPECT_TRUE(sameAttributes(plain, plain));
+
+    std::array<termios, 6> others;
+    others.fill(plain);
+    others[0].c_iflag ^= IXON;
+    others[1].c_oflag ^= OPOST;
+    others[2].c_cflag ^= CSTOPB;
+    others[3].c_lflag ^= ECHO;
+    others[4].c_cc[VTIME] ^= 1;
+    cfsetospeed(&others[5], B115200);
+    for (const termios& other : others) {
+        EXPECT_FALSE(sameAttributes(plain, other));
+    }
 }
 
 }  // namespace

@@ -77,6 +77,20 @@ TEST(NodeHolder, IsThisProcessOnlyWhereThereIsNoOther) {
     EXPECT_NE(findNodeHolder(node)->process, ::getpid());
 }
 
+TEST(NodeHolder, IsCalledByTheNameThatItHasGivenItself) {
+    const TemporaryDirectory directory;
+    const std::string node = directory.path() / "node";
+    std::ofstream{node};
+    ChildProcess other{
+        python("open('/proc/self/comm', 'w').write('modem keeper')\n" + std::string{holdByOpening}, {node})};
+    ASSERT_TRUE(other.says("held")) << other.output();
+
+    const auto holder = findNodeHolder(node);
+
+    ASSERT_TRUE(holder);
+    EXPECT_EQ(holder->program, "modem keeper");
+}
+
 TEST(NodeHolder, OfANodeThatIsMissingNobodyIs) {
     EXPECT_EQ(findNodeHolder("/nowhere/at/all"), std::nullopt);
 }

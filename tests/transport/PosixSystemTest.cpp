@@ -12,6 +12,7 @@
 #include <string>
 #include <utility>
 
+#include "FreshTerminal.h"
 #include "SerialPortTesting.h"
 
 namespace velmorindal {
@@ -87,6 +88,20 @@ TEST_F(ALineThatIsSlowToClose, IsUnlockedBeforeTheCloseThatIsWaitedForElsewhere)
     // What was sent is lost with its receiver, so that this close has nothing to wait for.
     ::close(std::exchange(device, -1));
     ::close(second);
+}
+
+TEST(PosixSystem, WaitsNoShorterThanItWasAskedTo) {
+    const FreshTerminal terminal;
+    const int line = posix.openExclusively(terminal.path(), O_RDWR, {});
+    ASSERT_NE(line, -1);
+
+    for (int round = 0; round < 20; ++round) {
+        const auto until = posix.now() + std::chrono::microseconds{900};
+        EXPECT_FALSE(posix.wait(line, System::Readiness::toRead, until));
+        EXPECT_GE(posix.now(), until);
+    }
+
+    posix.close(line);
 }
 
 }  // namespace

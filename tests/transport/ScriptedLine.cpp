@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace velmorindal {
 namespace {
@@ -33,6 +34,9 @@ void ScriptedLine::failWrite(int error, std::size_t untilThen) {
 std::ptrdiff_t ScriptedLine::read(std::span<std::uint8_t> buffer, System::Clock::time_point now) {
     advance(now);
     ++reads_;
+    if (readFailure_) {
+        return failed(*std::exchange(readFailure_, std::nullopt));
+    }
     if (arrived_.empty()) {
         errno = emptyRead_ ? emptyRead_->error : EAGAIN;
         return emptyRead_ ? emptyRead_->result : -1;

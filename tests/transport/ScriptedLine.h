@@ -24,6 +24,8 @@ class ScriptedLine final : public VirtualLine {
     void vanish() { present_ = false; }
     /// From now on every read that would wait returns `result` at once, with the reason `error` for -1.
     void readAtOnce(std::ptrdiff_t result, int error = 0);
+    /// The next read fails with this reason.
+    void failRead(int error) { readFailure_ = error; }
     /// The write after the next `untilThen` ones fails once with this reason.
     void failWrite(int error, std::size_t untilThen = 0);
 
@@ -55,6 +57,7 @@ class ScriptedLine final : public VirtualLine {
     ByteBuffer written_;
     std::optional<std::size_t> room_;
     std::optional<EmptyRead> emptyRead_;
+    std::optional<int> readFailure_;
     std::optional<Failure> failure_;
     bool present_ = true;
     std::size_t reads_ = 0;

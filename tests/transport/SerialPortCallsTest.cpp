@@ -43,6 +43,18 @@ TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChanged) {
     EXPECT_EQ(minimumOnTheLine(), 0);
 }
 
+TEST_F(SerialPortCalls, WhatTheDriverDidNotTakeIsNotAskedOfItAgain) {
+    system.refusedFlags = CRTSCTS;
+    SerialSettings settings = dongleSettings(2);
+    settings.useHardwareFlowControl = true;
+    port.openPort();
+    port.setSettings(settings);
+
+    port.renewSettings();
+
+    EXPECT_EQ(system.calls, (Calls{"open", "set attributes"}));
+}
+
 TEST_F(SerialPortCalls, RenewsNothingOnAClosedPort) {
     port.openPort();
     port.setSettings(dongleSettings(2));

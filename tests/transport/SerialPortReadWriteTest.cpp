@@ -121,6 +121,18 @@ TEST_F(SerialPortOnVirtualTime, ReadsWithoutADeadlineWhereThereIsNoTimeout) {
     EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readData(2), (ByteBuffer{0x72, 0x62})); }), 1000.0);
 }
 
+TEST_F(SerialPortOnVirtualTime, WaitsForTheAnswerToAWriteBeforeItReads) {
+    send({0x72});
+    EXPECT_EQ(port.readData(1), ByteBuffer{0x72});
+    EXPECT_EQ(port.writeData(ByteBuffer{0x63}), 1);
+    const std::size_t before = line.reads();
+    line.sendAt(scheduler.now() + 10ms, {0x62});
+
+    EXPECT_EQ(port.readData(1), ByteBuffer{0x62});
+
+    EXPECT_EQ(line.reads() - before, 1U);
+}
+
 TEST_F(SerialPortOnVirtualTime, RestsBetweenReadsThatBringNothingAtOnce) {
     for (const auto& [result, error] : {std::pair{0, 0}, std::pair{-1, EIO}, std::pair{-1, EINTR}}) {
         line.readAtOnce(result, error);

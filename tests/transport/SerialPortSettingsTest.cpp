@@ -136,6 +136,22 @@ TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
     port.closePort();
 }
 
+TEST(SerialPortSettings, LeaveWhatHasArrivedToBeRead) {
+    const FreshTerminal terminal;
+    SerialPort port{terminal.path(), posix};
+    port.openPort();
+    port.setSettings(dongleSettings(2));
+    const ByteBuffer bytes{0x72, 0x62, 0x73};
+    terminal.send(bytes);
+    ASSERT_TRUE(posix.wait(port.fileDescriptor().value(), System::Readiness::toRead,
+                           posix.now() + std::chrono::minutes{2}));
+
+    port.setSettings(dongleSettings(2));
+
+    EXPECT_EQ(port.readData(bytes.size()), bytes);
+    port.closePort();
+}
+
 TEST(SerialPortSettings, OfTheDongleAreWhatAnotherProgramFindsOnTheLine) {
     const FreshTerminal terminal;
     SerialPort port{terminal.path(), posix};

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "VirtualPortTest.h"
 
 namespace velmorindal {
@@ -67,6 +69,16 @@ TEST_F(SerialPortText, WaitsForATerminatorPastEmptyReadsAndTheTimeout) {
     line.sendAt(10s, {'e', '\n'});
 
     EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readLine(), "late"); }), 10.0);
+}
+
+TEST_F(SerialPortText, ReadsOnAfterAReadThatFails) {
+    for (const int reason : {EINTR, EIO}) {
+        send({'a', '\n', 'b'});
+        line.failRead(reason);
+        EXPECT_EQ(port.readLine(), "a");
+        line.failRead(reason);
+        EXPECT_EQ(port.readByte(), 'b');
+    }
 }
 
 TEST_F(SerialPortText, ReadsSingleBytesAndCharactersOfEveryValue) {

@@ -39,10 +39,14 @@ class NotedSystem final : public VirtualSystem {
     }
     bool setLineAttributes(int descriptor, const termios& attributes) override {
         calls.emplace_back("set attributes");
-        return VirtualSystem::setLineAttributes(descriptor, attributes);
+        termios taken = attributes;
+        taken.c_cflag &= ~refusedFlags;
+        return VirtualSystem::setLineAttributes(descriptor, taken);
     }
 
     std::vector<std::string> calls;
+    /// What the driver of the line leaves out of the flags that it is told to set.
+    tcflag_t refusedFlags = 0;
 };
 
 /// A port on a line whose far end follows a script, on virtual time.
