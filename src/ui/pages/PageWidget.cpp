@@ -46,19 +46,22 @@ QSize PageWidget::wholeSize(int width) const {
 }
 
 TextLabel* PageWidget::addTitle(std::string_view text) {
-    return addLabel(new TextLabel{TextRole::Title, text});
+    return addLabel(TextRole::Title, text);
 }
 
 TextLabel* PageWidget::addText(std::string_view text) {
-    return addLabel(new TextLabel{TextRole::Body, text});
+    return addLabel(TextRole::Body, text);
 }
 
-TextLabel* PageWidget::addLabel(TextLabel* label) {
-    column_->addWidget(label);
+TextLabel* PageWidget::addLabel(TextRole role, std::string_view text) {
+    auto* label = new TextLabel{role};
     if (heading_ == nullptr) {
         heading_ = label;
         label->makeHeading();
     }
+    // After that: with its first text the toolkit settles what a screen reader meets.
+    label->showText(text);
+    column_->addWidget(label);
     return label;
 }
 

@@ -13,6 +13,7 @@ namespace velmorindal {
 
 class ProgressBarWidget;
 class TextLabel;
+enum class TextRole;
 
 /// A page of the wizard: its controls are built once, and refresh() copies the view's answers into them.
 class PageWidget : public QWidget {
@@ -46,7 +47,7 @@ class PageWidget : public QWidget {
     void mayBeHidden(QWidget* control);
 
   private:
-    TextLabel* addLabel(TextLabel* label);
+    TextLabel* addLabel(TextRole role, std::string_view text);
 
     QVBoxLayout* column_;
     TextLabel* heading_ = nullptr;

@@ -1,5 +1,6 @@
 #include "AccessibleControls.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QComboBox>
 
@@ -9,6 +10,7 @@
 #include "MessageDialog.h"
 #include "ProgressBarWidget.h"
 #include "StepSlider.h"
+#include "TextLabel.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -20,6 +22,18 @@ class AccessibleControlsTest : public WindowTest {
         return *QAccessible::queryAccessibleInterface(object);
     }
     static QString nameOf(QObject* object) { return accessible(object).text(QAccessible::Name); }
+
+    /// The entries of a key list that are marked as selected.
+    static QStringList selectedIn(KeyList& list) {
+        const QAccessibleInterface& entries = *accessible(&list).child(0);
+        QStringList names;
+        for (int i = 0; i < entries.childCount(); ++i) {
+            if (entries.child(i)->state().selected) {
+                names << entries.child(i)->text(QAccessible::Name);
+            }
+        }
+        return names;
+    }
 };
 
 TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
@@ -34,6 +48,11 @@ TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
     EXPECT_DOUBLE_EQ(slider.valueInterface()->maximumValue().toDouble(), 3.0);
     EXPECT_DOUBLE_EQ(slider.valueInterface()->minimumStepSize().toDouble(), 0.05);
     EXPECT_TRUE(slider.state().focusable);
+    EXPECT_EQ(slider.text(QAccessible::Description), QStringLiteral("seconds"));
+
+    velmorindal.cutoff = 1.05F;
+    settle();
+    EXPECT_DOUBLE_EQ(slider.valueInterface()->currentValue().toDouble(), 1.05);
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
@@ -143,23 +162,62 @@ TEST_F(AccessibleControlsTest, AKeyListIsNamedByItsLabelAndHasTheChosenKeyAsItsV
 TEST_F(AccessibleControlsTest, TheChosenKeyOfAClosedListIsItsOneSelectedEntry) {
     velmorindal.outputPath = OutputPath::USBKeyboard;
     show(wizardState::Output);
-    auto& list = accessible(find<KeyList>(QStringLiteral("Keystroke")));
-    const auto selected = [&list] {
-        const QAccessibleInterface& entries = *list.child(0);
-        QStringList names;
-        for (int i = 0; i < entries.childCount(); ++i) {
-            if (entries.child(i)->state().selected) {
-                names << entries.child(i)->text(QAccessible::Name);
-            }
-        }
-        return names;
-    };
-    EXPECT_EQ(selected(), QStringList{QStringLiteral("F1")});
+    KeyList& list = *find<KeyList>(QStringLiteral("Keystroke"));
+    EXPECT_EQ(selectedIn(list), QStringList{QStringLiteral("F1")});
 
     velmorindal.outputKeys = keyList{.directKey = OutputKey::ShiftTab};
     settle();
 
-    EXPECT_EQ(selected(), QStringList{QStringLiteral("Shift+Tab")});
+    EXPECT_EQ(selectedIn(list), QStringList{QStringLiteral("Shift+Tab")});
+}
+
+TEST_F(AccessibleControlsTest, AScreenReaderThatComesLaterFindsTheChosenKeySelected) {
+    QAccessible::setActive(false);
+    KeyList list{QStringLiteral("Keystroke")};
+    list.setKey(OutputKey::ShiftTab);
+
+    EXPECT_EQ(selectedIn(list), QStringList{QStringLiteral("Shift+Tab")});
+}
+
+TEST_F(AccessibleControlsTest, AClosedListIsSilentAboutItsEntries) {
+    static const QObject* entries = nullptr;
+    static int events = 0;
+    KeyList list{QStringLiteral("Keystroke")};
+    list.show();
+    accessible(&list);
+    entries = list.view();
+    events = 0;
+    QAccessible::setActive(true);
+    const auto before = QAccessible::installUpdateHandler(
+        [](QAccessibleEvent* event) { events += event->object() == entries ? 1 : 0; });
+
+    list.setKey(OutputKey::ShiftTab);
+
+    QAccessible::installUpdateHandler(before);
+    QAccessible::setActive(false);
+    EXPECT_EQ(events, 0);
+}
+
+TEST_F(AccessibleControlsTest, AKeyListIsLabelledByTheTextBesideIt) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+
+    const auto relations =
+        accessible(find<KeyList>(QStringLiteral("Keystroke"))).relations(QAccessible::Label);
+
+    ASSERT_EQ(relations.size(), 1);
+    EXPECT_EQ(relations.front().first->text(QAccessible::Name), QStringLiteral("Keystroke"));
+}
+
+TEST_F(AccessibleControlsTest, TheHeadingOfAPageIsATextThatTakesTheFocus) {
+    show(wizardState::Connect);
+    auto* heading = qobject_cast<TextLabel*>(window().focusWidget());
+    ASSERT_NE(heading, nullptr);
+    const auto& spoken = accessible(heading);
+
+    EXPECT_EQ(spoken.role(), QAccessible::StaticText);
+    EXPECT_EQ(spoken.text(QAccessible::Name), heading->text());
+    EXPECT_TRUE(spoken.state().focusable);
 }
 
 TEST_F(AccessibleControlsTest, AKeyListTakesTheFocusFromAScreenReader) {
