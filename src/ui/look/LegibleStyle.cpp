@@ -118,9 +118,9 @@ QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 
 void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
-    const bool ringed = widget != nullptr && widget->window()->findChild<FocusRing*>(
-                                                 QString{}, Qt::FindDirectChildrenOnly) != nullptr;
-    if (element == PE_FrameFocusRect && ringed) {
+    // The ring is no child of the window itself while it surrounds what is in a page.
+    if (element == PE_FrameFocusRect && widget != nullptr &&
+        widget->window()->findChild<FocusRing*>() != nullptr) {
         return;
     }
     painter->save();

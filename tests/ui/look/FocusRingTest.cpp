@@ -1,7 +1,9 @@
 #include "FocusRing.h"
 
 #include <QCheckBox>
+#include <QPainter>
 #include <QRadioButton>
+#include <QStyleOptionFocusRect>
 
 #include "PageScroller.h"
 #include "PageWidget.h"
@@ -113,6 +115,42 @@ TEST_F(FocusRingTest, ItIsGoneWithItsControl) {
     settle();
 
     EXPECT_EQ(ring()->widget(), find<QPushButton>(QStringLiteral("Back")));
+}
+
+TEST_F(FocusRingTest, ItSurroundsNeitherTheWindowNorAControlOfAnother) {
+    show(wizardState::Mode);
+    window().setFocus();
+    EXPECT_EQ(ring()->widget(), nullptr);
+
+    QWidget other;
+    QPushButton button{&other};
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    button.setFocus();
+    settle();
+    ASSERT_TRUE(button.hasFocus());
+    EXPECT_EQ(ring()->widget(), nullptr);
+}
+
+TEST_F(FocusRingTest, AControlDrawsNoFrameOfItsOwnWhereThereIsARing) {
+    show(wizardState::Mode);
+    const auto framed = [](const QWidget& control) {
+        QStyleOptionFocusRect option;
+        option.initFrom(&control);
+        option.rect = QRect{0, 0, 40, 20};
+        option.state |= QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+        QImage picture{option.rect.size(), QImage::Format_RGB32};
+        picture.fill(Qt::white);
+        const QImage before = picture;
+        QPainter painter{&picture};
+        control.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, &control);
+        painter.end();
+        return picture != before;
+    };
+
+    EXPECT_FALSE(framed(*find<QRadioButton>(QStringLiteral("Direct Mode"))));
+    EXPECT_TRUE(framed(QRadioButton{}));
 }
 
 }  // namespace
