@@ -11,6 +11,7 @@
 #include "PageScroller.h"
 #include "PageWidget.h"
 #include "ProgressBarWidget.h"
+#include "ShowButton.h"
 #include "StepSlider.h"
 #include "TextLabel.h"
 #include "ThresholdMeter.h"
@@ -19,6 +20,29 @@
 
 namespace velmorindal {
 namespace {
+
+/// Puts a control on the screen and counts how often it is painted from then on.
+class Paints final : public QObject {
+  public:
+    explicit Paints(QWidget& control) {
+        control.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&control));
+        for (int turn = 0; turn < 3; ++turn) {
+            QApplication::processEvents();
+        }
+        control.installEventFilter(this);
+    }
+
+    int count() const { return count_; }
+
+    bool eventFilter(QObject* /*object*/, QEvent* event) override {
+        count_ += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+  private:
+    int count_ = 0;
+};
 
 class PaintedGeometryTest : public WindowTest {
   protected:
@@ -90,6 +114,43 @@ TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedGreenWhereItIsLitAndGreyElsewher
     };
     EXPECT_EQ(colorOf(true).rgb(), toQColor(colors::green).rgb());
     EXPECT_EQ(colorOf(false).rgb(), toQColor(colors::grey).rgb());
+}
+
+TEST_F(PaintedGeometryTest, AMutedIndicatorIsARing) {
+    const CalibrationPanelView::Indicator muted{
+        .accessibleName = "", .text = "", .lit = false, .description = "", .reading = "", .muted = true};
+    IndicatorWidget indicator{muted};
+    indicator.resize(indicator.sizeHint());
+
+    const QImage picture = indicator.grab().toImage();
+
+    const QColor ground = indicator.palette().color(QPalette::Window);
+    EXPECT_EQ(picture.pixelColor(picture.rect().center()), ground);
+    EXPECT_NE(picture.pixelColor(2, picture.height() / 2), ground);
+}
+
+TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedAgainOnlyWhenItHasChanged) {
+    CalibrationPanelView::Indicator state{
+        .accessibleName = "", .text = "", .lit = false, .description = "", .reading = ""};
+    IndicatorWidget indicator{state};
+    const Paints paints{indicator};
+
+    indicator.setIndicator(state);
+    settle();
+    EXPECT_EQ(paints.count(), 0);
+
+    state.lit = true;
+    indicator.setIndicator(state);
+    EXPECT_TRUE(eventually([&] { return paints.count() > 0; }));
+}
+
+TEST_F(PaintedGeometryTest, AShowButtonIsPaintedAgainWhenItsDisplayStarts) {
+    ShowButton button{QStringLiteral("Show Clarity")};
+    const Paints paints{button};
+
+    button.setRunning(true);
+
+    EXPECT_TRUE(eventually([&] { return paints.count() > 0; }));
 }
 
 TEST_F(PaintedGeometryTest, TheLogoIsPaddedByTwentyWithinARingFourWide) {

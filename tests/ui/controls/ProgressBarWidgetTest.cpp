@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QImage>
+#include <QProxyStyle>
 #include <QTest>
 #include <limits>
 
@@ -46,6 +47,15 @@ TEST(ProgressBarWidget, TheLastValueStaysBehindAsAPalerFill) {
     const QColor track = picture.pixelColor(180, 6);
     EXPECT_LT(fill.lightness(), trace.lightness());
     EXPECT_LT(trace.lightness(), track.lightness());
+}
+
+TEST(ProgressBarWidget, TheTraceAloneCanChange) {
+    ProgressBarWidget widget{QStringLiteral("Duration of last hum")};
+    widget.setBar(barAt(0.25), 0.75);
+
+    widget.setBar(barAt(0.25), 0.5);
+
+    EXPECT_EQ(widget.traceFraction(), 0.5);
 }
 
 TEST(ProgressBarWidget, TheFillTakesItsPartOfTheTrack) {
@@ -137,6 +147,25 @@ TEST(ProgressBarWidget, AVisibleBarGlidesToItsValue) {
 
     EXPECT_LT(widget.shownFraction(), 1.0);
     EXPECT_TRUE(QTest::qWaitFor([&] { return widget.shownFraction() == 1.0; }, 30'000));
+}
+
+TEST(ProgressBarWidget, AVisibleBarStandsAtItsValueAtOnceWhereNothingIsToMove) {
+    class StillStyle final : public QProxyStyle {
+      public:
+        int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                      QStyleHintReturn* data) const override {
+            return hint == SH_Widget_Animation_Duration ? 0
+                                                        : QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    };
+    StillStyle still;
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+    widget.setStyle(&still);
+    widget.show();
+
+    widget.setBar(barAt(1.0));
+
+    EXPECT_EQ(widget.shownFraction(), 1.0);
 }
 
 TEST(ProgressBarWidget, ValuesThatArriveFasterThanFramesDoNotHoldTheFillBack) {

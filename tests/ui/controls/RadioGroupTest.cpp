@@ -48,5 +48,32 @@ TEST_F(RadioGroupTest, AValueThatIsNoChoiceStaysAndLeavesNoneChosen) {
     EXPECT_THAT(chosen(), testing::ElementsAre(true, false));
 }
 
+TEST_F(RadioGroupTest, ChoosesOneAgainAfterItHadNone) {
+    number = 7;
+    group.refresh();
+    const auto buttons = group.findChildren<QRadioButton*>();
+
+    buttons.front()->click();
+    buttons.back()->click();
+
+    EXPECT_THAT(chosen(), testing::ElementsAre(false, true));
+}
+
+TEST_F(RadioGroupTest, TheTabKeyComesToTheChosenEntryAndAClickToEvery) {
+    const auto policies = [this] {
+        std::vector<Qt::FocusPolicy> all;
+        for (const QRadioButton* button : group.findChildren<QRadioButton*>()) {
+            all.push_back(button->focusPolicy());
+        }
+        return all;
+    };
+    EXPECT_THAT(policies(), testing::ElementsAre(Qt::ClickFocus, Qt::StrongFocus));
+
+    number = 1;
+    group.refresh();
+
+    EXPECT_THAT(policies(), testing::ElementsAre(Qt::StrongFocus, Qt::ClickFocus));
+}
+
 }  // namespace
 }  // namespace velmorindal

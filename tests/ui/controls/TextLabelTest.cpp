@@ -60,5 +60,33 @@ TEST_F(TextLabelTest, AWrappedTextThatHasAFixedWidthAsksForNoOther) {
     EXPECT_EQ(label.minimumSizeHint().width(), 77);
 }
 
+TEST_F(TextLabelTest, CountsTheTextsThatMayStandThereInItsHeightWhileItIsToldTo) {
+    TextLabel label{TextRole::Body, "One line."};
+    label.mayShow({QStringLiteral("One line, and so many words after it that it takes two or three.")});
+    const int alone = label.heightForWidth(200);
+
+    label.countEveryText(true);
+    EXPECT_GT(label.heightForWidth(200), alone);
+
+    label.countEveryText(false);
+    EXPECT_EQ(label.heightForWidth(200), alone);
+}
+
+TEST_F(TextLabelTest, ATitleFollowsTheFontOfTheApplication) {
+    TextLabel title{TextRole::Title};
+    const QFont before = QApplication::font();
+    QFont larger = before;
+    larger.setPointSizeF(before.pointSizeF() * 2);
+
+    QApplication::setFont(larger);
+    // The toolkit sends it while its event loop runs.
+    QEvent changed{QEvent::ApplicationFontChange};
+    QApplication::sendEvent(&title, &changed);
+    const double wanted = look::titleFont().pointSizeF();
+    QApplication::setFont(before);
+
+    EXPECT_EQ(title.font().pointSizeF(), wanted);
+}
+
 }  // namespace
 }  // namespace velmorindal

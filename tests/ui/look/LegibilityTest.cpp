@@ -1,9 +1,13 @@
+#include <QCheckBox>
+#include <QProxyStyle>
 #include <QRadioButton>
 #include <QSlider>
 #include <QStyle>
 
 #include "Contrast.h"
+#include "LegibleStyle.h"
 #include "Look.h"
+#include "ShowButton.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -35,6 +39,18 @@ class LegibilityTest : public testing::TestWithParam<bool> {
 
     static QColor ground() { return QApplication::palette().color(QPalette::Window); }
 
+    template <typename Wanted>
+    static bool has(const QImage& picture, Wanted wanted) {
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (wanted(picture.pixelColor(x, y))) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
     /// The strongest contrast with the ground that a picture of `widget` holds.
     static double strongestContrast(QWidget& widget) {
         widget.ensurePolished();
@@ -63,6 +79,43 @@ TEST_P(LegibilityTest, ASliderCanBeSeen) {
     QSlider slider{Qt::Horizontal};
     slider.resize(200, slider.sizeHint().height());
     EXPECT_GE(strongestContrast(slider), markContrast);
+}
+
+TEST_P(LegibilityTest, TheGrooveOfASliderIsBlueUpToItsHandleOnly) {
+    QSlider slider{Qt::Horizontal};
+    slider.resize(200, slider.sizeHint().height());
+    slider.setRange(0, 2);
+    slider.setValue(1);
+
+    const QImage picture = slider.grab().toImage();
+
+    const int line = picture.height() / 2;
+    EXPECT_EQ(picture.pixelColor(50, line).rgb(), look::accentColor().rgb());
+    EXPECT_EQ(picture.pixelColor(150, line).rgb(), look::outlineColor(QApplication::palette()).rgb());
+}
+
+TEST_P(LegibilityTest, ACheckedBoxHasAWhiteTickOnBlue) {
+    QCheckBox box;
+    box.setChecked(true);
+    box.resize(box.sizeHint());
+    const int side = box.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &box);
+    const QRect mark{0, (box.height() - side) / 2, side, side};
+
+    const QImage inside = box.grab(mark.adjusted(3, 3, -3, -3)).toImage();
+
+    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.rgb() == look::accentColor().rgb(); }));
+    EXPECT_TRUE(has(inside, [](const QColor& color) { return color == QColor{Qt::white}; }));
+}
+
+TEST_P(LegibilityTest, AShowButtonWhoseDisplayRunsHasAWhiteTextOnBlue) {
+    ShowButton button{QStringLiteral("Show Clarity")};
+    button.setRunning(true);
+    button.resize(button.sizeHint());
+
+    const QImage inside = button.grab(button.rect().adjusted(4, 4, -4, -4)).toImage();
+
+    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.blue() > 150 && color.red() < 60; }));
+    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.lightness() > 200; }));
 }
 
 TEST_P(LegibilityTest, TextsOfThePagesAndButtonsCanBeRead) {
@@ -94,6 +147,32 @@ TEST(Legibility, MarksGrowWithTheFont) {
     QApplication::setFont(before);
 
     EXPECT_NEAR(large, 2 * small, 3);
+}
+
+TEST(Legibility, ATitleIsAsMuchLargerInAFontThatIsMeasuredInPixels) {
+    const QFont before = QApplication::font();
+    QFont pixels = before;
+    pixels.setPixelSize(40);
+
+    QApplication::setFont(pixels);
+    const int title = look::titleFont().pixelSize();
+    QApplication::setFont(before);
+
+    EXPECT_EQ(title, 50);
+}
+
+TEST(Legibility, ShortcutsAreUnderlinedAlsoWhereTheDesktopWouldNot) {
+    class PlainStyle final : public QProxyStyle {
+      public:
+        int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                      QStyleHintReturn* data) const override {
+            return hint == SH_UnderlineShortcut ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    };
+    LegibleStyle style;
+    style.setBaseStyle(new PlainStyle);
+
+    EXPECT_EQ(style.styleHint(QStyle::SH_UnderlineShortcut, nullptr, nullptr, nullptr), 1);
 }
 
 }  // namespace

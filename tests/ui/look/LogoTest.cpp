@@ -34,6 +34,29 @@ TEST(Logo, IsPaintedInsideItsCircle) {
     EXPECT_GT(painted, picture.width() / 4);
 }
 
+TEST(Logo, AFaintWhiteShadowFadesAwayAroundItsCircle) {
+    LogoWidget logo;
+    QPalette black = logo.palette();
+    black.setColor(QPalette::Window, Qt::black);
+    logo.setPalette(black);
+    logo.resize(logo.sizeHint());
+    const QImage picture = logo.grab().toImage();
+
+    const int middle = picture.height() / 2;
+    int ring = 0;
+    while (picture.pixelColor(ring, middle).red() < 180 || picture.pixelColor(ring, middle).green() > 60) {
+        ++ring;
+    }
+    const QColor beside = picture.pixelColor(ring - 2, middle);
+    // White over a third of black.
+    EXPECT_EQ(beside.red(), beside.green());
+    EXPECT_EQ(beside.red(), beside.blue());
+    EXPECT_GT(beside.red(), 30);
+    EXPECT_LT(beside.red(), 85);
+    EXPECT_LT(picture.pixelColor(ring - 4, middle).red(), beside.red());
+    EXPECT_EQ(picture.pixelColor(0, 0), QColor{Qt::black});
+}
+
 TEST(Logo, ARedCircleSurroundsIt) {
     LogoWidget logo;
     logo.resize(logo.sizeHint());

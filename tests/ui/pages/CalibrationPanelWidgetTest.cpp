@@ -207,6 +207,16 @@ TEST_F(CalibrationPanelWidgetTest, TheWheelOverASliderDoesNotMoveIt) {
 
     EXPECT_EQ(velmorindal.clarity.get(), 0.5F);
     EXPECT_EQ(velmorindal.cutoff.get(), 1.5F);
+    // Nor does it move the focus there.
+    EXPECT_EQ(clarity()->focusPolicy(), Qt::StrongFocus);
+}
+
+TEST_F(CalibrationPanelWidgetTest, AThresholdFollowsASliderThatIsStillHeld) {
+    clarity()->setSliderDown(true);
+
+    clarity()->setSliderPosition(60);
+
+    EXPECT_FLOAT_EQ(velmorindal.clarity.get(), 0.6F);
 }
 
 TEST_F(CalibrationPanelWidgetTest, EnterOnASliderPressesTheDefaultButton) {

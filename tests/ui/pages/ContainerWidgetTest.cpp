@@ -9,6 +9,7 @@
 #include "NavigationRow.h"
 #include "PageScroller.h"
 #include "PageWidget.h"
+#include "StepColumn.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -351,6 +352,33 @@ TEST_F(ContainerWidgetTest, TheRowHasRoomForThreeButtonsWhereFewerAreShown) {
     container.currentState = wizardState::Output;
     row.refresh([] {});
     EXPECT_GE(least, row.layout()->minimumSize().width());
+}
+
+TEST_F(ContainerWidgetTest, TheFocusOfAControlThatGoesWhileAnotherWindowIsActiveIsOnOneThatIsThere) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    show(wizardState::Output);
+    find<KeyList>(QStringLiteral("Keystroke"))->setFocus();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(eventually([this] { return !window().isActiveWindow(); }));
+
+    velmorindal.outputPath = OutputPath::Switch;
+    settle();
+
+    ASSERT_NE(window().focusWidget(), nullptr);
+    EXPECT_TRUE(window().focusWidget()->isVisible());
+}
+
+TEST_F(ContainerWidgetTest, TheStepsStandAtTheTopOfTheirColumnAndTheVersionAtItsFoot) {
+    window().resize(window().width(), 1200);
+    settle();
+    const auto* column = window().findChild<StepColumn*>();
+    const auto* version = find<QLabel>(QStringLiteral("Version 1.1M"));
+
+    EXPECT_LT(step(wizardState::Summary)->geometry().bottom(), 600);
+    EXPECT_GT(version->geometry().bottom(), column->height() - 2 * look::spacing());
+    EXPECT_EQ(version->height(), version->sizeHint().height());
 }
 
 }  // namespace

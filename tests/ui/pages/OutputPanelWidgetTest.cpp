@@ -5,6 +5,7 @@
 #include <QRadioButton>
 #include <QWheelEvent>
 
+#include "Announcer.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -126,6 +127,41 @@ TEST_F(OutputPanelWidgetTest, TheWheelOverAListDoesNotChangeItsKey) {
     QApplication::sendEvent(list, &wheel);
 
     EXPECT_EQ(velmorindal.outputKeys.get(), keyList{});
+}
+
+TEST_F(OutputPanelWidgetTest, AStepThroughAClosedListIsSaidAndAKeyThatLeadsNowhereIsNot) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    settle();
+    QComboBox* const list = keys("Keystroke");
+    for (auto* text : window().findChildren<SpokenText*>()) {
+        text->setAccessibleName({});
+    }
+    const auto spoken = [this] {
+        QStringList texts;
+        for (const auto* text : window().findChildren<SpokenText*>()) {
+            if (!text->accessibleName().isEmpty()) {
+                texts << text->accessibleName();
+            }
+        }
+        return texts;
+    };
+
+    QTest::keyClick(list, Qt::Key_Shift);
+    EXPECT_EQ(spoken(), QStringList{});
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(spoken(), QStringList{list->currentText()});
+}
+
+TEST_F(OutputPanelWidgetTest, RefreshingWritesNothingBack) {
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    velmorindal.outputKeys = keyList{.directKey = OutputKey::Tab};
+    int announcements = 0;
+    const auto counting = velmorindal.objectWillChange.subscribe([&] { ++announcements; });
+
+    settle();
+
+    EXPECT_EQ(keys("Keystroke")->currentData().toInt(), static_cast<int>(OutputKey::Tab));
+    EXPECT_EQ(announcements, 0);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "ImmediateDispatch.h"
 #include "InProcessDongle.h"
 #include "WizardTest.h"
 
@@ -25,6 +26,17 @@ TEST_F(ContainerWriteTest, TheLogListsTheStepsOfASuccess) {
     EXPECT_EQ(std::erase(lines, "background save dispatched"), 1U);
     EXPECT_THAT(lines, ElementsAre("dispatching background save", "Starting save", "Save completed.",
                                    "Save done. pass.", "All done!"));
+}
+
+TEST_F(ContainerWriteTest, TheLogSaysThatTheWriteIsDispatchedOnceItIs) {
+    ImmediateDispatch atOnce;
+    VelmorindalSwitch model{atOnce, system};
+    ContainerView view{model, atOnce, filePanel, [] {}};
+
+    const auto lines = linesPrintedBy([&] { view.saveButtonPressed(); });
+
+    EXPECT_THAT(lines, ElementsAre("dispatching background save", "Starting save", "Save done. Fail.",
+                                   "Could not save.", "background save dispatched"));
 }
 
 TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
