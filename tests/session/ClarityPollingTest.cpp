@@ -154,5 +154,19 @@ TEST_F(ClarityPollingTest, ClarityThatCannotStartLeavesWhateverStateThereIs) {
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
 }
 
+TEST_F(ClarityPollingTest, TheStateOfTheOtherDisplayEndsTheRun) {
+    velmorindal.beginClarityPolling();
+    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
+
+    velmorindal.pollingState = PollingState::duration;
+    system.sleepFor(std::chrono::seconds{1});
+
+    ASSERT_FALSE(velmorindal.bgIsProcessing);
+    dispatch.runPendingMainWork();
+    EXPECT_TRUE(deviceHasStoppedReporting());
+    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+}
+
 }  // namespace
 }  // namespace velmorindal

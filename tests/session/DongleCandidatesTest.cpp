@@ -160,5 +160,19 @@ TEST_F(DongleCandidatesTest, ADonglePulledOutWhileItIsProbedIsNoDongle) {
     expectFailure(noDongleText);
 }
 
+TEST_F(DongleCandidatesTest, EachPieceOfAVersionTextMustBeUtf8ByItself) {
+    // The time-out cuts the last character in two.
+    dongle.onFirst(Type::version, Fault{"a character in two pieces", [](AnswerPlan& plan) {
+                                            plan.bytesBefore = {0x72, 0x62, 0x76, 0x0D, 'V', 'e', 'l', 'm',
+                                                                'o',  'r',  'i',  'n',  'd', 'a', 'l', 0xC3};
+                                            plan.answer = {0xA9};
+                                            plan.delivery = AnswerPlan::Delivery::afterDelay;
+                                            plan.delay = std::chrono::milliseconds{3000};
+                                        }});
+    PrintedLines lines;
+    EXPECT_THAT(velmorindal.listDevices(), IsEmpty());
+    EXPECT_EQ(withoutDescriptors(lines.take()), "Open Result:  N\n");
+}
+
 }  // namespace
 }  // namespace velmorindal

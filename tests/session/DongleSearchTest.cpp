@@ -12,6 +12,7 @@
 namespace velmorindal {
 namespace {
 
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
@@ -93,6 +94,18 @@ TEST(DongleSearchEnvironment, OverridesTheDefaultsWhereItIsSet) {
     EXPECT_EQ(DongleSearch::fromEnvironment().prefix, "ttyACM");
     unsetenv("VELMORINDAL_DEVICE_DIRECTORY");
     unsetenv("VELMORINDAL_DEVICE_PREFIX");
+}
+
+TEST_F(DongleSearchTest, KeepsTheOrderOfTheDirectory) {
+    for (const char* name : {"5", "2", "8", "1", "7", "3", "6", "4"}) {
+        add(std::string{"cu.usbmodem"} + name);
+    }
+    std::vector<std::string> order;
+    for (const auto& entry : std::filesystem::directory_iterator{directory.path()}) {
+        order.push_back(entry.path().string());
+    }
+
+    EXPECT_THAT(search.candidates(), ElementsAreArray(order));
 }
 
 }  // namespace

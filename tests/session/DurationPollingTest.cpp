@@ -117,5 +117,16 @@ TEST_F(DurationPollingTest, TheFirstAnswerIsDiscardedAndTheReadingSetToZero) {
     EXPECT_EQ(dispatch.pendingMainWork(), 0U);
 }
 
+TEST_F(DurationPollingTest, TheStateOfTheOtherDisplayEndsTheRun) {
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+
+    velmorindal.pollingState = PollingState::clarity;
+    system.sleepFor(std::chrono::seconds{1});
+
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
+}
+
 }  // namespace
 }  // namespace velmorindal

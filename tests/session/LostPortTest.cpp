@@ -75,6 +75,20 @@ TEST_P(LostPortTest, LeavesARunThatStopsWithinTwoChecks) {
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
 }
 
+TEST_P(LostPortTest, LeavesARunThatTheStateOfTheOtherDisplayEndsAtItsNextLook) {
+    begin();
+    // Somewhere in the middle of a turn.
+    system.sleepFor(110ms);
+
+    velmorindal.pollingState =
+        GetParam().run == PollingState::clarity ? PollingState::duration : PollingState::clarity;
+
+    EXPECT_LE(secondsTakenBy([this] {
+                  EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return !velmorindal.bgIsProcessing; }));
+              }),
+              0.02);
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryRun, LostPortTest,
                          testing::Values(Loss{"ClarityPulledOut", PollingState::clarity, pullOut, ""},
                                          Loss{"ClarityClosed", PollingState::clarity, closePort, ""},

@@ -92,5 +92,49 @@ TEST_F(PollingStopTest, SwitchingFromClarityToDurationAndBackKeepsThePortToOneRu
     EXPECT_EQ(dongle.skippedBytes(), 0U);
 }
 
+TEST_F(PollingStopTest, StoppingLooksEveryTwentyMilliseconds) {
+    velmorindal.bgIsProcessing = true;
+    dispatch.runInBackground([this] {
+        system.sleepFor(std::chrono::milliseconds{50});
+        velmorindal.bgIsProcessing = false;
+    });
+
+    EXPECT_EQ(secondsTakenBy([this] { velmorindal.stopPollingAndWait(); }), 0.06);
+}
+
+/// Hands work on, and notes of each piece for the main queue whether a run was still under way when it came.
+class ProcessingWatch final : public Dispatch {
+  public:
+    explicit ProcessingWatch(Dispatch& inner) : inner_{inner} {}
+
+    void postToMain(Work work) override {
+        underWay.push_back(model != nullptr && model->bgIsProcessing);
+        inner_.postToMain(std::move(work));
+    }
+    void runOnMainAndWait(Work work) override { inner_.runOnMainAndWait(std::move(work)); }
+    void runInBackground(Work work) override { inner_.runInBackground(std::move(work)); }
+    void runPendingMainWork() override { inner_.runPendingMainWork(); }
+
+    const VelmorindalSwitch* model = nullptr;
+    std::vector<bool> underWay;
+
+  private:
+    Dispatch& inner_;
+};
+
+TEST_F(PollingStopTest, ARunIsUnderWayUntilItsReadingIsOnTheWayBackToZero) {
+    ProcessingWatch watch{dispatch};
+    VelmorindalSwitch watched{watch, system};
+    watched.serialPort = velmorindal.serialPort.get();
+    watch.model = &watched;
+    for (const PollingState display : {PollingState::clarity, PollingState::duration}) {
+        watch.underWay.clear();
+        display == PollingState::clarity ? watched.beginClarityPolling() : watched.beginDurationPolling();
+        EXPECT_TRUE(dispatch.runMainWorkUntil([&] { return watched.readingsReceived >= 1; }));
+        watched.stopPollingAndWait();
+        EXPECT_THAT(watch.underWay, testing::AllOf(testing::SizeIs(testing::Ge(2U)), testing::Each(true)));
+    }
+}
+
 }  // namespace
 }  // namespace velmorindal
