@@ -37,6 +37,34 @@ TEST_F(MainWindowTest, ItOpensInTheMiddleOfTheScreenAt480By300OrTheSmallestSizeT
     EXPECT_LE((window().geometry().center() - middle).manhattanLength(), 4);
 }
 
+TEST_F(MainWindowTest, ItOpensAt480By300WhereEveryPageFitsIntoThat) {
+    const QFont before = QApplication::font();
+    QFont tiny = before;
+    tiny.setPixelSize(4);
+    QApplication::setFont(tiny);
+    closeWindow();
+    QSettings{}.clear();
+
+    openWindow();
+    const QSize size = window().size();
+    QApplication::setFont(before);
+
+    EXPECT_EQ(size, (QSize{480, 300}));
+}
+
+TEST_F(MainWindowTest, ItLeavesATenthOfTheScreenFreeHoweverLargeTheFontIs) {
+    const QFont before = QApplication::font();
+    QFont huge = before;
+    huge.setPixelSize(60);
+
+    QApplication::setFont(huge);
+    settle();
+    const QSize least = window().minimumSize();
+    QApplication::setFont(before);
+
+    EXPECT_EQ(least, window().screen()->availableSize() * 9 / 10);
+}
+
 TEST_F(MainWindowTest, ClosingItAsksTheApplicationToEnd) {
     window().close();
 
@@ -84,6 +112,18 @@ TEST_F(MainWindowTest, AMoveIsWaitedOutAndForgottenWhenTheWindowIsHidden) {
     window().move(window().x() + 30, window().y() + 30);
     EXPECT_TRUE(eventually([&] { return moment->isActive(); }));
     window().hide();
+
+    EXPECT_FALSE(moment->isActive());
+}
+
+TEST_F(MainWindowTest, AMoveWhileItIsHiddenIsNotTheUsers) {
+    const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
+    window().hide();
+    QMoveEvent moved{QPoint{40, 40}, window().pos()};
+    QResizeEvent resized{QSize{900, 900}, window().size()};
+
+    QApplication::sendEvent(&window(), &moved);
+    QApplication::sendEvent(&window(), &resized);
 
     EXPECT_FALSE(moment->isActive());
 }
@@ -139,6 +179,43 @@ TEST_F(MainWindowTest, ItGrowsWithTheFont) {
     QApplication::setFont(before);
 
     EXPECT_GT(sizeAfter.width() * sizeAfter.height(), sizeBefore.width() * sizeBefore.height());
+}
+
+/// Notes, in order, what a screen reader is given when a window becomes active.
+class FirstAndThen final : public QObject {
+  public:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Show && qobject_cast<SpokenText*>(object) != nullptr) {
+            noted << QStringLiteral("announcement");
+        }
+        return false;
+    }
+
+    QStringList noted;
+};
+
+TEST_F(MainWindowTest, WhatHasHappenedMeanwhileIsSaidAfterTheFocus) {
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    show(wizardState::Connect);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(eventually([this] { return !window().isActiveWindow(); }));
+    velmorindal.connectionState = ConnectionStatus::connected;
+    settle();
+    FirstAndThen order;
+    qApp->installEventFilter(&order);
+    const auto connection =
+        QObject::connect(qApp, &QApplication::focusChanged, [&order](QWidget* /*before*/, QWidget* now) {
+            order.noted << (now == nullptr ? QStringLiteral("nothing") : QStringLiteral("focus"));
+        });
+
+    window().activateWindow();
+    EXPECT_TRUE(eventually([&] { return order.noted.contains(QStringLiteral("announcement")); }));
+
+    QObject::disconnect(connection);
+    qApp->removeEventFilter(&order);
+    EXPECT_EQ(order.noted, (QStringList{QStringLiteral("focus"), QStringLiteral("announcement")}));
 }
 
 }  // namespace

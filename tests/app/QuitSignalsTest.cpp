@@ -1,9 +1,13 @@
 #include "QuitSignals.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <QTest>
 #include <csignal>
+#include <filesystem>
+#include <set>
+#include <string>
 
 namespace velmorindal {
 namespace {
@@ -18,6 +22,30 @@ TEST(QuitSignals, ASignalToEndReachesTheEventLoopAsOneCall) {
 
         EXPECT_TRUE(QTest::qWaitFor([&calls] { return calls > 0; }, 30'000));
         EXPECT_EQ(calls, 1);
+    }
+}
+
+/// The open descriptors of this process, by number.
+std::set<int> descriptors() {
+    std::set<int> numbers;
+    for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd"}) {
+        numbers.insert(std::stoi(entry.path().filename().string()));
+    }
+    // The look at the directory had one of its own.
+    std::erase_if(numbers, [](int number) { return ::fcntl(number, F_GETFD) == -1; });
+    return numbers;
+}
+
+TEST(QuitSignals, ChildProgramsInheritNothingOfThem) {
+    const std::set<int> before = descriptors();
+    const QuitSignals quitSignals{[] {}};
+
+    std::set<int> opened = descriptors();
+    std::erase_if(opened, [&before](int number) { return before.contains(number); });
+
+    EXPECT_GE(opened.size(), 2U);
+    for (const int number : opened) {
+        EXPECT_EQ(::fcntl(number, F_GETFD), FD_CLOEXEC) << number;
     }
 }
 
