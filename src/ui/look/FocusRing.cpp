@@ -47,8 +47,9 @@ FocusRing::FocusRing(QWidget* window) : QFocusFrame{window}, window_{window} {
 }
 
 void FocusRing::follow(QWidget* focused) {
-    // A pop-up list has its own window and shows its current entry itself.
-    const bool mine = focused != nullptr && focused != window_ && focused->window() == window_;
+    // A pop-up list has its own window and shows its current entry itself. The toolkit draws no frame around
+    // a whole window.
+    const bool mine = focused != nullptr && focused->window() == window_;
     setWidget(mine ? focused : nullptr);
 }
 
