@@ -56,8 +56,6 @@ void MainWindow::refresh() {
     announce();
     if (const auto wait = view_.calibrationPanel.untilNextLook()) {
         lookTimer_.start(*wait);
-    } else {
-        lookTimer_.stop();
     }
 }
 
@@ -95,10 +93,8 @@ void MainWindow::saveFrame() const {
 }
 
 void MainWindow::rememberFrame(const QByteArray& frame) {
-    QSettings settings;
-    settings.setValue(QLatin1String{frameName}, frame);
-    // The process may end without unwinding.
-    settings.sync();
+    // Written when this object goes: the process may end without unwinding.
+    QSettings{}.setValue(QLatin1String{frameName}, frame);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
