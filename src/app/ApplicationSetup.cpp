@@ -2,7 +2,6 @@
 
 #include <QAccessibleWidget>
 #include <QApplication>
-#include <clocale>
 
 #include "AccessibleControls.h"
 #include "LegibleStyle.h"
@@ -21,8 +20,6 @@ QAccessibleInterface* makeWindowInterface(const QString& /*className*/, QObject*
 }  // namespace
 
 void setUpApplication() {
-    // The toolkit has just set the locale of the environment; numbers must keep their decimal point.
-    std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName(QStringLiteral("Velmorindal"));
     QApplication::setApplicationName(QStringLiteral("velmorindal-setup"));
     QApplication::setDesktopFileName(QStringLiteral("velmorindal-setup"));
