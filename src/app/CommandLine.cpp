@@ -42,7 +42,7 @@ CommandLine answerCommandLine(int argumentCount, char** arguments) {
     parser.setApplicationDescription("Sets up a Velmorindal, an assistive switch, over its USB dongle.");
     parser.addOptions({help, version, record});
     if (!parser.parse(QCoreApplication::arguments())) {
-        return refused(parser.errorText() + (parser.errorText().endsWith('.') ? "" : "."));
+        return refused(parser.errorText());
     }
     if (const QStringList unknown = parser.positionalArguments(); !unknown.isEmpty()) {
         return refused(QStringLiteral("Unknown argument '%1'.").arg(unknown.front()));
