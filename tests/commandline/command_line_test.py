@@ -86,13 +86,12 @@ class CommandLine(unittest.TestCase):
 
     def test_a_record_that_cannot_be_made_is_refused_before_a_window_opens(self):
         if "velmorindal-setup" in NAMES:
-            for name in ("--record=missing/file", "--record="):
-                status, output, errors = self.call("velmorindal-setup", name)
+            for name in ("missing/file", "missing/\u0161\u00e9\u20ac", ""):
+                status, output, errors = self.call("velmorindal-setup", f"--record={name}")
                 self.assertEqual((status, output), (2, ""), errors)
                 self.assertRegex(
                     errors,
-                    r"^velmorindal-setup: cannot write the record (missing/file)?: No such file or "
-                    r"directory\. Usage: [^\n]*\n$",
+                    rf"^velmorindal-setup: cannot write the record {name}: No such file or directory\. Usage: [^\n]*\n$",
                 )
 
 
