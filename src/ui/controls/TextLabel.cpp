@@ -12,7 +12,10 @@ namespace velmorindal {
 TextLabel::TextLabel(TextRole role, QWidget* parent) : QLabel{parent}, role_{role} {
     setTextFormat(Qt::PlainText);
     setWordWrap(role != TextRole::Label && role != TextRole::Plain);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    QSizePolicy policy{QSizePolicy::Preferred, QSizePolicy::Minimum};
+    // The toolkit would set it with the first text; room is kept before that.
+    policy.setHeightForWidth(wordWrap());
+    setSizePolicy(policy);
     followApplicationFont();
 }
 
@@ -45,7 +48,7 @@ int TextLabel::heightForWidth(int width) const {
     if (known != heights_.end()) {
         return known->second;
     }
-    int height = QLabel::heightForWidth(width);
+    int height = text().isEmpty() ? fontMetrics().height() : QLabel::heightForWidth(width);
     if (countsEveryText_) {
         for (const QString& other : otherTexts_) {
             const QRect bounds{0, 0, width, QWIDGETSIZE_MAX};

@@ -1,6 +1,7 @@
 #include "SummaryPanelWidget.h"
 
 #include "ProgressBarWidget.h"
+#include "Reason.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -64,6 +65,27 @@ TEST_F(SummaryPanelWidgetTest, TheStatusFollowsTheWrite) {
     settle();
     EXPECT_FALSE(
         showsText(QStringLiteral("Settings successfully written. Please restart your Velmorindal.")));
+}
+
+TEST_F(SummaryPanelWidgetTest, ARowThatGoesTakesItsLabelWithIt) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    settle();
+    ASSERT_TRUE(showsText(QStringLiteral("Long/Short cutoff:")));
+
+    velmorindal.outputMode = OutputMode::Direct;
+    settle();
+
+    EXPECT_FALSE(showsText(QStringLiteral("Long/Short cutoff:")));
+}
+
+TEST_F(SummaryPanelWidgetTest, ItHasRoomForALongReasonBeforeThereIsOne) {
+    SummaryPanelWidget page{container.summaryPanel};
+    const QSize before = page.wholeSize(400);
+
+    container.summaryPanel.writeEndedWith(longReason);
+    page.refresh();
+
+    EXPECT_EQ(page.wholeSize(400), before);
 }
 
 }  // namespace
