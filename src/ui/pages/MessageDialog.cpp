@@ -32,7 +32,6 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
     column->addSpacing(unit);
     addButtons();
     showTexts(described_);
-    setWindowModality(Qt::WindowModal);
     new FocusRing{this};
 }
 
@@ -48,9 +47,6 @@ void MessageDialog::addButtons() {
         control->setShortcut(Qt::ALT | static_cast<Qt::Key>(control->text().at(0).unicode()));
         connect(control, &QPushButton::clicked, this, [this, &button] { end(button); });
         row->addWidget(control);
-        if (!goesAhead) {
-            control->setFocus(Qt::OtherFocusReason);
-        }
     }
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }

@@ -93,7 +93,6 @@ QFileDialog& QtFilePanel::makeDialog(const QString& title, const std::vector<std
     }
     auto* dialog = new QFileDialog{window_, title};
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(Qt::WindowModal);
     dialog->setOption(QFileDialog::DontUseNativeDialog, kind_ == Kind::toolkit);
     dialog->setNameFilter(QStringLiteral("XML files (%1)").arg(patterns.join(u' ')));
     return *dialog;
