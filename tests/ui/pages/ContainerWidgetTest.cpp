@@ -264,6 +264,8 @@ TEST_F(ContainerWidgetTest, AltWithALetterPressesAButtonWithoutAMarkInItsText) {
     for (const auto* button : window().findChildren<QPushButton*>()) {
         EXPECT_FALSE(button->text().contains(u'&'));
     }
+    show(wizardState::Welcome);
+    EXPECT_EQ(find<QPushButton>(QStringLiteral("Close"))->shortcut(), QKeySequence{Qt::ALT | Qt::Key_E});
     show(wizardState::Connect);
     QTest::keyClick(window().focusWidget(), Qt::Key_O, Qt::AltModifier);
     EXPECT_TRUE(eventually([this] { return filePanel.isOpen(); }));

@@ -71,6 +71,14 @@ TEST_F(QtFilePanelTest, OnlyXmlFilesAreOffered) {
     EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
 }
 
+TEST_F(QtFilePanelTest, ASuffixInCapitalsIsOne) {
+    ask(true);
+
+    accept("settings.XML");
+
+    EXPECT_EQ(chosen, path("settings.XML"));
+}
+
 TEST_F(QtFilePanelTest, ANameIsSuggestedForAFileToSave) {
     ask(true);
 
