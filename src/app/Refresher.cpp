@@ -22,7 +22,8 @@ struct Refresher::Link {
 
     void announced() {
         if (refresher != nullptr && !std::exchange(underWay, true)) {
-            QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()});
+            // After what the session has to have done on this thread, which a device is waiting for.
+            QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()}, Qt::LowEventPriority);
         }
     }
 };

@@ -10,7 +10,8 @@
 namespace velmorindal {
 
 /// Answers announced changes with one call of `refresh` on the next turn of the event loop: an announcement
-/// comes before its change, which is in place by then. Main thread, as the announcements are.
+/// comes before its change, which is in place by then. Work handed to the main thread meanwhile comes first.
+/// Main thread, as the announcements are.
 class Refresher final : public QObject {
     Q_OBJECT
 

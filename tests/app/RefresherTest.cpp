@@ -6,7 +6,11 @@
 #include <QTest>
 #include <atomic>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
+
+#include "QtDispatch.h"
 
 namespace velmorindal {
 namespace {
@@ -38,6 +42,19 @@ TEST(Refresher, AnAnnouncementDuringARefreshMakesAnotherOne) {
     model.announce();
 
     EXPECT_TRUE(QTest::qWaitFor([&] { return refreshes == 2; }, 30'000));
+}
+
+TEST(Refresher, ComesAfterWorkForTheMainThreadThatWasHandedOverLater) {
+    QtDispatch dispatch;
+    ChangeNotifier model;
+    std::vector<std::string> order;
+    const Refresher refresher{{&model}, [&] { order.emplace_back("refresh"); }};
+
+    model.announce();
+    dispatch.postToMain([&] { order.emplace_back("work"); });
+    QCoreApplication::processEvents();
+
+    EXPECT_THAT(order, testing::ElementsAre("work", "refresh"));
 }
 
 TEST(Refresher, NothingIsRefreshedOnceItIsGone) {
