@@ -3,15 +3,18 @@
 import os
 import pathlib
 import re
+import shutil
+import socket
 import subprocess
+import tempfile
 from functools import cache
 
-from screen_reader import wait_for
+from screen_reader import BOUND, NotHeard, wait_for
 from synthesizer import Synthesizer
 
 BUS_LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
-# Keys are not echoed: they stand beside what is said anyway.
-SETTINGS = "import orca.settings\norca.settings.enableKeyEcho = False\n"
+QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+CUSTOMIZATIONS = pathlib.Path(__file__).with_name("orca_customizations.py")
 
 
 def plain(utterance):
@@ -57,36 +60,52 @@ class Pages:
         self._turned = len(self._utterances)
 
 
+def launch_bus():
+    """The accessibility bus, told that a screen reader is there."""
+    launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
+    return subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **QUIET)
+
+
 class Voice:
-    """Orca, from its start to its end. It must be there before the program that it reads."""
+    """Orca, from its start to its end. It must be there before the program that it reads; and it reads one alone, since
+    newer versions may take what they meet in a later program for what has ended with an earlier one."""
 
     def __init__(self, home, runtime):
-        socket = pathlib.Path(runtime, "synthesizer.sock")
-        self._synthesizer = Synthesizer(socket)
-        self.pages = Pages(self._synthesizer.utterances)
+        directory = tempfile.mkdtemp(dir=runtime)
+        speech, rest = (pathlib.Path(directory, name) for name in ("speech", "rest"))
+        self.pages = Pages(Synthesizer(speech).utterances)
         customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
-        customizations.parent.mkdir(parents=True)
-        customizations.write_text(SETTINGS, encoding="utf-8")
+        customizations.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(CUSTOMIZATIONS, customizations)
         # Orca refuses to start beside another one of the same user, so it does not see the other one.
-        commands = pathlib.Path(home, "commands")
-        commands.mkdir()
-        (commands / "pgrep").write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")
-        (commands / "pgrep").chmod(0o755)
+        blind = pathlib.Path(directory, "pgrep")
+        blind.write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")
+        blind.chmod(0o755)
         environment = {
             **os.environ,
-            "SPEECHD_ADDRESS": f"unix_socket:{socket}",
-            "PATH": f"{commands}{os.pathsep}{os.environ['PATH']}",
+            "SPEECHD_ADDRESS": f"unix_socket:{speech}",
+            "VELMORINDAL_REST_SOCKET": str(rest),
+            "PATH": f"{directory}{os.pathsep}{os.environ['PATH']}",
         }
-        launcher = next(path for path in BUS_LAUNCHERS if os.path.exists(path))
-        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "env": environment}
-        self._programs = [
-            subprocess.Popen([launcher, "--launch-immediately", "--a11y=1"], **quiet),
-            subprocess.Popen(["orca"], **quiet),
-        ]
+        self._orca = subprocess.Popen(["orca"], env=environment, **QUIET)
         wait_for("Orca's first words", lambda: any("on" in said for said in self.pages.said()))
+        self._questions = socket.socket(socket.AF_UNIX)
+        self._questions.settimeout(BOUND)
+        self._questions.connect(str(rest))
+        self.rest()
         self.pages.skip()
 
+    def rest(self):
+        """Waits until Orca has dealt with all that has reached it."""
+        try:
+            self._questions.sendall(b"?\n")
+            answered = self._questions.recv(64)
+        except OSError:
+            answered = b""
+        if not answered:
+            raise NotHeard("Orca coming to rest")
+
     def stop(self):
-        for program in reversed(self._programs):
-            program.kill()
-            program.wait()
+        self._orca.kill()
+        self._orca.wait()
+        self._questions.close()
