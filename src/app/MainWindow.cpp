@@ -74,6 +74,7 @@ void MainWindow::keepPagesWhole() {
     // A page scrolls where the screen itself is too small; a tenth is left to the desktop's bars and the
     // frame.
     const QSize room = screen()->availableSize() * 9 / 10;
+    content_->measure();
     setMinimumSize(content_->wholeSize(openingSize, room).boundedTo(room));
 }
 

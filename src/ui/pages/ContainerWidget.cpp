@@ -4,10 +4,12 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyle>
 #include <algorithm>
 
 #include "CalibrationPanelWidget.h"
 #include "ConnectPanelWidget.h"
+#include "FocusScroller.h"
 #include "Look.h"
 #include "ModePanelWidget.h"
 #include "NavigationRow.h"
@@ -23,6 +25,7 @@ namespace velmorindal {
 
 ContainerWidget::ContainerWidget(ContainerView& view)
     : view_{view},
+      whole_{new QWidget},
       steps_{new StepColumn},
       pages_{new QStackedWidget},
       buttons_{new NavigationRow{view}},
@@ -44,11 +47,14 @@ ContainerWidget::ContainerWidget(ContainerView& view)
     below->addStretch();
     buttons_->setMaximumWidth(look::comfortableLineWidth());
     right->addLayout(below);
-    auto* row = new QHBoxLayout{this};
+    auto* row = new QHBoxLayout{whole_};
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(steps_);
     row->addLayout(right, 1);
+    auto* scrolled = new QHBoxLayout{this};
+    scrolled->setContentsMargins(0, 0, 0, 0);
+    scrolled->addWidget(new FocusScroller{whole_, QStringLiteral("Steps and page")});
     refresh();
 }
 
@@ -121,7 +127,19 @@ QSize ContainerWidget::wholeSize(const QSize& wanted, const QSize& room) const {
         height = heightOfPages(width);
     }
     height = std::max(height + others, steps_->minimumSizeHint().height());
-    return QSize{columnWidth + width, height}.expandedTo(wanted);
+    return QSize{columnWidth + width, height}.expandedTo(wanted).expandedTo(whole_->minimumSize());
+}
+
+void ContainerWidget::measure() {
+    const QSize row = buttons_->minimumSizeHint();
+    int width = row.width();
+    for (int i = 0; i < pages_->count(); ++i) {
+        width = std::max(width, scroller(i).page().wholeSize(0).width());
+    }
+    // A page is scrolled up and down in it. Half of the height is the page's at least.
+    width += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    whole_->setMinimumSize(steps_->sizeHint().width() + width,
+                           std::max(steps_->minimumSizeHint().height(), 2 * row.height()));
 }
 
 int ContainerWidget::heightOfPages(int width) const {

@@ -14,7 +14,8 @@ class PageScroller;
 class PageWidget;
 class StepColumn;
 
-/// The content of the window: the step column at the left, the current page, and the buttons below it.
+/// The content of the window: the step column at the left, the current page, and the buttons below it. Where
+/// the window has no room for the names of the steps and for the buttons, all of it scrolls.
 class ContainerWidget final : public QWidget {
     Q_OBJECT
 
@@ -28,6 +29,9 @@ class ContainerWidget final : public QWidget {
     /// The smallest size, from `wanted` upwards, at which every page is whole in each of its states. It gets
     /// wider, and the lines of the pages longer, before it gets higher than `room`.
     QSize wholeSize(const QSize& wanted, const QSize& room) const;
+
+    /// Measures anew what must have room before it is scrolled, after the font or the style has changed.
+    void measure();
 
     /// Where the focus was put and why.
     const FocusPlan& focusPlan() const { return plan_; }
@@ -44,6 +48,7 @@ class ContainerWidget final : public QWidget {
     int heightOfPages(int width) const;
 
     ContainerView& view_;
+    QWidget* whole_;
     StepColumn* steps_;
     QStackedWidget* pages_;
     NavigationRow* buttons_;

@@ -2,11 +2,14 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
 #include "FocusRing.h"
+#include "FocusScroller.h"
 #include "Look.h"
 #include "TextLabel.h"
 #include "ToQt.h"
@@ -21,17 +24,22 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
       heading_{new TextLabel{TextRole::DialogTitle}},
       message_{new TextLabel{TextRole::Body}} {
     const int unit = look::spacing();
+    // A tenth is left to the desktop's bars and the frame.
+    const QSize room = screen()->availableSize() * 9 / 10;
     auto* column = new QVBoxLayout{this};
     column->setContentsMargins(3 * unit, 3 * unit, 3 * unit, 2 * unit);
     column->setSpacing(unit);
     column->setSizeConstraint(QLayout::SetFixedSize);
     for (TextLabel* label : {heading_, message_}) {
-        label->setFixedWidth(look::narrowestLineWidth());
+        label->setFixedWidth(std::min(look::narrowestLineWidth(), room.width() - 6 * unit));
         column->addWidget(label);
     }
     column->addSpacing(unit);
     addButtons();
     showTexts(described_);
+    if (column->totalSizeHint().height() > room.height()) {
+        scrollTexts(room.height());
+    }
     new FocusRing{this};
 }
 
@@ -49,6 +57,24 @@ void MessageDialog::addButtons() {
         row->addWidget(control);
     }
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+void MessageDialog::scrollTexts(int height) {
+    auto* column = static_cast<QVBoxLayout*>(layout());
+    auto* texts = new QWidget;
+    auto* lines = new QVBoxLayout{texts};
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(column->spacing());
+    auto* scroller = new FocusScroller{texts, windowTitle()};
+    const int width = heading_->width();
+    for (TextLabel* label : {heading_, message_}) {
+        column->removeWidget(label);
+        label->setFixedWidth(width - style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+        lines->addWidget(label);
+    }
+    column->insertWidget(0, scroller);
+    scroller->setFixedSize(width, 0);
+    scroller->setFixedHeight(height - column->totalSizeHint().height());
 }
 
 void MessageDialog::showTexts(const Dialog& described) {

@@ -9,7 +9,8 @@ namespace velmorindal {
 
 class TextLabel;
 
-/// A message over the window: heading, text, and the buttons in the order given.
+/// A message over the window: heading, text, and the buttons in the order given. It is never larger than the
+/// screen: its lines get shorter first, then the texts scroll.
 ///
 /// The button that goes ahead is never the default one. Escape and the close box mean the button that
 /// declines, or the only one.
@@ -32,6 +33,7 @@ class MessageDialog final : public QDialog {
 
   private:
     void addButtons();
+    void scrollTexts(int height);
     void end(const DialogButton& button);
 
     const Dialog described_;

@@ -1,8 +1,6 @@
 #include "PageScroller.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
-#include <QScrollBar>
 
 #include "Look.h"
 #include "PageWidget.h"
@@ -28,27 +26,9 @@ class Surroundings final : public QWidget {
 
 }  // namespace
 
-PageScroller::PageScroller(PageWidget* page, const QString& accessibleName) : page_{page} {
-    setAccessibleName(accessibleName);
-    auto* surroundings = new Surroundings{page};
+PageScroller::PageScroller(PageWidget* page, const QString& accessibleName)
+    : FocusScroller{new Surroundings{page}, accessibleName}, page_{page} {
     page->setMaximumWidth(look::comfortableLineWidth());
-
-    setWidget(surroundings);
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus);
-    viewport()->setAutoFillBackground(false);
-    surroundings->setAutoFillBackground(false);
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int minimum, int maximum) {
-        setFocusPolicy(maximum > minimum ? Qt::StrongFocus : Qt::NoFocus);
-    });
-    // The Tab key scrolls to what it reaches; the arrows within a group, letters and the wizard itself do
-    // not.
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
-        if (now != nullptr && page_->isAncestorOf(now)) {
-            ensureWidgetVisible(now);
-        }
-    });
 }
 
 }  // namespace velmorindal

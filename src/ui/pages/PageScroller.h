@@ -1,14 +1,13 @@
 #pragma once
 
-#include <QScrollArea>
+#include "FocusScroller.h"
 
 namespace velmorindal {
 
 class PageWidget;
 
-/// Shows a page at a comfortable line length, scrolled only where the window is too small for it. It takes
-/// the keyboard focus only while there is something to scroll.
-class PageScroller final : public QScrollArea {
+/// Shows a page at a comfortable line length, scrolled only where the window is too small for it.
+class PageScroller final : public FocusScroller {
     Q_OBJECT
 
   public:

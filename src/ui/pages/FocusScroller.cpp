@@ -1,0 +1,48 @@
+#include "FocusScroller.h"
+
+#include <QApplication>
+#include <QScrollBar>
+
+namespace velmorindal {
+
+FocusScroller::FocusScroller(QWidget* content, const QString& accessibleName) {
+    setAccessibleName(accessibleName);
+    setWidget(content);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    for (const QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()}) {
+        connect(bar, &QScrollBar::rangeChanged, this, &FocusScroller::adaptToRange);
+    }
+    // The Tab key scrolls to what it reaches; the arrows within a group, letters and the wizard itself do
+    // not.
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*before*/, QWidget* now) { showFocus(now); });
+}
+
+void FocusScroller::adaptToRange() {
+    const bool scrolled = verticalScrollBar()->maximum() > 0 || horizontalScrollBar()->maximum() > 0;
+    setFocusPolicy(scrolled ? Qt::StrongFocus : Qt::NoFocus);
+    showFocusLater();
+}
+
+void FocusScroller::showEvent(QShowEvent* event) {
+    QScrollArea::showEvent(event);
+    showFocusLater();
+}
+
+void FocusScroller::showFocusLater() {
+    // What is in it gets its place only when the layout has been made.
+    QMetaObject::invokeMethod(
+        this, [this] { showFocus(window()->focusWidget()); }, Qt::QueuedConnection);
+}
+
+void FocusScroller::showFocus(QWidget* focused) {
+    if (focused != nullptr && widget()->isAncestorOf(focused)) {
+        ensureWidgetVisible(focused);
+    }
+}
+
+}  // namespace velmorindal
