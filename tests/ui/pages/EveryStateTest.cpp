@@ -1,0 +1,132 @@
+#include <QScrollBar>
+#include <functional>
+
+#include "FocusScroller.h"
+#include "Reason.h"
+#include "WindowTest.h"
+
+namespace velmorindal {
+namespace {
+
+/// The window in every state that its pages can be in.
+class EveryStateTest : public WindowTest {
+  protected:
+    /// Calls `look` in each of them, with the state in words in the trace of a failure.
+    void visit(const std::function<void()>& look) {
+        for (const ConnectionStatus status :
+             {ConnectionStatus::idle, ConnectionStatus::connecting, ConnectionStatus::connected,
+              ConnectionStatus::disconnected, ConnectionStatus::writing, ConnectionStatus::error}) {
+            velmorindal.connectionState = status;
+            for (const bool saved : {false, true}) {
+                velmorindal.justSaved = saved;
+                SCOPED_TRACE(caseName(status));
+                visitModes(look);
+            }
+        }
+    }
+
+    /// What the Calibration page says beside a Show button when readings stop.
+    void visitTroubles(const std::function<void()>& look) {
+        show(wizardState::Calibration);
+        for (const char* button : {"Show Clarity", "Show Duration"}) {
+            // There is no dongle.
+            press(QString::fromLatin1(button));
+            dispatch.waitForBackground();
+            const auto trouble = QString::fromUtf8(CalibrationPanelView::couldNotStartText);
+            ASSERT_TRUE(eventually([&] { return showsText(trouble); }));
+            SCOPED_TRACE(button);
+            look();
+        }
+    }
+
+    QStringList shortcuts() {
+        QStringList found;
+        for (const auto* button : window().findChildren<QPushButton*>()) {
+            if (button->isVisible()) {
+                EXPECT_FALSE(button->shortcut().isEmpty()) << button->text().toStdString();
+                found << button->shortcut().toString();
+            }
+        }
+        return found;
+    }
+
+    void expectOwnShortcuts() {
+        QStringList found = shortcuts();
+        EXPECT_EQ(found.removeDuplicates(), 0) << found.join(u' ').toStdString();
+    }
+
+    void expectNothingScrolls() {
+        for (const auto* scroller : window().findChildren<FocusScroller*>()) {
+            if (scroller->isVisible()) {
+                EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0);
+                EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0);
+            }
+        }
+    }
+
+  private:
+    void visitModes(const std::function<void()>& look) {
+        for (const OutputMode mode : {OutputMode::Direct, OutputMode::LongShort}) {
+            velmorindal.outputMode = mode;
+            for (const OutputPath path : {OutputPath::Switch, OutputPath::USBKeyboard}) {
+                velmorindal.outputPath = path;
+                for (const bool enabled : {false, true}) {
+                    velmorindal.shortEnabled = enabled;
+                    velmorindal.longEnabled = enabled;
+                    visitPages(look);
+                }
+            }
+        }
+    }
+
+    void visitPages(const std::function<void()>& look) {
+        for (const wizardState page : allWizardStates) {
+            for (const PollingState running :
+                 {PollingState::none, PollingState::clarity, PollingState::duration}) {
+                if (running != PollingState::none && page != wizardState::Calibration) {
+                    continue;
+                }
+                velmorindal.pollingState = running;
+                show(page);
+                SCOPED_TRACE(std::string{stepLabel(page)}.append(" ").append(caseName(running)));
+                look();
+            }
+            velmorindal.pollingState = PollingState::none;
+        }
+    }
+};
+
+TEST_F(EveryStateTest, NoTwoButtonsShareAnAccessKey) {
+    visit([this] { expectOwnShortcuts(); });
+    visitTroubles([this] { expectOwnShortcuts(); });
+}
+
+TEST_F(EveryStateTest, NoPageScrollsInTheWindowAtItsLeastSize) {
+    container.summaryPanel.writeEndedWith(longReason);
+    window().resize(window().minimumSize());
+    settle();
+    visit([this] { expectNothingScrolls(); });
+    velmorindal.connectionState = ConnectionStatus::connected;
+    visitTroubles([this] { expectNothingScrolls(); });
+}
+
+TEST_F(EveryStateTest, NoTwoButtonsOfADialogShareAnAccessKey) {
+    for (auto* flag :
+         {&container.showingClosingAlert, &container.showingSaveAlert, &container.showingXMLSaveAlert}) {
+        *flag = true;
+        settle();
+        const auto* dialog = window().findChild<QDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        QStringList found;
+        for (const auto* button : dialog->findChildren<QPushButton*>()) {
+            found << button->shortcut().toString();
+        }
+        EXPECT_EQ(found.size(), 2);
+        EXPECT_EQ(found.removeDuplicates(), 0);
+        *flag = false;
+        settle();
+    }
+}
+
+}  // namespace
+}  // namespace velmorindal
