@@ -30,12 +30,15 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
     column->setContentsMargins(3 * unit, 3 * unit, 3 * unit, 2 * unit);
     column->setSpacing(unit);
     column->setSizeConstraint(QLayout::SetFixedSize);
-    for (TextLabel* label : {heading_, message_}) {
-        label->setFixedWidth(std::min(look::narrowestLineWidth(), room.width() - 6 * unit));
-        column->addWidget(label);
-    }
+    column->addWidget(heading_);
+    column->addWidget(message_);
     column->addSpacing(unit);
     addButtons();
+    // Their heights are laid out for the width of the whole column.
+    const int buttons = column->itemAt(column->count() - 1)->minimumSize().width();
+    const int width = std::max(buttons, std::min(look::narrowestLineWidth(), room.width() - 6 * unit));
+    heading_->setFixedWidth(width);
+    message_->setFixedWidth(width);
     showTexts(described_);
     if (column->totalSizeHint().height() > room.height()) {
         scrollTexts(room.height());

@@ -1,3 +1,4 @@
+#include <QLayout>
 #include <QScreen>
 #include <QScrollBar>
 #include <algorithm>
@@ -108,6 +109,16 @@ TEST_F(LargeFontTest, ADialogStaysOnTheScreenAndItsTextsScroll) {
     EXPECT_GT(texts->verticalScrollBar()->maximum(), 0);
     EXPECT_EQ(texts->horizontalScrollBar()->maximum(), 0);
     EXPECT_EQ(texts->focusPolicy(), Qt::StrongFocus);
+}
+
+TEST_F(LargeFontTest, TheTextsOfADialogAreAsWideAsItsButtonsWhereTheseAreWider) {
+    use(4);
+    container.showingXMLSaveAlert = true;
+    settle();
+
+    for (const TextLabel* label : dialog().findChildren<TextLabel*>()) {
+        EXPECT_EQ(label->width(), dialog().layout()->contentsRect().width()) << label->text().toStdString();
+    }
 }
 
 class OrdinaryFontTest : public WindowTest {};
