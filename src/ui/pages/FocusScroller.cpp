@@ -22,6 +22,14 @@ FocusScroller::FocusScroller(QWidget* content, const QString& accessibleName) {
             [this](QWidget* /*before*/, QWidget* now) { showFocus(now); });
 }
 
+FocusScroller::~FocusScroller() {
+    // The toolkit moves the focus and the bars while it takes the rest of this object apart.
+    disconnect(qApp, nullptr, this, nullptr);
+    for (const QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()}) {
+        disconnect(bar, nullptr, this, nullptr);
+    }
+}
+
 void FocusScroller::adaptToRange() {
     const bool scrolled = verticalScrollBar()->maximum() > 0 || horizontalScrollBar()->maximum() > 0;
     setFocusPolicy(scrolled ? Qt::StrongFocus : Qt::NoFocus);
@@ -35,8 +43,11 @@ void FocusScroller::showEvent(QShowEvent* event) {
 
 void FocusScroller::showFocusLater() {
     // What is in it gets its place only when the layout has been made.
-    QMetaObject::invokeMethod(
-        this, [this] { showFocus(window()->focusWidget()); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &FocusScroller::showFocusOfWindow, Qt::QueuedConnection);
+}
+
+void FocusScroller::showFocusOfWindow() {
+    showFocus(window()->focusWidget());
 }
 
 void FocusScroller::showFocus(QWidget* focused) {

@@ -12,6 +12,9 @@ class FocusScroller : public QScrollArea {
   public:
     /// Owns `content`.
     FocusScroller(QWidget* content, const QString& accessibleName);
+    FocusScroller(const FocusScroller&) = delete;
+    FocusScroller& operator=(const FocusScroller&) = delete;
+    ~FocusScroller() override;
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -19,6 +22,7 @@ class FocusScroller : public QScrollArea {
   private:
     void adaptToRange();
     void showFocusLater();
+    void showFocusOfWindow();
     void showFocus(QWidget* focused);
 };
 
