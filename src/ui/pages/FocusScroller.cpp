@@ -13,6 +13,8 @@ FocusScroller::FocusScroller(QWidget* content, const QString& accessibleName) {
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
+    layoutMade_.setSingleShot(true);
+    connect(&layoutMade_, &QTimer::timeout, this, &FocusScroller::showFocusOfWindow);
     for (const QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()}) {
         connect(bar, &QScrollBar::rangeChanged, this, &FocusScroller::adaptToRange);
     }
@@ -33,17 +35,12 @@ FocusScroller::~FocusScroller() {
 void FocusScroller::adaptToRange() {
     const bool scrolled = verticalScrollBar()->maximum() > 0 || horizontalScrollBar()->maximum() > 0;
     setFocusPolicy(scrolled ? Qt::StrongFocus : Qt::NoFocus);
-    showFocusLater();
+    layoutMade_.start();
 }
 
 void FocusScroller::showEvent(QShowEvent* event) {
     QScrollArea::showEvent(event);
-    showFocusLater();
-}
-
-void FocusScroller::showFocusLater() {
-    // What is in it gets its place only when the layout has been made.
-    QMetaObject::invokeMethod(this, &FocusScroller::showFocusOfWindow, Qt::QueuedConnection);
+    layoutMade_.start();
 }
 
 void FocusScroller::showFocusOfWindow() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QScrollArea>
+#include <QTimer>
 
 namespace velmorindal {
 
@@ -21,9 +22,11 @@ class FocusScroller : public QScrollArea {
 
   private:
     void adaptToRange();
-    void showFocusLater();
     void showFocusOfWindow();
     void showFocus(QWidget* focused);
+
+    /// What is inside gets its place only when the layout has been made.
+    QTimer layoutMade_;
 };
 
 }  // namespace velmorindal
