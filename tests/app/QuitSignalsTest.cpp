@@ -31,7 +31,7 @@ std::set<int> descriptors() {
     for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd"}) {
         numbers.insert(std::stoi(entry.path().filename().string()));
     }
-    // The look at the directory had one of its own.
+    // Listing the directory opens a descriptor too, which is closed by now.
     std::erase_if(numbers, [](int number) { return ::fcntl(number, F_GETFD) == -1; });
     return numbers;
 }
