@@ -33,7 +33,11 @@ add_library(velmorindal_test_flags INTERFACE)
 target_compile_options(velmorindal_test_flags INTERFACE -fPIC)
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     # GCC is quicker with a little optimization than with none, Clang with none.
-    target_compile_options(velmorindal_test_flags INTERFACE $<IF:$<CXX_COMPILER_ID:Clang>,-O0,-Og>)
+    if("${CMAKE_CXX_COMPILER_ID} ${VELMORINDAL_TEST_COMPILER}" MATCHES "[Cc]lang")
+        target_compile_options(velmorindal_test_flags INTERFACE -O0)
+    else()
+        target_compile_options(velmorindal_test_flags INTERFACE -Og)
+    endif()
 endif()
 # Of two options for one check the last counts, so that these have to follow the flags above.
 add_library(velmorindal_test_checks INTERFACE)

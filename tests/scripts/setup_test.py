@@ -87,11 +87,11 @@ class Setup(unittest.TestCase):
         self.assertEqual(self.setup("run")[:3], (0, "", ""))
 
     def test_goes_on_without_what_a_check_can_do_without(self):
-        self.system(offered=f"{BUILD} git procps python3 libgtest-dev libgmock-dev python3-serial socat")
+        self.system(offered=f"{BUILD} clang git procps python3 libgtest-dev libgmock-dev python3-serial socat")
         status, output, errors, _ = self.setup("test")
         self.assertEqual((status, errors), (0, ""))
         self.assertEqual(
-            output.split()[-7:], "git procps python3 libgtest-dev libgmock-dev python3-serial socat".split()
+            output.split()[-8:], "clang git procps python3 libgtest-dev libgmock-dev python3-serial socat".split()
         )
 
     def test_names_what_the_system_does_not_have(self):
@@ -123,6 +123,9 @@ class Setup(unittest.TestCase):
         line = self.refused("run")
         for name in ("no apt", "GCC 12 or Clang 14", "Ninja", "CMake 3.25", "Qt 6.4", "UTF8-CPP"):
             self.assertIn(name, line)
+
+    def test_names_what_several_purposes_need_once(self):
+        self.assertEqual(self.refused("test", "lint").count("Clang 14,"), 2, "a compiler or Clang; Clang")
 
     def test_goes_on_where_there_is_no_apt_and_nothing_is_missing(self):
         for name in ("cmake", "ninja", "c++", "g++", "as", "ld"):
