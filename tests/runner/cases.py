@@ -30,6 +30,7 @@ class Job:
         self.preset, self.name, self.command = preset, test["name"], test["command"]
         self.directory = properties.get("WORKING_DIRECTORY")
         self.seconds = SILENCE if names else properties.get("TIMEOUT", SILENCE)
+        self.cost = properties.get("COST", 0)
         self.skip_status = properties.get("SKIP_RETURN_CODE")
         self.names = names or [self.name]
         self.is_share = bool(names)
@@ -148,7 +149,7 @@ def names_of(command, environment):
 
 
 def jobs_of(preset, directory, environment):
-    """Every job of a build directory: first those that are one long test, which mostly wait."""
+    """Every job of a build directory: first those that are one long test, which mostly wait, the longest at the front."""
     checks, shares = [], []
     for test in tests_in(directory):
         labels = next((each["value"] for each in test["properties"] if each["name"] == "LABELS"), [])
@@ -169,4 +170,5 @@ def jobs_of(preset, directory, environment):
         else:
             # The shares that the framework makes: every fourth test.
             shares += [Job(preset, test, environment, shard, names[shard::SHARDS]) for shard in range(SHARDS)]
+    checks.sort(key=lambda job: -job.cost)
     return checks + shares

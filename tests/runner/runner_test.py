@@ -118,6 +118,14 @@ class Runner(unittest.TestCase):
         )
         self.assertEqual(found[3], f"{place}\nspoken\n")
 
+    def test_the_checks_that_cost_most_come_first(self):
+        (self.directory / "CTestTestfile.cmake").write_text(
+            "".join(f"add_test({name} true)\n" for name in ("short", "long", "medium"))
+            + "set_tests_properties(long PROPERTIES COST 30)\nset_tests_properties(medium PROPERTIES COST 2)\n"
+        )
+        jobs = cases.jobs_of("preset", self.directory, os.environ)
+        self.assertEqual([job.name for job in jobs], ["long", "medium", "short"])
+
     def test_what_a_check_needs_and_is_missing_skips_it(self):
         needing = str(HERE / "needing")
         found = self.run_test([needing, "sh", "no-such-program", "--", "false"], "SKIP_RETURN_CODE 77")
