@@ -12,8 +12,8 @@ class QuitSignals final : public QObject {
     Q_OBJECT
 
   public:
-    /// `quit` is called on the event loop, once for one or several signals. If the system has no pipe left,
-    /// the signals keep their default action, which ends the program at once.
+    /// `quit` is called on the event loop for each signal, once for several that arrive together. If the
+    /// system has no pipe left, the signals keep their default action, which ends the program at once.
     explicit QuitSignals(std::function<void()> quit);
     /// Gives the signals their default action back.
     ~QuitSignals() override;

@@ -14,7 +14,7 @@ namespace velmorindal {
 /// What passed over the lines to devices and when, as text: one line a frame, as docs/protocol.md describes.
 ///
 /// Ports are numbered, since their paths are private. Times count from `start`. Once a line cannot be
-/// written, all later ones are dropped, as RecordFile does. Not safe from several threads.
+/// written, all later ones are dropped, as in RecordFile. Not safe from several threads.
 class LineRecord {
   public:
     using Clock = System::Clock;

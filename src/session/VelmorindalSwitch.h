@@ -95,6 +95,10 @@ class VelmorindalSwitch {
 
     /// Finds a dongle, opens it, checks version and link, and reads the device's settings. Background thread.
     ///
+    /// After a success `connectionState` is `connected`; after a failure it is `error`, or `disconnected`
+    /// when the device has no link to the dongle. Once a dongle was found, also by an attempt that failed,
+    /// the port stays and further calls fail without a change of state.
+    ///
     /// @returns a success when the settings were read, with a warning if several dongles are plugged in;
     ///          otherwise a failure with the reason. `lastError` holds the same text.
     OperationResult connect();
