@@ -1,5 +1,5 @@
-// An empty window of the wizard's size: what the toolkit itself costs. With the argument "text" it holds one
-// line of text, for which the toolkit has to look through the fonts first.
+// An empty window of the wizard's size, to measure the toolkit alone. With the argument "text" it shows a
+// line of text, for which the toolkit first has to look through the fonts.
 
 #include <QApplication>
 #include <QLabel>

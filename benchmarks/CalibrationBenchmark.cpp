@@ -1,10 +1,8 @@
-// Runs the Calibration page of the real wizard under as many auto-tune reports as the line can carry, 960 a
-// second, and prints how the window copes: how late events are handled, how long a report takes from its
-// sending to the repaint of its bar, processor use and memory. The dongle is a process of its own, so that
-// only the wizard is measured.
+// Runs the Calibration page of the real wizard with as many auto-tune reports as the line can carry, 960 a
+// second. Prints how late events are handled, how long a report takes from its sending to the repaint of its
+// bar, processor use and memory. The dongle is a separate process, so that only the wizard is measured.
 //
-// usage: benchmark-calibration [SECONDS]     (60 where none are given; needs a display or
-// QT_QPA_PLATFORM=offscreen)
+// usage: benchmark-calibration [SECONDS]     (default 60; needs a display or QT_QPA_PLATFORM=offscreen)
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -39,8 +37,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double reportsPerSecond = 960.0;
-/// A report carries the time of its sending: microseconds modulo eight seconds, as a fraction that a float
-/// holds exactly.
+/// A report carries the time of its sending: microseconds modulo this cycle of about eight seconds, as a
+/// fraction that a float holds exactly.
 constexpr std::int64_t cycle = 1 << 23;
 
 std::int64_t microsecondsNow() {
@@ -57,7 +55,7 @@ double ageOf(double reading) {
     return static_cast<double>((microsecondsNow() % cycle - sent + cycle) % cycle) / 1000.0;
 }
 
-/// The process that plays the dongle, until it is killed or `parent` has ended, however that happened.
+/// The process of the dongle. It runs until it is killed or `parent` ends in any way.
 [[noreturn]] void serve(const std::filesystem::path& directory, pid_t parent) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent) {
@@ -76,7 +74,7 @@ double ageOf(double reading) {
     }
 }
 
-/// Notes how old each report is when the bar is first painted after it.
+/// Records how old each report is when the bar is first painted after it.
 class PaintWatch : public QObject {
   public:
     PaintWatch(VelmorindalSwitch& velmorindal, QWidget& bar)
@@ -114,7 +112,7 @@ class PaintWatch : public QObject {
     double last_ = 0.0;
 };
 
-/// Notes how long an event that another thread posts waits for its turn.
+/// Records how long an event from another thread waits until it is handled.
 class EventWatch : public QObject {
   public:
     std::vector<double> delays;
@@ -171,7 +169,7 @@ void measure(const std::filesystem::path& directory, int seconds, std::FILE* res
         !WizardDriver::waitUntil([&] { return driver.velmorindal().detectedClarity.get() > 0.0; })) {
         throw std::runtime_error{"The display of clarity did not start."};
     }
-    QTest::qWait(2000);  // until all that is allocated once is allocated
+    QTest::qWait(2000);  // until one-time allocations are done
 
     PaintWatch paints{driver.velmorindal(), *bar};
     EventWatch events;
@@ -216,7 +214,8 @@ int main(int argc, char** argv) {
     if (dongle == 0) {
         velmorindal::serve(directory.path(), self);
     }
-    // The readings are printed, hundreds a second; the results go where they went.
+    // The wizard prints hundreds of readings a second, which are dropped. The results go to the original
+    // standard output.
     std::FILE* const results = ::fdopen(::dup(STDOUT_FILENO), "w");
     ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);
     QStandardPaths::setTestModeEnabled(true);

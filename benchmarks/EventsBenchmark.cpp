@@ -1,5 +1,5 @@
-// Takes the whole tour through the real wizard and prints how long the program takes for each event that it
-// handles, and which take longest: while one is handled, the window neither repaints nor answers.
+// Takes the whole tour through the real wizard and prints how long the program takes to handle an event, and
+// which events take longest: during that time the window neither repaints nor reacts.
 //
 // usage: benchmark-events     (needs a display or QT_QPA_PLATFORM=offscreen)
 
@@ -36,7 +36,7 @@ std::string nameOf(const QEvent& event) {
     return name == nullptr ? std::to_string(event.type()) : name;
 }
 
-/// Times every event from its delivery to its end, with all that is delivered from within it.
+/// Measures the time to handle each event, including the events that are delivered meanwhile.
 class TimedApplication final : public QApplication {
   public:
     using QApplication::QApplication;
@@ -45,7 +45,7 @@ class TimedApplication final : public QApplication {
         if (depth_ > 0) {
             return QApplication::notify(receiver, event);
         }
-        // The receiver may be gone when the event has been handled.
+        // Before the call, since the event may destroy its receiver.
         const std::string what = nameOf(*event) + " of " + receiver->metaObject()->className() + " " +
                                  receiver->property("text").toString().toStdString();
         ++depth_;

@@ -1,9 +1,9 @@
-// Times one query and its answer over a pseudo-terminal, several ways side by side: a bare write and read of
-// the same bytes, the session's own exchange, QSerialPort and Boost.Asio; and the bare calls as the exchange
-// needs them: a look at the line's attributes before the write, the header by itself, since it tells how much
-// follows, a look at the device's node before every read, and a wait with a deadline. QSerialPort and
-// Boost.Asio have the same deadline; Boost.Asio is shown without one too. The rounds take turns, so that
-// whatever else the machine does falls on all of them; the figures are medians of the rounds.
+// Measures one query and its answer over a pseudo-terminal in several ways: a bare write and read of the same
+// bytes, the exchange of the session, QSerialPort and Boost.Asio. Two more have the system calls that the
+// session's exchange needs: reading the header first, since it says how much follows; and also reading the
+// line's attributes before the write, checking the device's node before every read, and waiting with a
+// deadline. QSerialPort and Boost.Asio have the same deadline; Boost.Asio is also measured without one. The
+// ways alternate, so that other load on the machine affects all of them; the figures are medians.
 
 #include <fcntl.h>
 #include <poll.h>
@@ -144,7 +144,8 @@ void run() {
 
     const int bare = ::open(barePeer.path().c_str(), O_RDWR | O_NOCTTY);
     require(bare != -1, "open");
-    // Reads that end after a while cost the system more than those that wait forever.
+    // Sets the time limit of the session's reads: one that can time out costs the system more than one
+    // that cannot.
     termios attributes{};
     require(::tcgetattr(bare, &attributes) == 0, "attributes");
     attributes.c_cc[VMIN] = 0;

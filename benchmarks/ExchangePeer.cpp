@@ -25,7 +25,7 @@ ExchangePeer::ExchangePeer() : master_{::posix_openpt(O_RDWR | O_NOCTTY)} {
 }
 
 ExchangePeer::~ExchangePeer() {
-    // A query that is no version query ends the server.
+    // Four bytes that are not a command end the server.
     const std::array<std::uint8_t, queryLength> farewell{};
     if (::write(slave_, farewell.data(), farewell.size()) == std::ssize(farewell)) {
         server_.join();

@@ -5,8 +5,7 @@
 
 namespace velmorindal {
 
-/// The far end of a pseudo-terminal that answers every four bytes with one version response, as fast as it
-/// can.
+/// A dongle on a pseudo-terminal that answers every four bytes with a version response, as fast as it can.
 class ExchangePeer {
   public:
     ExchangePeer();
@@ -14,10 +13,10 @@ class ExchangePeer {
     ExchangePeer& operator=(const ExchangePeer&) = delete;
     ~ExchangePeer();
 
-    /// The node to open, in raw mode.
+    /// The node to open. It is in raw mode.
     const std::string& path() const { return path_; }
 
-    /// Bytes of a query and of its answer.
+    /// The number of bytes in a query and in its answer.
     static constexpr std::size_t queryLength = 4;
     static constexpr std::size_t answerLength = 20;
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Starts a benchmark where there is no display, and sees that none of its processes goes on.
+"""Starts a benchmark without a display, and checks that all of its processes end.
 
 Usage: no_display_test.py BENCHMARK
 """
@@ -13,7 +13,7 @@ SECONDS = 600
 
 
 def is_anyone_left(group):
-    """A process of a group that was started here; one that has ended and waits for its parent to see it is none."""
+    """Whether a process of the group still runs. A zombie does not count."""
     listed = subprocess.run(["ps", "-o", "stat=", "-g", str(group)], capture_output=True, text=True).stdout
     return any(not line.startswith("Z") for line in listed.splitlines())
 
@@ -29,12 +29,12 @@ def main():
         start_new_session=True,
     ) as benchmark:
         if benchmark.wait(SECONDS) == 0:
-            sys.exit("It ran all the same.")
+            sys.exit("The benchmark ran without a display.")
     deadline = time.monotonic() + SECONDS
     while is_anyone_left(benchmark.pid):
         if time.monotonic() > deadline:
             os.killpg(benchmark.pid, 9)
-            sys.exit("Its dongle runs on.")
+            sys.exit("The benchmark's dongle did not end.")
         time.sleep(0.05)
 
 

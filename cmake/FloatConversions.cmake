@@ -1,5 +1,5 @@
-# The settings file and the printed lines convert floats without regard to the locale, which some standard libraries learned
-# late. One message says so here in place of many from the compiler.
+# The settings file and the printed lines convert floats independently of the locale, which older standard libraries cannot
+# do. One message here replaces many from the compiler.
 include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("
     #include <charconv>
@@ -10,5 +10,5 @@ check_cxx_source_compiles("
     }" VELMORINDAL_CONVERTS_FLOATS)
 if(NOT VELMORINDAL_CONVERTS_FLOATS)
     message(FATAL_ERROR "The C++ standard library has no std::from_chars and std::to_chars for float. "
-        "The least versions that have them are 11 of libstdc++ and 20 of libc++.")
+        "It needs at least libstdc++ 11 or libc++ 20.")
 endif()

@@ -1,6 +1,6 @@
 #include "ConversionOracle.h"
 
-#include <locale.h>  // NOLINT(modernize-deprecated-headers): of the system, which alone has newlocale
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): only this header has newlocale
 
 #include <array>
 #include <cstdio>
@@ -11,8 +11,7 @@
 namespace velmorindal::oracle {
 namespace {
 
-/// The character that starts at `start` and how many bytes it takes; a byte that starts none counts as
-/// itself.
+/// A character and its length in bytes. A byte that starts no valid character counts as one.
 struct Character {
     unsigned scalar;
     std::size_t length;
@@ -61,7 +60,7 @@ bool isSign(unsigned byte) {
     return byte == '+' || byte == '-';
 }
 
-/// Every number starts the text that it is the longest number of; so try each length and keep the longest.
+/// Whether the whole text is a number. floatValue() tries each length of a text and keeps the longest number.
 bool isNumber(const std::string& text) {
     std::size_t position = isSign(byteAt(text, 0)) ? 1 : 0;
     const auto digits = [&] {

@@ -2,15 +2,16 @@
 
 #include <string>
 
-/// The conversions between text and number written a second time, character by character or by way of the C
-/// library in its plain locale.
+/// Independent versions of the conversions between text and number: character by character, or by the C
+/// library in its "C" locale.
 namespace velmorindal::oracle {
 
+/// As the functions in TextConversions.h.
 bool booleanValue(const std::string& text);
 
 float floatValue(const std::string& text);
 
-/// "%.2f".
+/// As printf with "%.2f".
 std::string twoDecimals(float value);
 
 }  // namespace velmorindal::oracle

@@ -1,7 +1,7 @@
-// Any bytes at all as what the dongle sends. The input: what is done ('q'uery, 's'end, 'c'onnect, 'l'ist,
-// 'r'ead the settings, 'w'rite them), the message type of the first two, the size of the pieces that arrive,
-// the write that goes wrong (low four bits; 0 for none) with the bytes it takes (high four bits; 15 for a
-// failed one), and the stream.
+// Any bytes as what the dongle sends. The first four bytes of the input are the operation ('q'uery, 's'end,
+// 'c'onnect, 'l'ist, 'r'ead the settings, 'w'rite them), the message type of a query or command, the size of
+// the pieces that arrive, and the write that goes wrong (low four bits; 0 for none) with the number of bytes
+// that it takes (high four bits; 15 for a failure). The rest is what the dongle sends.
 
 #include <optional>
 #include <string_view>
@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t scriptStart = 4;
 
-/// The stream as the oracle reads it: byte by byte, from the front.
+/// The stream as the oracle reads it: frame by frame, from the front.
 class Stream {
   public:
     explicit Stream(std::span<const std::uint8_t> bytes) : rest_{bytes} {}
@@ -103,7 +103,7 @@ class Exchange {
         model_.serialPort = port;
     }
 
-    /// Asks until the dongle is gone, so that every frame of the stream has its turn.
+    /// Repeats the query until the dongle is gone, so that every frame of the stream is used.
     void query() {
         for (std::size_t asked = 1;; ++asked) {
             const bool partial = writeGoesWrong(asked, 4);
@@ -180,7 +180,7 @@ class Exchange {
             require(connected != model_.lastError.get().has_value(),
                     "a failure has its text, a success none");
         } catch (const FatalStop&) {
-            // A version text that is not UTF-8, after one that was.
+            // The second version text was not UTF-8, after a valid first one.
         }
     }
 

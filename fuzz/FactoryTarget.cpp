@@ -1,5 +1,5 @@
-// Any bytes at all as a received frame: what the factory makes of it, what it prints, and what the message
-// becomes when it is sent again.
+// Any bytes as a received frame: checks the message that the factory makes of it, what it prints, and the
+// bytes of the message when it is sent again.
 
 #include <array>
 #include <memory>

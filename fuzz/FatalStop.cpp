@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-// Stands before the program's own for the whole fuzz target.
+// Replaces the program's fatalError() in the whole fuzz target.
 void fatalError(std::string_view /*message*/) {
     throw FatalStop{};
 }

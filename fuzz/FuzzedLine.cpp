@@ -12,7 +12,8 @@ namespace {
 
 constexpr int descriptorOfAll = 100;
 
-/// The name of the dongle, alone in a directory. A search looks at what kind of node it finds.
+/// A directory in which the dongle is alone. The link points to a character device, since the search checks
+/// the kind of a node.
 class Node {
   public:
     Node() { std::filesystem::create_symlink("/dev/null", link()); }

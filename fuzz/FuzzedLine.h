@@ -10,28 +10,28 @@
 
 namespace velmorindal {
 
-/// A system with one dongle whose every byte is known beforehand. Nothing ever waits, and the clock stands
-/// still until a wait for room is in vain. After the last byte the dongle is pulled out.
+/// A system with one dongle that sends a fixed stream of bytes. Nothing blocks, and the clock stands still
+/// until a wait for room fails. After the last byte the dongle is unplugged.
 class FuzzedLine final : public System {
   public:
     struct Script {
         std::span<const std::uint8_t> bytes;
-        /// What a single read gets at most; 0 for as much as it asks for.
+        /// The most bytes that a single read gets; 0 for no limit.
         std::size_t pieceSize = 0;
-        /// The number of the frame, from 1, whose write goes wrong; 0 for none.
+        /// The number of the write, from 1, that goes wrong; 0 for none.
         std::size_t faultyWrite = 0;
-        /// How many bytes of it are taken before the write fails; below 1 for none.
+        /// How many bytes it takes before there is no more room; -1 for a write that fails.
         std::ptrdiff_t faultyResult = -1;
     };
 
     explicit FuzzedLine(const Script& script) : script_{script} {}
 
-    /// A directory in which the dongle is the only one.
+    /// A directory that contains only the dongle, and the path of the dongle.
     static std::string directory();
     static std::string path();
 
     const Script& script() const { return script_; }
-    /// Each frame as it was asked to be written.
+    /// The bytes given to each write.
     const std::vector<std::vector<std::uint8_t>>& writes() const { return writes_; }
 
     Clock::time_point now() override { return now_; }
@@ -54,7 +54,7 @@ class FuzzedLine final : public System {
     Script script_;
     std::size_t position_ = 0;
     std::vector<std::vector<std::uint8_t>> writes_;
-    /// A frame was taken in part, and there is no room for the rest.
+    /// A write was taken in part, and there is no room for the rest.
     bool isFull_ = false;
     Clock::time_point now_{};
 };

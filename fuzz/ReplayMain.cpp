@@ -1,4 +1,4 @@
-// Gives every file of a corpus to a fuzz target, with any compiler and without a fuzzer.
+// Runs a fuzz target on every file of a corpus, with any compiler and without a fuzzer.
 
 #include <algorithm>
 #include <cstdint>
@@ -31,7 +31,7 @@ std::vector<std::uint8_t> contentsOf(const std::filesystem::path& file) {
 int replay(const std::string& target, const std::filesystem::path& corpus) {
     const auto files = filesOf(corpus);
     for (const auto& file : files) {
-        // Named before it runs: a finding ends the process.
+        // Printed before it runs: a finding ends the process.
         std::fprintf(stderr, "%s\n", file.c_str());
         const auto input = contentsOf(file);
         LLVMFuzzerTestOneInput(input.data(), input.size());

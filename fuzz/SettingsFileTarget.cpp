@@ -1,5 +1,5 @@
-// Any bytes at all as a settings file. What is refused changes nothing and has one of the known reasons; what
-// is accepted can be saved, and the saved file brings it back.
+// Any bytes as a settings file. A refused file changes nothing and has one of the known reasons. An accepted
+// file can be saved, and loading the saved file gives the same settings.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -21,8 +21,7 @@
 namespace velmorindal {
 namespace {
 
-/// A file without a place, which costs nothing to write. Its path leads through the process's own
-/// descriptors.
+/// Writes the input into a file in memory. @returns its path, which uses the descriptors of the process.
 std::string fileHolding(const std::uint8_t* data, std::size_t size) {
     static const int descriptor = ::memfd_create("settings", MFD_CLOEXEC);
     require(
@@ -31,7 +30,7 @@ std::string fileHolding(const std::uint8_t* data, std::size_t size) {
     return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
-/// All that a settings file sets; the numbers as they come back from a file.
+/// All that a settings file sets, with the numbers rounded as in a file.
 std::string settingsOf(const VelmorindalSwitch& model) {
     const keyList keys = model.outputKeys.get();
     std::string text;

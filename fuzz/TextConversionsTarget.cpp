@@ -1,5 +1,4 @@
-// Any text as a Boolean value and as a number, and any float as a text: the program's conversions beside the
-// oracle's.
+// Any text as a Boolean value and as a number, and any float as a text: compares the program with the oracle.
 
 #include "TextConversions.h"
 

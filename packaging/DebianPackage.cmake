@@ -1,5 +1,5 @@
-# The Debian package. What it depends on is computed on the system that it is built for: from what the programs are linked
-# with, and from who owns the program that the device rule runs.
+# The Debian package. Its dependencies are computed on the system for which it is built: the libraries of the programs,
+# and the package of the program that the device rule runs.
 find_program(DPKG_QUERY dpkg-query)
 if(NOT DPKG_QUERY)
     return()
@@ -18,7 +18,7 @@ string(REGEX REPLACE ":.*" "" CPACK_DEBIAN_PACKAGE_DEPENDS "${owner}")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velmorindal-setup)
 set(CPACK_PACKAGE_VENDOR "The Velmorindal Setup developers")
-# The field must hold an address. There is none, and below this reserved name there never can be.
+# The field must hold an address. There is none yet, and this reserved domain can never have one.
 set(CPACK_PACKAGE_CONTACT "The Velmorindal Setup developers <velmorindal-setup@example.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "setup wizard for the Velmorindal assistive switch")
 set(CPACK_PACKAGE_DESCRIPTION "The Velmorindal is an assistive switch worn on the neck, which turns hums into

@@ -1,5 +1,5 @@
-# The manual pages, the changelog and the copyright, compressed as distributions expect them: without a time stamp, so that
-# the same sources make the same files.
+# The manual pages, the changelog and the copyright, compressed as distributions expect. Without a time stamp, so that the
+# same sources give the same files.
 find_program(GZIP_PROGRAM gzip)
 
 function(install_compressed source destination)

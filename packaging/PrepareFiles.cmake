@@ -1,4 +1,4 @@
-# Run by CPack on what goes into the package. Strips the programs, and makes the directories readable for everyone,
+# CPack runs this on the files of the package. It strips the programs, and makes the directories readable for all users,
 # whatever the umask of the build.
 set(files ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
 file(GLOB programs "${files}/bin/*")

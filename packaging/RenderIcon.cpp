@@ -1,4 +1,4 @@
-// Draws an SVG picture as a square PNG, for the icon sizes that desktops ask for.
+// Draws an SVG picture as a square PNG, for the icon sizes of desktops.
 //
 // Usage: velmorindal-render-icon PICTURE.svg SIZE ICON.png
 

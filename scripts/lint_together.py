@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Runs the linter: `lint_together.py [--deep] BUILD_DIRECTORY FILE...`, with the compile commands of that directory.
 
-Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so that many files are
-put together in one and share them. What is found is told with the file and the line it stands in. Each
-file is also compiled alone, with the precompiled headers of that build, which shows whether it includes what it needs and
-takes the locks that it has to.
+Nearly all of the linter's time goes into the headers of the toolkit and the standard library, so many files are put
+together into one and share them. Findings are printed with their original file and line. Each file is also compiled alone,
+with the precompiled headers of that build, which shows whether it includes what it needs and takes the locks that it must.
+
+With --deep, the analyzer examines more states of each function. With VELMORINDAL_PROGRESS set, progress is printed.
 """
 
 import argparse
@@ -17,25 +18,25 @@ import shlex
 import subprocess
 import sys
 
-# Of tests, as many as a unity build puts together, where names are distinct.
+# For tests, the batch size of the unity builds, in which names are unique.
 TESTS_TOGETHER = 12
-# What stands before the system's own functions cannot take the system's reserved names. A test may end by an exception,
-# and hands its events to the toolkit, which deletes them.
+# A test that replaces functions of the system cannot use their reserved parameter names. A test may end by an exception, and
+# passes events to the toolkit, which deletes them.
 BESIDE_THE_PROGRAM = (
     "--checks=-readability-inconsistent-declaration-parameter-name,-bugprone-exception-escape,"
     "-clang-analyzer-cplusplus.NewDeleteLeaks"
 )
 
-# The analyzer stops after so many states of a function. Its default is 225,000, which --deep keeps; this takes half the time,
-# and few functions have more states.
+# The analyzer stops after this number of states in a function. --deep keeps its default of 225,000. This number takes half
+# the time, and few functions have more states.
 SHALLOW = ("-Xclang", "-analyzer-config", "-Xclang", "max-nodes=75000")
 
-# As Mutex.h tells the compiler.
+# Checks the attributes of Mutex.h.
 LOCKS = ("-Wthread-safety", "-Werror=thread-safety")
 
 
 def targets(build, wanted):
-    """Returns the files of each target with the options that they are compiled with, a list of pairs."""
+    """Returns for each target its compile options and its files, as a list of pairs."""
     files_of = {}
     seen = set()
     for command in json.loads((build / "compile_commands.json").read_text()):
@@ -52,8 +53,8 @@ def targets(build, wanted):
 
 
 def batches(build, wanted):
-    """Yields lists of targets, as of targets(), whose files are put together: of the program all that share their
-    headers, of tests some of one target."""
+    """Yields lists of pairs, as targets() returns them, whose files are put together: of the program all files that share
+    their headers, of tests some files of one target."""
     together = {}
     for options, files in targets(build, wanted):
         if all(map(is_of_the_program, files)):
@@ -66,7 +67,7 @@ def batches(build, wanted):
 
 
 def joined(options_of_targets):
-    """The options of several targets, each once, in order, without precompiled headers, which they may not have in common."""
+    """The options of several targets, each once, in order, without precompiled headers, which may differ."""
     result, seen = [], set()
     for options in options_of_targets:
         rest = iter(options)
@@ -83,8 +84,7 @@ def is_of_the_program(file):
 
 
 def put_together(files, name):
-    """Writes the files into one, each header included once. Returns the file and the line that each of its lines comes
-    from."""
+    """Writes the files into one, with each header included once. Returns for each line its original file and number."""
     lines, origins, included = [], [], set()
     for file in files:
         for number, line in enumerate(pathlib.Path(file).read_text().splitlines(), start=1):
@@ -100,7 +100,7 @@ def put_together(files, name):
 
 
 def compile_alone(options, file):
-    """Returns whether the file compiles, and what the compiler told."""
+    """Returns whether the file compiles, and the output of the compiler."""
     result = subprocess.run(["clang++", "-fsyntax-only", *LOCKS, *options, file], capture_output=True, text=True)
     return result.returncode == 0, result.stderr
 
@@ -109,7 +109,7 @@ def lint(batch, name, depth):
     """Returns whether the linter found nothing, and its output."""
     fine, output = lint_together(batch, name, depth)
     if "[clang-diagnostic-error]" in output and len(batch) > 1:
-        # Names of different targets may collide.
+        # Different targets may use the same names.
         results = [lint_together([target], name, depth) for target in batch]
         fine, output = all(each for each, _ in results), "".join(each for _, each in results)
     return fine, output
@@ -144,7 +144,7 @@ def main():
     place = build / "together"
     place.mkdir(exist_ok=True)
     clean = True
-    # More than there are processors, so that a busy machine leaves enough of them to the linter.
+    # More workers than processors, so that the linter gets its share of a busy machine.
     with concurrent.futures.ThreadPoolExecutor(2 * (os.cpu_count() or 1)) as workers:
         runs = []
         for number, batch in enumerate(batches(build, wanted)):

@@ -8,10 +8,10 @@
 
 namespace velmorindal {
 
-// Every field holds what was on the wire, unchecked: a test may put any byte into the device. The initial
-// values are the simulated device's factory settings.
+// Every field holds what was on the wire, unchecked: a test may set any byte. The initial values are the
+// factory settings of the simulated device.
 
-/// Ticks are 40 ms each.
+/// Which hums count. A tick is 40 ms.
 struct HumDurationSettings {
     std::uint8_t detectMode = 3;  ///< 0 continuous, 1 short only, 2 long only, 3 short and long
     std::uint16_t minShort = 0;   ///< ticks, as the three below
@@ -24,6 +24,7 @@ struct HumDurationSettings {
     bool operator==(const HumDurationSettings&) const = default;
 };
 
+/// How clear a sound must be to count as a hum.
 struct HumThresholdSettings {
     float ap = 0.5F;  ///< clarity, 0 to 1
     float si = 0.5F;
@@ -31,6 +32,7 @@ struct HumThresholdSettings {
     bool operator==(const HumThresholdSettings&) const = default;
 };
 
+/// How a switch jack closes. The unit of the pulses is not known.
 struct RelaySettings {
     std::uint8_t mode = 1;  ///< 0 follow, 1 fixed, 2 toggle
     std::uint8_t type = 0;  ///< 0 normally open, 1 normally closed
@@ -40,10 +42,11 @@ struct RelaySettings {
     bool operator==(const RelaySettings&) const = default;
 };
 
-/// Two keystrokes, modifier then key each (USB HID usage numbers): the short hum's four bytes, then the long
-/// hum's.
+/// Four bytes for the short hum, then four for the long one: two keystrokes, each a modifier and a key (USB
+/// HID usage numbers).
 using KeyBytes = std::array<std::uint8_t, 8>;
 
+/// All settings of the device.
 struct DeviceSettings {
     std::uint8_t protocol = 0;    ///< 0 Gazell, 1 Bluetooth
     std::uint8_t outputPath = 1;  ///< 0 USB, 1 relay
@@ -56,11 +59,11 @@ struct DeviceSettings {
     bool operator==(const DeviceSettings&) const = default;
 };
 
-/// All that a simulated device remembers.
+/// The whole state of a simulated device.
 struct DeviceState {
     std::string version = "Velmorindal 1.1M";  ///< at most 255 bytes of it are sent
     std::uint8_t linkState = 1;                ///< 0: the dongle does not reach the device
-    DeviceSettings settings = {};              ///< what it works with and answers queries from
+    DeviceSettings settings = {};              ///< in use, and the answers to queries
     std::optional<DeviceSettings> stored =
         {};  ///< what the last order to store kept; nothing before the first
     unsigned timesStored = 0;
@@ -71,8 +74,8 @@ struct DeviceState {
     bool operator==(const DeviceState&) const = default;
 };
 
-/// What was stored, in words, one setting a line; one line saying so where nothing was. Independent of the
-/// locale.
+/// The stored settings in words, one setting a line, or a single line if nothing was stored. Independent of
+/// the locale.
 std::vector<std::string> storedSettingsInWords(const DeviceState& state);
 
 }  // namespace velmorindal

@@ -10,7 +10,7 @@
 
 namespace velmorindal {
 
-/// How one frame is going to be answered. A fault bends it before anything is sent.
+/// The plan for the answer to one frame. A fault changes it before anything is sent.
 struct AnswerPlan {
     enum class Delivery { now, afterDelay, beforeNextAnswer, never };
     enum class Unplugging { none, before, after };
@@ -24,29 +24,29 @@ struct AnswerPlan {
     bool applies = true;  ///< whether the frame takes effect; of the queries only the last hum's has one
 };
 
-/// One way in which an answer goes wrong. A value: copy it, keep tables of it.
+/// One way in which an answer goes wrong. A value, which can be copied and kept in tables.
 ///
-/// A command whose answer never leaves whole (silence, half of it, an error frame, unplugging before or
-/// during it) does not take effect, as if the radio had lost it on the way to the device; `stillApplied()`
-/// says that it does. All others take effect.
+/// A command without a complete answer (silence, half an answer, an error frame, unplugging before or during
+/// it) does not take effect, as if the radio had lost it on the way to the device; with `stillApplied()` it
+/// does. With all other faults it takes effect.
 class Fault {
   public:
-    /// A custom fault. `bend` runs on the server thread and must not call the dongle.
+    /// A custom fault. `bend` runs while the dongle is locked, and must not call it.
     Fault(std::string name, std::function<void(AnswerPlan&)> bend);
 
     /// Nothing is sent.
     static Fault silence();
-    /// The first two bytes of the answer and nothing more.
+    /// Only the first two bytes of the answer are sent.
     static Fault halfAHeader();
-    /// The header and the first half of the payload (rounded down). An answer without payload comes without
-    /// its last byte instead.
+    /// The header and the first half of the payload (rounded down) are sent. Of an answer without payload,
+    /// the last byte is missing instead.
     static Fault halfAPayload();
-    /// `frame` first, then the answer. Without `frame`: a well-formed status response, or a protocol response
-    /// where the status is what was asked for.
+    /// `frame` first, then the answer. Without `frame`, a well-formed status response is first, or a protocol
+    /// response if the status was asked for.
     static Fault anotherFrameFirst(ByteBuffer frame = {});
-    /// The same `count` times over.
+    /// The same, with `frame` sent `count` times.
     static Fault floodFirst(std::size_t count = 10'000, ByteBuffer frame = {});
-    /// The answer's header and payload with the kind byte of an error, 'e'.
+    /// The answer with the kind byte of an error, 'e'.
     static Fault errorFrame();
     /// The answer with another first byte.
     static Fault wrongKind(std::uint8_t kind = 'x');
@@ -54,25 +54,26 @@ class Fault {
     static Fault wrongMarker(std::uint8_t marker = 'a');
     /// The answer with another type byte.
     static Fault wrongType(std::uint8_t type = 0x41);
-    /// The length byte announces one byte more than are sent.
+    /// The length byte is one more than the number of bytes sent.
     static Fault lengthTooLong();
-    /// The length byte announces one byte fewer than are sent; of an answer without payload, which cannot,
-    /// one byte too many follows.
+    /// The length byte is one less than the number of bytes sent. An answer without payload is followed by
+    /// one extra byte.
     static Fault lengthTooShort();
-    /// The frame is well-formed but its payload has one byte more (zero) or one fewer than it should.
+    /// The frame is well-formed, but its payload has one byte too many (zero) or one too few. An answer
+    /// without payload is not shortened.
     static Fault payloadOneByteLonger();
     static Fault payloadOneByteShorter();
-    /// The answer is held back until the next frame arrives and is sent before that frame's answer.
+    /// The answer is held back until the next frame arrives, and is sent before the answer to that.
     static Fault late();
     /// The answer is sent after `delay`, whatever arrives meanwhile.
     static Fault lateBy(std::chrono::milliseconds delay);
     /// `noise` first, then the answer.
     static Fault noiseFirst(ByteBuffer noise = {0x00, 0xFF, 0x55});
-    /// These bytes in place of the answer.
+    /// `bytes` instead of the answer.
     static Fault answerWith(ByteBuffer bytes);
-    /// The dongle is pulled out instead of answering; in the middle of the answer; right after it. The last
-    /// two wait until the host has taken the bytes, a second at most, since the system drops what is still
-    /// unread.
+    /// The dongle is unplugged instead of answering, in the middle of the answer, or right after it. The last
+    /// two wait until the host has read the bytes, `waitForTheHost` at most, since the system drops
+    /// unread bytes.
     static Fault unplugBeforeAnswer();
     static Fault unplugDuringAnswer();
     static Fault unplugAfterAnswer();
@@ -80,9 +81,10 @@ class Fault {
     /// The same fault, but the command takes effect.
     Fault stillApplied() const;
 
-    /// A few words for the names of parameterised tests, such as "half a header".
+    /// A short name, such as "half a header".
     const std::string& name() const { return name_; }
 
+    /// Changes `plan` as the fault says.
     void bend(AnswerPlan& plan) const { bend_(plan); }
 
   private:

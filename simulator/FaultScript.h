@@ -10,18 +10,20 @@
 
 namespace velmorindal {
 
-/// Which fault meets which occurrence of something, counted from 1. A fault for one occurrence goes before a
-/// fault for every one. Not safe from several threads.
+/// Faults for the occurrences of something, counted from 1. A fault for one occurrence overrides the fault
+/// for all. Not safe from several threads.
 class FaultScript {
   public:
+    /// Later calls override earlier ones.
     void onOccurrence(std::size_t occurrence, Fault fault);
     void onEvery(Fault fault);
+    /// Removes all faults; the count goes on.
     void forget();
 
     std::size_t occurrences() const { return occurrences_; }
     /// Counts an occurrence.
     void count() { ++occurrences_; }
-    /// Bends what is planned for the occurrence counted last.
+    /// Changes the plan for the occurrence counted last.
     void bend(AnswerPlan& plan) const;
 
   private:

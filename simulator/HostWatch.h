@@ -8,23 +8,23 @@
 
 namespace velmorindal {
 
-/// Notices when a host has closed a port and no host has opened it again for a while. Not safe from several
-/// threads.
+/// Detects that a host has closed a port and no host has opened it again for a while. Not safe from
+/// several threads.
 ///
 /// Another host may still have it open: the system reports several openings as one, so they cannot be
-/// counted. Where the system refuses to watch (it has few watches to give), nothing is ever noticed.
+/// counted. If the system refuses the watch, since their number is limited, nothing is detected.
 class HostWatch {
   public:
     using Clock = std::chrono::steady_clock;
-    /// Long enough for a host that closes the port only to open it again.
+    /// Longer than a host needs that closes the port and opens it again at once.
     static constexpr std::chrono::milliseconds absence{50};
 
-    /// Watches who opens and closes the port at `path` from now on.
+    /// Watches the port at `path` from now on.
     explicit HostWatch(const std::string& path);
 
-    /// Readable when a host has opened or closed the port; -1 where nothing is watched.
+    /// Readable when a host has opened or closed the port; -1 if nothing is watched.
     int descriptor() const { return watch_.get(); }
-    /// Whether the port was closed and has been left alone for `absence`; says so once for each time.
+    /// Whether the port was closed and not opened again for `absence`. True once for each time.
     bool portWasLeft(Clock::time_point now);
     /// Whether a host has opened the port since the last call.
     bool portWasOpened(Clock::time_point now);

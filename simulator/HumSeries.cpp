@@ -55,7 +55,7 @@ HumSeries::Hum HumSeries::humAfter(Time end) {
 }
 
 float HumSeries::between(float low, float high) {
-    // Not the library's distribution, whose numbers differ from one library to the next.
+    // Not a distribution of the standard library, whose numbers differ between libraries.
     constexpr double range = 4294967296.0;
     return low + (high - low) * static_cast<float>(static_cast<double>(random_()) / range);
 }

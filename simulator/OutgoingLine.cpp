@@ -8,7 +8,7 @@ namespace {
 
 /// 115200 bits a second, ten bits a byte: 86.8 microseconds.
 constexpr std::chrono::nanoseconds byteTime{1'000'000'000LL * 10 / 115'200};
-/// About a millisecond's worth, so that pacing does not wake the processor for every byte.
+/// The bytes of about a millisecond, so that pacing does not wake the processor for every byte.
 constexpr std::size_t pacedPortion = 12;
 
 }  // namespace

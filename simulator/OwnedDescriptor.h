@@ -6,7 +6,7 @@
 
 namespace velmorindal {
 
-/// A file descriptor that is closed when it is dropped.
+/// A file descriptor that is closed by the destructor.
 class OwnedDescriptor {
   public:
     OwnedDescriptor() = default;
@@ -20,7 +20,7 @@ class OwnedDescriptor {
     OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
     ~OwnedDescriptor() { close(); }
 
-    /// -1 where there is none.
+    /// The descriptor; -1 if there is none.
     int get() const { return descriptor_; }
 
     void close() {

@@ -20,7 +20,8 @@ namespace {
     throw std::system_error{error, std::generic_category(), what + path};
 }
 
-/// Where a call of the system has failed, throws its error, taken before anything else can change it.
+/// Throws the error of a system call that has failed. Call it right after, before another call
+/// changes `errno`.
 void require(bool succeeded, const char* what, const std::string& path = {}) {
     if (!succeeded) {
         fail(errno, what, path);
@@ -62,8 +63,8 @@ PseudoTerminal::PseudoTerminal(std::filesystem::path link)
 }
 
 bool PseudoTerminal::hostHasTakenAll() const {
-    // Bytes pass through a queue of the system before they count as unread. Polling moves them on; asking for
-    // their number alone would miss them.
+    // Bytes pass through a queue of the system before they count as unread. Polling moves them on; FIONREAD
+    // alone would miss them.
     pollfd host{.fd = slave_.get(), .events = POLLIN, .revents = 0};
     ::poll(&host, 1, 0);
     int unread = 0;

@@ -17,7 +17,7 @@ using Kind = RecordedEvent::Kind;
 
 constexpr std::string_view heading = "Velmorindal record 1\n";
 
-/// Takes the first word off the text.
+/// Removes the first word from `text`. @returns it.
 std::string_view takeWord(std::string_view& text) {
     const std::size_t length = std::min(text.find(' '), text.size());
     const std::string_view word = text.substr(0, length);
@@ -60,7 +60,7 @@ std::optional<Kind> kindIn(std::string_view word) {
     return std::nullopt;
 }
 
-/// Pairs of digits with one blank between them.
+/// Pairs of hexadecimal digits with a space between them.
 std::optional<ByteBuffer> bytesIn(std::string_view text) {
     ByteBuffer bytes;
     while (!text.empty()) {
@@ -94,7 +94,7 @@ std::optional<RecordedEvent> eventIn(std::string_view text, std::size_t line) {
     throw RecordError{file.string() + ":" + std::to_string(line) + ": " + complaint};
 }
 
-/// Reads no more than that of what may be anything.
+/// Reads only the heading at first: the file may be anything.
 void requireHeading(std::istream& stream, const std::filesystem::path& file) {
     std::array<char, heading.size()> start{};
     stream.read(start.data(), start.size());

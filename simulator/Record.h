@@ -11,7 +11,7 @@
 
 namespace velmorindal {
 
-/// A line of a record that the wizard has made, as docs/protocol.md has it.
+/// A line of a record from the wizard, as docs/protocol.md describes it.
 struct RecordedEvent {
     enum class Kind { opened, refused, fromHost, fromDevice, closed, lost };
 
@@ -19,27 +19,27 @@ struct RecordedEvent {
     /// Since the start of the record.
     std::chrono::milliseconds time;
     unsigned port;
-    /// What was sent; empty but for the two kinds that send.
+    /// What was sent; empty except for fromHost and fromDevice.
     ByteBuffer bytes;
-    /// Of the file, from 1.
+    /// The number of the line in the file, from 1.
     std::size_t line;
 
     bool operator==(const RecordedEvent&) const = default;
 };
 
-/// What is wrong with a record, with its name and the number of the line.
+/// What is wrong with a record, with the name of the file and mostly the number of the line.
 class RecordError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads a whole record. Empty lines and lines that start with '#' are passed over.
+/// Reads a whole record. Skips empty lines and lines that start with '#'.
 ///
-/// @throws RecordError when the file cannot be read, is no record, holds a line that is none of a record, or
-///         ends within a line.
+/// @throws RecordError when the file cannot be read, is not a record, has an invalid line or a time that goes
+///         back, or ends within a line.
 std::vector<RecordedEvent> readRecord(const std::filesystem::path& file);
 
-/// The events of each port that was opened, by its number.
+/// The events by the number of their port, without ports that were never opened.
 std::map<unsigned, std::vector<RecordedEvent>> eventsByPort(const std::vector<RecordedEvent>& events);
 
 }  // namespace velmorindal

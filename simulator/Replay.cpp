@@ -12,8 +12,8 @@ namespace {
 using Kind = RecordedEvent::Kind;
 using namespace std::chrono_literals;
 
-/// A record cuts its times to whole milliseconds. Half of one is what it has cut off on average, and lets
-/// time pass between a question and its answer.
+/// A record cuts its times to whole milliseconds. This is what it cuts off on average, and it lets time pass
+/// between a query and its answer.
 constexpr auto cutOff = 500us;
 
 bool isOfDevice(const RecordedEvent& event) {
@@ -38,7 +38,7 @@ Replay::Replay(std::vector<RecordedEvent> events, Report report)
 
 void Replay::opened(Clock::time_point now) {
     advanceTo(now);
-    // What the device had not sent when the last host left is lost.
+    // Bytes that the device had not sent when the last host closed the port are lost.
     for (std::size_t index = next_; index < events_.size() && events_[index].kind != Kind::fromHost;
          ++index) {
         if (events_[index].kind == Kind::opened) {

@@ -15,7 +15,7 @@ namespace {
 
 using Clock = Replay::Clock;
 
-/// Rounded up, so that the time has come when the wait ends.
+/// Rounded up, so that `moment` has come when the wait ends.
 int millisecondsUntil(Clock::time_point moment, Clock::time_point now) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(moment - now).count();
     constexpr decltype(left) longest = 3'600'000;

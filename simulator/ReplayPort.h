@@ -13,12 +13,13 @@
 
 namespace velmorindal {
 
-/// One port of a record on a pseudo-terminal that any program can open as a serial port, served by a thread.
+/// One port of a record on a pseudo-terminal, which any program can open as a serial port. A separate thread
+/// serves it.
 ///
-/// Where the record says that the dongle was pulled out, it is: the port is gone then.
+/// When the record says that the dongle was unplugged, the port vanishes.
 class ReplayPort {
   public:
-    /// Makes the pseudo-terminal and the link to it, and starts to serve. Departures are reported on the
+    /// Creates the pseudo-terminal and the link to it, and starts to serve. Departures are reported on the
     /// serving thread.
     ///
     /// @throws std::system_error as VirtualDongle does.
@@ -27,10 +28,11 @@ class ReplayPort {
     ReplayPort& operator=(const ReplayPort&) = delete;
     ~ReplayPort();
 
-    /// What a host opens.
+    /// The path that a host opens.
     const std::filesystem::path& path() const { return terminal_.link(); }
 
-    /// Removes the link, closes the pseudo-terminal and hands out how far it got. Once.
+    /// Stops serving, removes the link and closes the pseudo-terminal. Safe to repeat. @returns the replay,
+    /// which knows how far the host came.
     const Replay& finish();
 
   private:

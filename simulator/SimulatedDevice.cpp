@@ -18,7 +18,7 @@ ByteBuffer response(std::uint8_t type, std::span<const std::uint8_t> payload) {
     return wireFrame(VelmorindalCommandProtocol::ResponseByte, type, payload);
 }
 
-/// The payload lengths that a command of this type may have; nothing for a type that takes none.
+/// The payload length of a command of this type; nothing for a type that is not a command.
 std::optional<std::size_t> commandLength(VelmorindalMessageType type) {
     switch (type) {
         case humDuration:
@@ -43,12 +43,12 @@ std::optional<std::size_t> commandLength(VelmorindalMessageType type) {
     }
 }
 
-/// Whether the device understands `frame` as a command, as opposed to a query or to nothing at all.
+/// Whether `frame` is a valid command, and not a query or an invalid frame.
 bool isCommand(std::span<const std::uint8_t> frame) {
     return commandLength(VelmorindalMessageType{frame[typeOffset]}) == payloadOf(frame).size();
 }
 
-/// What a query is answered with; nothing for what cannot be queried.
+/// The payload of the answer to a query; nothing for a type without queries.
 std::optional<ByteBuffer> currentValue(VelmorindalMessageType type, const DeviceState& state) {
     const DeviceSettings& settings = state.settings;
     switch (type) {
@@ -69,7 +69,7 @@ std::optional<ByteBuffer> currentValue(VelmorindalMessageType type, const Device
         case lastHumDuration:
             return lastHumBytes(state.lastHumTicks, state.lastHumSource);
         case relayConfig: {
-            // Without its last byte, unlike the command: hosts expect 11.
+            // Without the last byte, unlike the command: hosts expect 11 bytes.
             ByteBuffer bytes = relayBytes(settings.shortRelay, settings.longRelay);
             bytes.pop_back();
             return bytes;

@@ -12,29 +12,33 @@
 
 namespace velmorindal {
 
-/// What a device does with the frames that reach it, without any wire: turns a frame into an answer and an
-/// effect. Not safe from several threads.
+/// A device without a wire: turns each frame into an answer and an effect. Not safe from several threads.
 class SimulatedDevice {
   public:
+    /// Starts with `state`; hums only if there are `hums`.
     SimulatedDevice(const DeviceState& state, const std::optional<HumSeries>& hums);
 
     DeviceState& state() { return state_; }
     const DeviceState& state() const { return state_; }
 
-    /// The whole frame that answers `frame`; an error frame where the device can do nothing with it.
+    /// The whole frame that answers `frame`; an error frame if the device does not understand it.
     ByteBuffer answerTo(std::span<const std::uint8_t> frame) const;
-    /// What `frame` does to the device, if anything: a command's settings, the order to store, the last hum
-    /// having been reported. Nothing for a frame that is answered by an error.
+    /// Applies the effect of `frame`: sets or stores settings, or clears a last hum that was reported. A
+    /// frame that is answered by an error has no effect.
     void apply(std::span<const std::uint8_t> frame);
 
-    /// Goes on humming until `now`, counted from the start.
+    /// Advances the hums to `now`, counted from the start.
     void advanceTo(HumSeries::Time now);
+    /// Whether auto-tune reports are switched on.
     bool streams() const;
-    /// The next auto-tune report, a whole frame.
+    /// The next auto-tune report, a whole frame: with the next queued clarity, otherwise the present one.
     ByteBuffer nextReport();
+    /// A report with these clarities, a whole frame.
     static ByteBuffer report(float maximum, float minimum);
 
+    /// Reports carry this clarity from now on, and no longer that of the hums.
     void setSteadyClarity(float maximum, float minimum);
+    /// The next reports carry these clarities, one each.
     void queueClarities(const std::vector<float>& maxima);
 
   private:

@@ -6,7 +6,7 @@
 namespace velmorindal {
 namespace {
 
-/// Reports are left out while a host that does not read has more than this waiting.
+/// In bytes. Reports are left out while more than this waits for the host.
 constexpr std::size_t longestBacklog = 4096;
 
 }  // namespace

@@ -10,9 +10,9 @@ struct SimulatorCommandLine {
     enum class Request { serve, help, version, refused };
 
     Request request = Request::serve;
-    /// Where to make the port; for `serve`.
+    /// Where to create the port; for `serve`.
     std::string directory = {};
-    /// What to play again there; empty where the device is simulated.
+    /// The record to replay; empty for a simulated device.
     std::string record = {};
     /// What was wrong; for `refused`.
     std::string complaint = {};
@@ -21,7 +21,8 @@ struct SimulatorCommandLine {
         "Usage: velmorindal-simulator [--help | --version | [--replay FILE] DIRECTORY]";
 };
 
-/// `arguments` without the program's name. After "--" every argument is a directory.
+/// Reads the command line. `arguments` does not include the program's name. After "--" every argument is
+/// a directory.
 SimulatorCommandLine readCommandLine(std::span<const char* const> arguments);
 
 }  // namespace velmorindal

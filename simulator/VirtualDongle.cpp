@@ -78,7 +78,7 @@ void VirtualDongle::sendWhatIsDue(Clock::time_point now) {
     }
     advanceTo(now);
     write(now);
-    // A host that goes on to its next frame has what it waited for.
+    // A host that sends its next frame has read what it waited for.
     unplugOnceTaken(
         line_.waiting() == 0 && (terminal_.hostHasTakenAll() || canBeRead(terminal_.descriptor())), now);
 }

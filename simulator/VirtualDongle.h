@@ -12,18 +12,19 @@
 
 namespace velmorindal {
 
-/// A simulated dongle on a pseudo-terminal that any program can open as a serial port, served by a thread.
+/// A simulated dongle on a pseudo-terminal, which any program can open as a serial port. A separate thread
+/// serves it.
 ///
-/// When a host has closed the port, none has opened it for 50 ms and none holds its lock (flock), the
-/// exclusive mode (TIOCEXCL) ends and unread bytes are gone, as they would be on a real port.
+/// When a host has closed the port, none has opened it again for 50 ms and none holds its lock (flock), the
+/// exclusive mode (TIOCEXCL) ends and unread bytes are dropped, as on a real port.
 class VirtualDongle final : public SimulatedDongle {
   public:
-    /// Makes the pseudo-terminal and the link to it, and starts to serve.
+    /// Creates the pseudo-terminal and the link to it, and starts to serve.
     ///
-    /// @throws std::system_error naming the path when the directory is missing, the name is taken or the
-    ///         system refuses; nothing is left behind then.
+    /// @throws std::system_error when the directory is missing, the name is in use or the system refuses;
+    ///         nothing is left behind then.
     explicit VirtualDongle(const std::filesystem::path& directory, const Options& options = {});
-    /// Unplugs. Not from the hook.
+    /// Unplugs. Must not run in the hook.
     ~VirtualDongle() override;
 
     /// Removes the link and closes the pseudo-terminal.
@@ -44,11 +45,11 @@ class VirtualDongle final : public SimulatedDongle {
     void receiveFromHost() REQUIRES(mutex_);
 
     const WakeUp wakeUp_;
-    /// A frame was received, or the dongle is out.
+    /// Notified when a frame was received or the dongle is unplugged.
     mutable Condition changed_;
     PseudoTerminal terminal_;
     HostWatch hosts_;
-    /// The system was full: it is worth writing again once the terminal can be written to.
+    /// The terminal had no room: the next write waits until it has some.
     bool blocked_ = false;
     std::thread::id serverId_ GUARDED_BY(mutex_);
     std::thread server_;  // last: it uses all of the above

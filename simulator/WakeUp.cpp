@@ -20,7 +20,7 @@ WakeUp::WakeUp() {
 
 void WakeUp::raise() const {
     const char byte = 0;
-    // A full pipe refuses the byte, and is readable already.
+    // A full pipe refuses the byte, but is readable already.
     [[maybe_unused]] const ssize_t written = ::write(writer_.get(), &byte, 1);
 }
 

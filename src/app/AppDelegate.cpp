@@ -23,18 +23,18 @@ bool AppDelegate::applicationShouldTerminate() {
     print("I'm being told to go now.");
     print("Quitting program!");
     print("Setting polling state from ", velmorindal.pollingState.get(), PollingState::none);
-    // A run that is only starting is processing already, and has no state yet.
+    // A run that is only starting has set bgIsProcessing, but no polling state yet.
     if (velmorindal.pollingState.get() != PollingState::none || velmorindal.bgIsProcessing) {
         velmorindal.stopPollingAndWait();
     }
-    // The write posts its final state to the main queue, which is the thread that waits here.
+    // The write posts its final state to the main queue, which runs on this thread.
     while (velmorindal.connectionState.get() == ConnectionStatus::writing) {
         print("Waiting for write to finish.");
         velmorindal.system().sleepFor(writeCheckInterval);
         dispatch_.runPendingMainWork();
     }
     // A write that was submitted but has not entered `writing` needs no wait: it sends nothing before its
-    // turn on the main queue. That turn no longer comes, and the port would be closed by then.
+    // turn on the main queue, which no longer comes.
     velmorindal.disconnect(false);
     return true;
 }

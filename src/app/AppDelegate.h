@@ -6,8 +6,8 @@
 
 namespace velmorindal {
 
-/// The part of the application that knows no toolkit: it owns the one model, and ends the program cleanly.
-/// Main thread only.
+/// The part of the application without the toolkit: it owns the one model, and ends the program cleanly. Main
+/// thread only.
 class AppDelegate {
   public:
     /// `dispatch` and `system` must outlive the delegate.
@@ -20,7 +20,8 @@ class AppDelegate {
     static bool applicationShouldTerminateAfterLastWindowClosed();
 
     /// Shuts the device down: stops a calibration run, waits while a write is in progress, closes the port.
-    /// Blocks for as long as that takes, running pending main-queue work and nothing else. Safe to repeat.
+    /// Blocks until all that is done, and meanwhile runs pending main-queue work and nothing else. Safe
+    /// to repeat.
     ///
     /// @returns true: termination proceeds at once.
     bool applicationShouldTerminate();

@@ -8,16 +8,17 @@ namespace velmorindal {
 
 /// What the command line of the wizard asks for.
 struct CommandLine {
+    /// The exit status for a command line that is refused.
     static constexpr int wrongUsage = 2;
 
     /// The status to end with; nothing when the window is to be opened.
     std::optional<int> status;
-    /// Where the line is to be recorded, as the system spells paths; nothing when it is not.
+    /// The file to record the line in, in the system's encoding; nothing when it is not recorded.
     std::optional<std::string> record;
 };
 
 /// Reads the command line, and answers one that asks for no window: prints help or the version on standard
-/// output, or refuses what is unknown in one line on standard error. Needs no display, and must be called
+/// output, or refuses an unknown argument in one line on standard error. Needs no display, and must be called
 /// before the QApplication is made.
 CommandLine answerCommandLine(int argumentCount, char** arguments);
 

@@ -17,9 +17,9 @@ namespace velmorindal {
 namespace {
 
 constexpr QSize openingSize{480, 300};
-/// The name under which the frame is remembered.
+/// The key under which position and size are stored.
 constexpr auto frameName = "Main Window";
-/// A frame that is being dragged is not written at each step.
+/// While the window is dragged, its frame is not written at each step.
 constexpr std::chrono::milliseconds frameSettles{500};
 
 }  // namespace
@@ -60,7 +60,7 @@ void MainWindow::refresh() {
 }
 
 void MainWindow::announce() {
-    // A screen reader cuts off announcements of a window that is not active.
+    // A screen reader does not finish announcements of a window that is not active.
     if (!isActiveWindow()) {
         announcements_.missHums();
         return;
@@ -71,8 +71,7 @@ void MainWindow::announce() {
 }
 
 void MainWindow::keepPagesWhole() {
-    // A page scrolls where the screen itself is too small; a tenth is left to the desktop's bars and the
-    // frame.
+    // A page scrolls where the screen is too small. A tenth is left to the desktop's bars and the frame.
     const QSize room = screen()->availableSize() * 9 / 10;
     content_->measure();
     setMinimumSize(content_->wholeSize(openingSize, room).boundedTo(room));
@@ -94,7 +93,7 @@ void MainWindow::saveFrame() const {
 }
 
 void MainWindow::rememberFrame(const QByteArray& frame) {
-    // Written when this object goes: the process may end without unwinding.
+    // Written when this temporary is destroyed: the process may end without unwinding.
     QSettings{}.setValue(QLatin1String{frameName}, frame);
 }
 
@@ -128,7 +127,7 @@ void MainWindow::changeEvent(QEvent* event) {
         keepPagesWhole();
     }
     if (event->type() == QEvent::ActivationChange) {
-        // After the focus, which moves to the window now and is spoken first.
+        // The focus moves to the window now and is spoken first.
         afterFocus_.start(0);
     }
 }

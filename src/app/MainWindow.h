@@ -15,19 +15,21 @@ namespace velmorindal {
 
 /// The one window of the program.
 ///
-/// It opens in the middle of the screen, 480 x 300 or as much larger as its pages need to be whole, unless an
-/// earlier frame is remembered. Its frame is remembered a moment after it was changed, so that it is kept
-/// however the program ends. Closing it, in whatever way, only asks the application to end.
+/// It opens in the middle of the screen, 480 x 300 pixels or as much larger as its pages need to be whole,
+/// unless an earlier frame (position and size) was saved. Its frame is saved half a second after it was
+/// changed, so that it is kept however the program ends. Closing the window only calls `terminate`. Main
+/// thread only.
 class MainWindow final : public QWidget {
     Q_OBJECT
 
   public:
-    /// `view` must outlive the window.
+    /// `view` must outlive the window. `terminate` asks the application to end; it is called when the user
+    /// closes the window or presses Ctrl+Q.
     MainWindow(ContainerView& view, std::function<void()> terminate);
 
-    /// Remembers position and size for the next start.
+    /// Saves position and size for the next start.
     void saveFrame() const;
-    /// The same for what saveGeometry() has returned.
+    /// Saves a frame that saveGeometry() has returned.
     static void rememberFrame(const QByteArray& frame);
 
   protected:
@@ -49,9 +51,9 @@ class MainWindow final : public QWidget {
     ContainerWidget* content_;
     Announcer* announcer_;
     Announcements announcements_;
-    /// Notices that readings have stopped coming, or that a display did not start.
+    /// Refreshes the window when readings have stopped arriving or a display did not start.
     QTimer lookTimer_;
-    /// Lets the focus, which is spoken first, go before what is announced.
+    /// Delays announcements until the focus, which is spoken first, has moved.
     QTimer afterFocus_;
     /// Runs out a moment after the frame was last changed.
     QTimer frameTimer_{this};

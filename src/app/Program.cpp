@@ -19,8 +19,8 @@
 namespace velmorindal {
 namespace {
 
-/// Ends the process where it stands. A background thread may still be inside an exchange with the device, and
-/// nothing that it touches may be destroyed under it.
+/// Ends the process without destructors: a background thread may still be inside an exchange with the device,
+/// and nothing that it uses may be destroyed.
 void leave() {
     std::fflush(nullptr);
     std::_Exit(EXIT_SUCCESS);
@@ -29,7 +29,7 @@ void leave() {
 }  // namespace
 
 int runProgram(int argumentCount, char** arguments, System& line) {
-    // Standard output may be a pipe whose reader has gone.
+    // Standard output may be a pipe whose reader has ended.
     std::signal(SIGPIPE, SIG_IGN);
     // A record may grow to the system's file size limit.
     std::signal(SIGXFSZ, SIG_IGN);
@@ -46,7 +46,7 @@ int runProgram(int argumentCount, char** arguments, System& line) {
         }
     }
     System& system = recorder ? static_cast<System&>(*recorder) : line;
-    // The toolkit's options are not options of this program.
+    // The program does not accept the toolkit's options.
     int count = 1;
     const QApplication application{count, arguments};
     setUpApplication();
@@ -56,7 +56,7 @@ int runProgram(int argumentCount, char** arguments, System& line) {
     const QuitSignals quitSignals{[&wizard] { wizard.terminate(); }};
     wizard.applicationDidFinishLaunching();
     QApplication::exec();
-    // Nothing but terminate() ends the program, also where the desktop has stopped the event loop.
+    // Only terminate() ends the program, even if the desktop has stopped the event loop.
     wizard.terminate();
     return EXIT_SUCCESS;
 }

@@ -10,10 +10,10 @@ class QEvent;
 
 namespace velmorindal {
 
-/// The main queue on the event loop of the thread that makes this object, which is the main thread.
+/// The main queue on the event loop of the thread that creates this object, which is the main thread.
 ///
-/// Background work runs on separate threads that are never joined: a run that is still inside an exchange
-/// with the device must not delay the end of the program.
+/// Background work runs on threads that are never joined: a run that is still inside an exchange with the
+/// device must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ class QtDispatch final : public QObject, public Dispatch {
 
     Mutex mutex_;
     std::deque<Work> queue_ GUARDED_BY(mutex_);
-    /// An event that will run the queue is on its way.
+    /// An event that will run the queue has been posted.
     bool woken_ GUARDED_BY(mutex_) = false;
 };
 

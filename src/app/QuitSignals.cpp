@@ -26,8 +26,8 @@ void wake(int /*signal*/) {
     errno = interrupted;
 }
 
-/// Makes both ends non-blocking and closed in child programs. In separate calls, since not every platform can
-/// do it in one.
+/// Makes both ends non-blocking and closed in child programs, in separate calls, since not every platform has
+/// one call for it.
 bool openWakePipe() {
     if (::pipe(wakePipe.data()) != 0) {
         return false;

@@ -16,13 +16,13 @@ QEvent::Type refreshEventType() {
 }  // namespace
 
 struct Refresher::Link {
-    /// Absent once the refresher is gone.
+    /// Null once the refresher is destroyed.
     Refresher* refresher = nullptr;
     bool underWay = false;
 
     void announced() {
         if (refresher != nullptr && !std::exchange(underWay, true)) {
-            // After what the session has to have done on this thread, which a device is waiting for.
+            // At low priority: the session's work on this thread comes first, since a device waits for it.
             QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()}, Qt::LowEventPriority);
         }
     }

@@ -29,7 +29,7 @@ void Wizard::terminate() {
     }
     const QByteArray frame = window_.saveGeometry();
     hideWindows();
-    // Writes to the disk, which may be slow.
+    // After hiding the windows: writing to the disk may be slow.
     MainWindow::rememberFrame(frame);
     delegate_.applicationShouldTerminate();
     // A background thread may be about to print its next line.

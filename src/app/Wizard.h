@@ -12,21 +12,21 @@
 
 namespace velmorindal {
 
-/// The whole program but its main loop: the model, the container and the window, joined.
+/// The whole program except its main loop: joins the model, the container and the window.
 ///
-/// Main thread. Must not be destroyed while background work runs; the program itself never destroys it.
+/// Main thread only. Must not be destroyed while background work runs; the program itself never destroys it.
 class Wizard {
   public:
-    /// `dispatch` and `system` must outlive the wizard. `leave` ends the process and may return only in a
-    /// test.
+    /// `dispatch` and `system` must outlive the wizard. `leave` ends the process; it returns only in tests.
     Wizard(Dispatch& dispatch, System& system, DongleSearch search, QtFilePanel::Kind filePanelKind,
            std::function<void()> leave);
 
     /// The application is ready for its main loop: puts the window on the screen, in front of others.
     void applicationDidFinishLaunching();
 
-    /// The end of the program: remembers the window's frame, takes the window off the screen, shuts the
-    /// device down, says goodbye and leaves. Blocks while a calibration run or a write winds down.
+    /// The end of the program: hides the windows, saves the window's frame, shuts the device down, prints the
+    /// last line and calls `leave`. Blocks until a calibration run or a write has ended. Does nothing when
+    /// called again.
     void terminate();
 
     ContainerView& container() { return container_; }

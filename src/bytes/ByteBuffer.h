@@ -5,7 +5,7 @@
 
 namespace velmorindal {
 
-/// Bytes as they travel, in order: what the transport and the protocol have in common.
+/// Bytes as they travel, in order. The transport and the protocol share this type.
 using ByteBuffer = std::vector<std::uint8_t>;
 
 }  // namespace velmorindal

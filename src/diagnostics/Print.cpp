@@ -52,8 +52,8 @@ std::string inQuotes(std::string_view text) {
     return result + '"';
 }
 
-/// Whether as much as PIPE_BUF can be written without waiting. Only the first line that nobody reads is
-/// waited for, so that a stopped reader costs the program one second in all and not one for each line.
+/// Whether PIPE_BUF bytes can be written without blocking. Waits only for the first line that is not read, so
+/// that a stopped reader costs the program one second in all and not one for each line.
 bool takesMore(int descriptor) {
     constexpr int patienceMilliseconds = 1000;
     static std::atomic<int> patience = patienceMilliseconds;
@@ -68,7 +68,7 @@ using Sink = std::function<void(std::string_view)>;
 struct Output {
     /// Recursive: a sink may print.
     RecursiveMutex turn;
-    /// Where the lines of each stream go, if not there.
+    /// Where the lines of each stream go instead, if set.
     std::array<Sink, 2> sinks GUARDED_BY(turn);
 
     Sink& sinkOf(PrintStream stream) REQUIRES(turn) { return sinks[static_cast<std::size_t>(stream)]; }

@@ -16,7 +16,7 @@
 
 namespace velmorindal {
 
-/// One item of a diagnostic line, already turned into text. The conversions never look at the locale.
+/// One item of a diagnostic line, already converted to text. The conversions do not depend on the locale.
 class PrintItem {
   public:
     // Implicit on purpose: call sites list plain values.
@@ -43,18 +43,19 @@ class PrintItem {
     std::string text_;
 };
 
-/// Writes `text` and a newline to `descriptor` as one write; as several where the system takes only a part of
-/// it, or where it is longer than a pipe takes at once. A descriptor that cannot be written is ignored. When
-/// nobody reads for a second, the rest of the text is dropped, and so are all later ones until there is room
-/// again: diagnostics never stop the program.
+/// Writes `text` and a newline to `descriptor`, in one write unless the system takes only a part of it or it
+/// is longer than a pipe takes at once (PIPE_BUF). A descriptor that cannot be written is ignored. If there
+/// is no room for a second, the rest of the text is dropped, and so are all later texts until there is room
+/// again: diagnostics never stop the program. Safe from any thread.
 void writeLine(int descriptor, std::string_view text);
 
 enum class PrintStream { standardOutput, standardError };
 
-/// Writes the items, joined by one space, and a newline to `stream` as one write. Safe from any thread.
+/// Writes the items, joined by one space, and a newline to `stream`, as writeLine() does. Lines of different
+/// threads do not mix. Safe from any thread.
 void printItems(PrintStream stream, std::span<const PrintItem> items);
 
-/// While one exists, only the thread that made it prints; what other threads want to print waits for its end.
+/// While one exists, only the thread that created it prints; other threads wait with printing.
 class PrintLock {
   public:
     PrintLock();
@@ -64,7 +65,7 @@ class PrintLock {
 };
 
 /// While one exists, the lines printed to one of the streams go to `sink` instead. A later one for the same
-/// stream overrides an earlier one until its end.
+/// stream overrides an earlier one until it is destroyed.
 class PrintDiversion {
   public:
     /// @param sink called with each line, its newline included, on the thread that prints it; for one line at

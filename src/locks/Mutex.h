@@ -8,32 +8,32 @@
 #include <sanitizer/tsan_interface.h>
 #endif
 
-// What Clang's thread-safety analysis is told, which sees at compile time that nothing shared is touched
-// without its lock. Other compilers are told nothing.
+// Attributes for Clang's thread-safety analysis, which checks at compile time that nothing shared is used
+// without its lock. Other compilers see nothing.
 #ifdef __clang__
 #define VELMORINDAL_THREAD_SAFETY(attribute) __attribute__((attribute))
 #else
 #define VELMORINDAL_THREAD_SAFETY(attribute)
 #endif
 
-/// Of a class: it can be held.
+/// For a class: its objects can be held.
 #define CAPABILITY(name) VELMORINDAL_THREAD_SAFETY(capability(name))
-/// Of a class: its objects hold something for as long as they live.
+/// For a class: its objects hold a mutex for as long as they live.
 #define SCOPED_CAPABILITY VELMORINDAL_THREAD_SAFETY(scoped_lockable)
-/// Of a member: it is touched only while the mutex is held.
+/// For a member: it is used only while the mutex is held.
 #define GUARDED_BY(mutex) VELMORINDAL_THREAD_SAFETY(guarded_by(mutex))
-/// Of a function: its caller holds the mutex, before and after.
+/// For a function: its caller holds the mutex, before and after.
 #define REQUIRES(mutex) VELMORINDAL_THREAD_SAFETY(requires_capability(mutex))
-/// Of a function: it takes the mutex, or gives it back.
+/// For a function: it takes the mutex, or releases it.
 #define ACQUIRE(...) VELMORINDAL_THREAD_SAFETY(acquire_capability(__VA_ARGS__))
 #define RELEASE(...) VELMORINDAL_THREAD_SAFETY(release_capability(__VA_ARGS__))
 
 namespace velmorindal {
 
-/// A mutex that the compiler knows. The standard library's own are not annotated everywhere.
+/// A mutex that the analysis knows. Those of the standard library are not annotated everywhere.
 ///
-/// For the analysis a lambda is a separate function, which holds nothing: wait for a condition in a loop,
-/// and not with a predicate.
+/// To the analysis a lambda is a separate function that holds nothing: wait for a condition in a loop, not
+/// with a predicate.
 template <typename StandardMutex>
 class CAPABILITY("mutex") BasicMutex {
   public:
@@ -41,7 +41,8 @@ class CAPABILITY("mutex") BasicMutex {
     BasicMutex(const BasicMutex&) = delete;
     BasicMutex& operator=(const BasicMutex&) = delete;
 #ifdef __SANITIZE_THREAD__
-    // The standard library's end without a call: another in the same place would be taken for the same mutex.
+    // Destroying a mutex of the standard library makes no call. The thread sanitizer would take the next
+    // mutex at this address for the same one.
     ~BasicMutex() {
         __tsan_mutex_destroy(&mutex_, 0);
     }
@@ -80,7 +81,7 @@ class SCOPED_CAPABILITY BasicLock {
 using Lock = BasicLock<Mutex>;
 using RecursiveLock = BasicLock<RecursiveMutex>;
 
-/// Gives a held mutex back for as long as it lives.
+/// Releases a held mutex for as long as it lives.
 class SCOPED_CAPABILITY Unlock {
   public:
     explicit Unlock(Mutex& mutex) RELEASE(mutex) : mutex_{mutex} { mutex_.unlock(); }
@@ -92,8 +93,8 @@ class SCOPED_CAPABILITY Unlock {
     Mutex& mutex_;
 };
 
-/// What threads wait for that share what a mutex guards. Each wait gives the mutex back meanwhile, and may
-/// end without a reason.
+/// A condition variable for what a mutex guards. A wait releases the mutex until it returns, and may return
+/// without a reason.
 class Condition {
   public:
     void wait(Mutex& mutex) REQUIRES(mutex) {
@@ -102,7 +103,7 @@ class Condition {
         held.release();
     }
 
-    /// @returns false when that time has come.
+    /// @returns false when `time` has come.
     bool waitUntil(Mutex& mutex, std::chrono::steady_clock::time_point time) REQUIRES(mutex) {
         std::unique_lock held{mutex.mutex_, std::adopt_lock};
         const bool inTime = condition_.wait_until(held, time) == std::cv_status::no_timeout;

@@ -9,8 +9,9 @@
 
 namespace velmorindal {
 
-/// Looks into the payload of a received frame that has passed its checks. Holds no copy: the frame must
-/// outlive it. Offsets count from the first byte after the header and must lie inside the payload.
+/// Reads the payload of a received frame that has passed its checks. Holds no copy: the frame must outlive
+/// it. Offsets count from the first byte after the header. A value must lie inside the payload as a whole;
+/// that is not checked.
 class PayloadReader {
   public:
     /// The payload of `frame`, or nothing unless it is one whole frame of `messageType`. Prints one line
@@ -28,14 +29,15 @@ class PayloadReader {
 
     std::uint8_t byte(std::size_t offset) const { return payload_[offset]; }
 
-    /// The bits of that byte which are set in `mask`.
+    /// The byte at `offset`, with only the bits that are set in `mask`.
     std::uint8_t bits(std::size_t offset, std::uint8_t mask) const;
 
     /// A 16-bit value as the device reports it, 0..255: commands carry both bytes, but in a response only the
     /// low one counts. The high byte is deliberately ignored.
     std::uint16_t lowByteOfWord(std::size_t offset) const { return payload_[offset]; }
 
-    /// The IEEE-754 single-precision value whose bit pattern is stored there, low byte first.
+    /// The IEEE 754 single-precision value whose bit pattern is stored at `offset` in four bytes, low
+    /// byte first.
     float float32(std::size_t offset) const;
 
   private:

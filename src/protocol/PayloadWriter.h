@@ -13,11 +13,12 @@ class PayloadWriter {
   public:
     PayloadWriter& byte(std::uint8_t value);
     PayloadWriter& byte(WireEnumeration auto value) { return byte(rawValue(value)); }
+    /// Two bytes.
     PayloadWriter& word(std::uint16_t value);
-    /// The IEEE-754 single-precision bit pattern, four bytes.
+    /// Four bytes: the IEEE 754 single-precision bit pattern.
     PayloadWriter& float32(float value);
 
-    /// The whole command: header and what has been written so far.
+    /// The whole command: the header and what has been written so far, which must not exceed 255 bytes.
     ByteBuffer commandFrame(VelmorindalMessageType messageType) const;
 
   private:

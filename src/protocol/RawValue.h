@@ -17,8 +17,8 @@ constexpr std::uint8_t rawValue(Enumeration value) {
     return static_cast<std::uint8_t>(value);
 }
 
-/// The case with that wire value, or nothing beyond `lastCase`; for enumerations numbered from 0 without
-/// gaps.
+/// The case with that wire value, or nothing above `lastCase`. For enumerations that count from 0
+/// without gaps.
 template <WireEnumeration Enumeration>
 constexpr std::optional<Enumeration> fromRawValue(std::uint8_t value, Enumeration lastCase) {
     if (value > rawValue(lastCase)) {

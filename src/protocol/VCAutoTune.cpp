@@ -11,7 +11,7 @@ ByteBuffer VCAutoTune::serialize() const {
 }
 
 bool VCAutoTune::deserialize(std::span<const std::uint8_t> buffer) {
-    // A report does not name its channel, so `channel` keeps its value.
+    // A report does not contain its channel, so `channel` keeps its value.
     const auto pair = FloatPair::ofFrame(buffer, messageType);
     _valid = pair.has_value();
     if (pair) {

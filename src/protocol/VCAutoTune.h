@@ -7,7 +7,7 @@
 
 namespace velmorindal {
 
-/// The range of clarity measured on a channel. The command asks for a channel, reports come back.
+/// The range of clarity measured on a channel. The command selects a channel, and reports arrive.
 ///
 ///     command, 1 byte                response, 8 bytes
 ///     0  1  channel                  0  4  _minThreshold

@@ -6,7 +6,7 @@
 namespace velmorindal {
 
 ByteBuffer VCHumThresholds::serialize() const {
-    // Unlike most messages, sent whatever `_valid` says.
+    // Unlike most messages, it is sent whatever `_valid` says.
     return PayloadWriter{}.float32(apThreshold).float32(siThreshold).commandFrame(messageType);
 }
 

@@ -7,7 +7,7 @@
 
 namespace velmorindal {
 
-/// How clear a sound must be to count as a hum. Sent and received.
+/// How clear a sound must be to count as a hum, 0 to 1. Sent and received.
 ///
 ///     command and response, 8 bytes
 ///     0  4  apThreshold

@@ -6,7 +6,7 @@
 namespace velmorindal {
 
 ByteBuffer VCKeyboardConfig::serialize() const {
-    // Unlike most messages, sent whatever `_valid` says.
+    // Unlike most messages, it is sent whatever `_valid` says.
     return PayloadWriter{}
         .byte(shortKey0Modifier)
         .byte(shortKey0)

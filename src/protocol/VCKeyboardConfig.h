@@ -7,8 +7,8 @@
 
 namespace velmorindal {
 
-/// The keystrokes, two for a short and two for a long hum, each a modifier and a USB HID usage. Sent and
-/// received.
+/// Two keystrokes for a short hum and two for a long one, each a modifier and a USB HID usage. Sent
+/// and received.
 ///
 ///     command and response, 8 bytes
 ///     0  1  shortKey0Modifier

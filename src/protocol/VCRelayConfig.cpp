@@ -28,7 +28,7 @@ ByteBuffer VCRelayConfig::serialize() const {
 }
 
 bool VCRelayConfig::deserialize(std::span<const std::uint8_t> buffer) {
-    // On purpose not the inverse of the command: one byte shorter, and its short half speaks for both halves.
+    // On purpose not the inverse of the command: one byte shorter, and its short half counts for both halves.
     const auto payload = PayloadReader::ofFrame(buffer, messageType, 11);
     _valid = payload.has_value();
     if (payload) {

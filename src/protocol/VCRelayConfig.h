@@ -8,7 +8,8 @@
 
 namespace velmorindal {
 
-/// How the two switch jacks close for short and for long hums. Sent; received, but never asked for.
+/// How the two switch jacks close for short and for long hums. The unit of the pulses is not known. Sent;
+/// received, but never asked for.
 ///
 ///     command, 12 bytes              response, 11 bytes
 ///     0   1  config_modeShort        0  1  both modes, from the two lowest bits; 3 is Fixed

@@ -8,7 +8,7 @@ namespace velmorindal {
 ///
 ///     command, no payload
 ///
-/// With nothing in it that could be wrong, it is sent whatever `_valid` says.
+/// It has no fields, so it is sent whatever `_valid` says.
 class VCReset final : public VelmorindalCommand {
   public:
     static constexpr VelmorindalMessageType messageType = VelmorindalMessageType::reset;

@@ -4,11 +4,11 @@
 
 namespace velmorindal {
 
-/// The order to store, for good, the settings that the device has been sent. Only sent.
+/// The order to store permanently the settings that the device has been sent. Only sent.
 ///
 ///     command, no payload
 ///
-/// With nothing in it that could be wrong, it is sent whatever `_valid` says.
+/// It has no fields, so it is sent whatever `_valid` says.
 class VCWriteSettings final : public VelmorindalCommand {
   public:
     static constexpr VelmorindalMessageType messageType = VelmorindalMessageType::writeSettings;

@@ -29,8 +29,7 @@ bool VelmorindalCommandProtocol::verifyHeader(std::span<const std::uint8_t> buff
         return false;
     }
     if (buffer[0] != CommandByte && buffer[0] != ResponseByte) {
-        // The line names the error byte among the kinds, yet a device's error frame is refused here on
-        // purpose.
+        // The printed line lists the error byte too, but a device's error frame is refused on purpose.
         print("Message type unexpected: ", buffer[0], " command/response/error are ", CommandByte,
               ResponseByte, ErrorByte);
         return false;
@@ -40,7 +39,7 @@ bool VelmorindalCommandProtocol::verifyHeader(std::span<const std::uint8_t> buff
         return false;
     }
     if (buffer[TypeOffset] != messageType) {
-        // The stray parenthesis is part of the line.
+        // The unmatched parenthesis is part of the line.
         print("Expected message type ", messageType, "). Got ", buffer[TypeOffset]);
         return false;
     }

@@ -33,15 +33,15 @@ class VelmorindalCommandProtocol {
     static ByteBuffer addHeader(std::span<const std::uint8_t> payload, std::uint8_t messageType,
                                 bool isCommand);
 
-    /// Whether `buffer` is one whole frame of `messageType`. Prints one line naming the first check that
-    /// failed.
+    /// Whether `buffer` is one whole command or response frame of `messageType`. If not, prints one line
+    /// about the first check that failed.
     static bool verifyHeader(std::span<const std::uint8_t> buffer, std::uint8_t messageType);
 
   protected:
     ~VelmorindalCommandProtocol() = default;
 };
 
-/// One message, short-lived: built for one exchange and dropped. Not shared between threads.
+/// One message, built for one exchange. Not safe from several threads.
 class VelmorindalCommand : public VelmorindalCommandProtocol {
   public:
     VelmorindalCommand() = default;

@@ -15,7 +15,7 @@ std::string_view caseName(VelmorindalError error) {
 }
 
 const char* VelmorindalException::what() const noexcept {
-    return caseName(error).data();  // every name is a literal, so its end is marked
+    return caseName(error).data();  // every name is a literal, so it ends in a zero byte
 }
 
 }  // namespace velmorindal

@@ -26,6 +26,7 @@ enum class VelmorindalMessageType : std::uint8_t {
 /// The case with that wire value, or nothing.
 std::optional<VelmorindalMessageType> messageTypeFromCode(std::uint8_t code);
 
+/// The case's name as it is spelled here; an empty text for a value outside the cases.
 std::string_view caseName(VelmorindalMessageType type);
 
 }  // namespace velmorindal

@@ -53,7 +53,8 @@ void RecordFile::append(std::string_view line) {
         length_ += static_cast<off_t>(text.size());
         return;
     }
-    // Leaves a readable record. Not every file can be truncated, and nothing is lost if that fails.
+    // Removes the incomplete line, so that the record can be read. Not every file can be truncated, and a
+    // failure does no further harm.
     [[maybe_unused]] const int ignored = ::ftruncate(descriptor_, length_);
     ::close(std::exchange(descriptor_, -1));
     warn("The record " + path_ + " ends here: " + std::generic_category().message(reason) +

@@ -7,25 +7,25 @@
 
 namespace velmorindal {
 
-/// A file that grows line by line, each handed to the system at once: it stays when the program is killed.
-/// Not safe from several threads.
+/// A file that grows line by line. Each line goes to the system at once, so that it is kept when the program
+/// is killed. Not safe from several threads.
 class RecordFile {
   public:
-    /// Makes the file or empties the one that is there.
+    /// Creates the file, or empties an existing one.
     /// @throws std::system_error naming the path when the system refuses.
     explicit RecordFile(std::string path);
     RecordFile(const RecordFile&) = delete;
     RecordFile& operator=(const RecordFile&) = delete;
     ~RecordFile();
 
-    /// Appends `line` and a newline. The first line that cannot be written whole is removed again and ends
-    /// the file: no later line is tried, and standard error says so once.
+    /// Appends `line` and a newline. The first line that cannot be written whole is removed and ends the
+    /// file: later lines are dropped, and standard error says so once.
     void append(std::string_view line);
 
   private:
     const std::string path_;
     int descriptor_;
-    /// Of the whole lines.
+    /// Bytes in the whole lines.
     off_t length_ = 0;
 };
 

@@ -51,7 +51,7 @@ std::optional<NodeHolder> RecordingSystem::holderOf(const std::string& path) {
 
 void RecordingSystem::endExclusiveUse(int descriptor) {
     {
-        // The process may end before the descriptor is closed.
+        // Now, since the process may end before the descriptor is closed.
         const Lock lock{mutex_};
         record_.endPiece();
     }

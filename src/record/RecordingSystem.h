@@ -9,13 +9,14 @@
 
 namespace velmorindal {
 
-/// Another system whose ports are recorded: what is opened, closed and lost, and every byte that is read or
-/// written.
+/// Passes all calls to another system and records its ports: what is opened, closed and lost, and every byte
+/// that is read or written.
 ///
-/// It changes nothing about the calls, and they go on when the record can no longer be written.
+/// The calls work as before, also when the record can no longer be written. As safe from several threads as
+/// every System.
 class RecordingSystem final : public System {
   public:
-    /// `system` must outlive this. The record's time starts here.
+    /// `system` must outlive this object. The record's time starts here.
     /// @throws std::system_error naming `file` when it cannot be made.
     RecordingSystem(System& system, const std::string& file);
 
@@ -39,7 +40,7 @@ class RecordingSystem final : public System {
         bool lost = false;
     };
 
-    /// The same for every open of a path, from 1.
+    /// The number of a path, from 1, the same for each time it is opened.
     int numberOf(const std::string& path) REQUIRES(mutex_);
     void moved(int descriptor, LineRecord::Side from, std::span<const std::uint8_t> bytes);
 

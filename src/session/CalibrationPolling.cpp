@@ -19,8 +19,8 @@ constexpr std::uint8_t reportingChannel = 2;
 constexpr std::uint8_t silentChannel = 0;
 constexpr std::chrono::milliseconds betweenChecks{20};
 
-/// How long a turn that brings nothing lasts at least. On a live port the port's own time-out paces the loop;
-/// a port that is gone fails at once, and would keep a core and the log busy.
+/// A turn without a result takes at least this long. On an open port the port's deadline paces the loop; a
+/// port that is gone fails at once, and would keep a core and the log busy.
 constexpr std::chrono::milliseconds fruitlessTurn{500};
 
 }  // namespace
@@ -34,7 +34,7 @@ void VelmorindalSwitch::beginDurationPolling() {
 }
 
 void VelmorindalSwitch::beginPolling(void (VelmorindalSwitch::*run)()) {
-    // Set here, not when the run gets its thread: a second press in between must not start a second run.
+    // Set here, not on the run's thread: a second press in between must not start a second run.
     if (!bgIsProcessing.exchange(true)) {
         dispatch_.runInBackground([this, run] { (this->*run)(); });
     }
@@ -47,7 +47,7 @@ void VelmorindalSwitch::stopPollingAndWait() {
     while (bgIsProcessing) {
         system_.sleepFor(betweenChecks);
         dispatch_.runPendingMainWork();
-        // A run that was only just starting may have set its state meanwhile; stopping wins.
+        // A run that was just starting may have set its state meanwhile. It is stopped as well.
         if (pollingState.get() != PollingState::none) {
             pollingState = PollingState::none;
         }
@@ -94,8 +94,8 @@ void VelmorindalSwitch::clarityPolling() {
 bool VelmorindalSwitch::pollClarity() {
     const auto frame = readMessage();
     if (!frame) {
-        // Writing a frame restores the line's attributes if another program has changed them; this loop
-        // writes none.
+        // Writing a frame restores the line's attributes if another program has changed them, but this loop
+        // writes nothing.
         if (const auto port = serialPort.get()) {
             port->renewSettings();
         }
@@ -122,7 +122,7 @@ bool VelmorindalSwitch::pollClarity() {
 void VelmorindalSwitch::durationPolling() {
     dispatch_.runOnMainAndWait([this] { pollingState = PollingState::duration; });
     try {
-        // The device still holds the hum before this run; asking once clears it.
+        // The device may still hold a hum from before this run; the first query clears it.
         queryDevice(lastHumCode);
     } catch (const std::exception& exception) {
         print("Not a good start to duration polling", exception.what());

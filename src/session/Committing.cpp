@@ -33,7 +33,7 @@ std::uint32_t codeOf(OutputKey key) {
     return entry->second;
 }
 
-/// The byte of `code` that stands `position` places from the most significant one.
+/// The byte of `code` at `position`, counted from the most significant one.
 std::uint8_t codeByte(std::uint32_t code, unsigned position) {
     return static_cast<std::uint8_t>(code >> (24U - 8U * position));
 }
@@ -140,7 +140,7 @@ std::unique_ptr<VelmorindalCommand> writeSettings(const VelmorindalSwitch& /*vel
 struct CommitStep {
     std::unique_ptr<VelmorindalCommand> (*build)(const VelmorindalSwitch& velmorindal);
     std::string_view code;
-    /// Follows the kind of failure in the error code: it distinguishes the two ways of selecting a protocol.
+    /// Comes last in the error code: it distinguishes the two ways of selecting a protocol.
     std::string_view codeSuffix;
     std::optional<double> progressAfter;
 };

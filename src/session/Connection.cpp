@@ -79,7 +79,7 @@ OperationResult VelmorindalSwitch::connect() {
     }
     OperationResult result = readSettingsAndFinish();
     if (result && warning) {
-        // Reading the settings has cleared it; a warning outlives the success, and the wizard shows it.
+        // Reading the settings has cleared it, and the wizard shows the warning after a success.
         lastError = warning;
         result.text = std::move(warning);
     }
@@ -139,8 +139,8 @@ std::optional<VelmorindalSwitch::ConnectionFailure> VelmorindalSwitch::checkLink
         print("Invalid status.");
         return ConnectionFailure{unrecognizedResponse("VS/IC")};
     }
-    // An answer that failed its checks is not refused: it reads as its defaults, and its link state of 0
-    // stops here.
+    // An answer that failed its checks is not refused as invalid: it has the default link state of 0, which
+    // ends the attempt here.
     const std::uint8_t linkState = messageAs<VCStatus>(*answer)._linkState;
     print("Have a status: ", linkState);
     if (linkState == 0) {

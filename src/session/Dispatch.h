@@ -6,10 +6,9 @@ namespace velmorindal {
 
 using Work = std::function<void()>;
 
-/// The main queue and the background, as the session sees them.
+/// The main queue and background threads, as the session uses them.
 ///
-/// Main-queue work runs on the main thread, one piece at a time, in the order submitted, whichever of the two
-/// operations submitted it.
+/// Main-queue work runs on the main thread, one piece at a time, in the order in which it was submitted.
 class Dispatch {
   public:
     Dispatch() = default;
@@ -20,15 +19,15 @@ class Dispatch {
     /// Submits work to the main queue and returns at once. From any thread.
     virtual void postToMain(Work work) = 0;
 
-    /// Submits work to the main queue and waits until it has run. Never from the main thread: it would wait
+    /// Submits work to the main queue and waits until it has run. Not from the main thread, which would wait
     /// for itself.
     virtual void runOnMainAndWait(Work work) = 0;
 
     /// Starts work on a background thread and returns at once. From any thread.
     virtual void runInBackground(Work work) = 0;
 
-    /// Runs, on the calling main thread, what has been submitted to the main queue so far, and nothing else:
-    /// no user input, no repaint. Every wait on the main thread calls this between its checks.
+    /// Runs what has been submitted to the main queue so far, and nothing else: no user input, no repaint.
+    /// Main thread only. Every wait on the main thread calls this between its checks.
     virtual void runPendingMainWork() = 0;
 };
 

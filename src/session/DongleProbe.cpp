@@ -42,9 +42,8 @@ std::optional<std::string> readVersionText(SerialPort& port, std::size_t remaini
     return text;
 }
 
-/// Only a character device can be a dongle. Anything else with a matching name is never opened: a pipe would
-/// pass the query on to another program, a file would be overwritten, and each would cost two seconds of
-/// silence.
+/// Only a character device can be a dongle. Nothing else with a matching name is opened: a pipe would pass
+/// the query on to another program, a file would be overwritten, and each would cost a wait of two seconds.
 bool canBeADongle(const std::string& path) {
     std::error_code unreadable;
     return std::filesystem::is_character_file(path, unreadable);

@@ -8,16 +8,17 @@
 
 namespace velmorindal {
 
-/// The line to a dongle. An answer is waited for two seconds.
+/// The settings of the line to a dongle, with a deadline of two seconds for an answer.
 inline constexpr SerialSettings dongleLine{.receiveRate = BaudRate::baud115200,
                                            .transmitRate = BaudRate::baud115200,
                                            .minimumBytesToRead = 0,
                                            .timeout = 2};
 
-/// Asks the device behind `path` for its version. Blocks the calling thread for some seconds at most. A
-/// candidate that fails before its text could be looked at keeps its descriptor until the process ends.
+/// Asks the device at `path` for its version. Blocks the calling thread for a few seconds, or for up to half
+/// a minute more while another process is closing the port. The port of a candidate that fails before its
+/// text could be checked stays open until the process ends.
 ///
-/// @returns the text, or nothing when the candidate has to be skipped; standard error then says why.
+/// @returns the text, or nothing when the candidate must be skipped; standard error then says why.
 std::optional<std::string> versionTextOf(const std::string& path, System& system);
 
 }  // namespace velmorindal

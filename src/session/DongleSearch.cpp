@@ -15,7 +15,7 @@ std::string environmentOr(const char* name, std::string fallback) {
 }
 
 /// Appends the relative names under `directory`, each with `relativeTo` in front. A directory that vanishes
-/// or cannot be read ends only its own listing.
+/// or cannot be read ends only its listing.
 void walk(const fs::path& directory, const std::string& relativeTo, std::vector<std::string>& names) {
     std::error_code error;
     for (fs::directory_iterator entry{directory, error}; !error && entry != fs::directory_iterator{};

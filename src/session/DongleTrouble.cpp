@@ -20,14 +20,14 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* replug = " Unplug the dongle and plug it in again.";
-/// A candidate that did not answer is held until the program ends.
+/// The port of a candidate that did not answer stays open until the program ends.
 constexpr const char* replugAndRestart = " Unplug the dongle, plug it in again and start this program again.";
 
 std::string systemText(int systemError) {
     return std::generic_category().message(systemError);
 }
 
-/// Bytes that a device sent, safe to show on any terminal.
+/// Bytes that a device sent, in quotes, with everything escaped that could affect a terminal.
 std::string printable(std::string_view text) {
     constexpr std::string_view hexDigits = "0123456789abcdef";
     std::string result = "\"";

@@ -6,14 +6,14 @@
 
 namespace velmorindal {
 
-/// A value that one thread sets while another reads it.
+/// A value that one thread may set while another reads it.
 template <typename Value>
 class Guarded {
   public:
     Guarded() = default;
     explicit Guarded(Value initial) : value_{std::move(initial)} {}
 
-    /// A copy of the value as it stands. From any thread.
+    /// A copy of the value. From any thread.
     Value get() const {
         const Lock lock{mutex_};
         return value_;
@@ -22,7 +22,7 @@ class Guarded {
     /// From any thread.
     Guarded& operator=(Value next) {
         const Lock lock{mutex_};
-        // The old value leaves with `next`, after the lock.
+        // The old value is destroyed with `next`, after the lock is released.
         std::swap(value_, next);
         return *this;
     }

@@ -5,8 +5,8 @@
 
 namespace velmorindal {
 
-/// `message` as the class that its type byte promises. Any other class stops the process: the factory builds
-/// exactly one class for each type.
+/// `message` as the class of its type byte. Any other class stops the process: the factory builds one class
+/// for each type.
 template <typename Message>
 const Message& messageAs(const VelmorindalCommand& message) {
     const auto* const typed = dynamic_cast<const Message*>(&message);

@@ -5,16 +5,16 @@
 
 namespace velmorindal {
 
-/// How an operation has ended. Reads as whether it succeeded.
+/// How an operation has ended. Converts to whether it succeeded.
 ///
-/// Connecting and loading a settings file can go on together, and both leave their texts in `lastError`: each
-/// hands its own to its caller here, whatever the other leaves there.
+/// Connecting and loading a settings file can run at the same time, and both write to `lastError`. So each
+/// also returns its text here.
 struct OperationResult {
     bool succeeded = true;
     /// For a person: the reason of a failure, or the warning that a success leaves.
     std::optional<std::string> text = std::nullopt;
 
-    // Implicit on purpose: a caller that only wants to know whether it succeeded has a Boolean.
+    // Implicit on purpose: many callers only ask whether it succeeded.
     operator bool() const { return succeeded; }
 };
 

@@ -9,10 +9,11 @@ namespace velmorindal {
 
 /// A property that announces on a notifier immediately before every assignment, also of an equal value.
 ///
-/// Reading is safe from any thread; assigning is the main thread's, where observers hear of it.
+/// Reading is safe from any thread. Assign on the main thread only, where observers are called.
 template <typename Value>
 class Published {
   public:
+    /// `notifier` must outlive this object.
     Published(const ChangeNotifier& notifier, Value initial)
         : notifier_{notifier}, value_{std::move(initial)} {}
 

@@ -4,7 +4,8 @@
 
 namespace velmorindal {
 
-/// Where the session stands with the device.
+/// The state of the session with the device. `idle` lasts until the first attempt has found a dongle
+/// or failed.
 enum class ConnectionStatus { idle, connecting, connected, disconnected, writing, error };
 
 /// Which calibration measurement is running.

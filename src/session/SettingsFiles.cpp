@@ -10,7 +10,7 @@ namespace velmorindal {
 
 namespace {
 
-/// Each setting is published as a separate change. `xml` must be valid.
+/// Publishes each setting as a separate change. `xml` must be valid.
 void copySettings(const VelmorindalXML& xml, VelmorindalSwitch& model) {
     model.outputPath = xml.outputPath.value();
     model.outputMode = xml.outputMode.value();

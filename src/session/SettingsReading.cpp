@@ -18,8 +18,7 @@ namespace {
 
 constexpr float cutoffInDirectMode = 1.0F;
 
-/// The device counts USB as 0 and the relays as 1, the model the other way round, so the lowest bit is
-/// inverted. A value beyond the cases is kept as it is.
+/// The device has 0 for USB and 1 for the relays, the model the reverse, so the lowest bit is inverted.
 OutputPath modelPath(VCOutputPath::OutputPath devicePath) {
     return static_cast<OutputPath>(static_cast<unsigned>(devicePath) ^ 1U);
 }
@@ -48,8 +47,8 @@ VelmorindalSwitch::Reading VelmorindalSwitch::readSetting(VelmorindalMessageType
     try {
         reading.answer = queryDevice(rawValue(type));
     } catch (const std::exception&) {
-        // What a silent device leads to. It is the one failure that moves the state here, at once: the posts
-        // before it are applied first.
+        // This is how a silent device ends. It is the only failure that changes the state here, and it waits
+        // until the posts before it are applied.
         dispatch_.runOnMainAndWait([this] { connectionState = ConnectionStatus::error; });
         reading.failure = "Invalid message received from server.\n\n(Error code: VC/TC)";
         return reading;
@@ -100,8 +99,8 @@ std::optional<std::string> VelmorindalSwitch::readHumDuration() {
     dispatch_.postToMain([this, isShort] { shortEnabled = isShort; });
     dispatch_.postToMain([this, isLong] { longEnabled = isLong; });
 
-    // The mode as the main thread has it by now, which may well be the one before this reading: the value
-    // just posted is not waited for.
+    // The mode that the main thread has now, often still the one before this reading: the value just posted
+    // is not waited for.
     const float seconds =
         outputMode.get() == OutputMode::LongShort ? thresholdSeconds(hum.max_short) : cutoffInDirectMode;
     dispatch_.postToMain([this, seconds] { cutoff = seconds; });
@@ -129,8 +128,8 @@ std::optional<std::string> VelmorindalSwitch::readKeys() {
         return reading.failure;
     }
     const auto& keys = messageAs<VCKeyboardConfig>(*reading.answer);
-    // One byte each, compared with whole 32-bit codes: as no code is below 256, both lists are empty and the
-    // keys always start from the defaults below. Kept as it is.
+    // One byte is compared with whole 32-bit codes. No code is below 256, so both lists are always empty and
+    // the keys get the defaults below. This is intended.
     const auto shortKeys = keysWithCode(keys.shortKey1);
     const auto longKeys = keysWithCode(keys.longKey1);
     const auto postKey = [this](OutputKey keyList::*field, OutputKey key) {

@@ -6,7 +6,7 @@
 
 namespace velmorindal {
 
-/// The name at the ordinal of `value`, or an empty text where there is none.
+/// The name at the position of `value`, or an empty text for a value beyond the names.
 template <typename Enumeration>
 std::string_view nameAt(Enumeration value, std::span<const std::string_view> names) {
     const auto ordinal = static_cast<std::size_t>(value);

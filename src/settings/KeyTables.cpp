@@ -12,8 +12,8 @@ struct KeyRow {
     std::uint32_t code;
 };
 
-// Codes: modifier, key, modifier, key. 0x02 is the left Shift. The Tilde keys are two keystrokes, Shift and
-// the grave accent, then the digit; the 0x80 before the digit is for the device to interpret.
+// Codes: modifier, key, modifier, key. 0x02 is the left Shift. The Tilde keys are two keystrokes, Shift with
+// the grave accent, then the digit; the meaning of 0x80 before the digit is up to the device.
 constexpr std::array keyRows{
     KeyRow{OutputKey::Space, "Space", "Space", 0x002C0000},
     KeyRow{OutputKey::Enter, "Enter", "Enter", 0x00280000},

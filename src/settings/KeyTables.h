@@ -9,9 +9,9 @@
 
 namespace velmorindal {
 
-/// The text that shows a key, in pickers and in the settings file.
+/// The text for a key, in the lists of the wizard and in the settings file.
 const std::map<OutputKey, std::string>& keyDisplayStrings();
-/// All keys in the order in which pickers offer them.
+/// All keys, in the order of the wizard's lists.
 const std::vector<OutputKey>& keyDisplayOrder();
 /// Two keystrokes packed as modifier, key, modifier, key, most significant byte first; the keys are USB HID
 /// usage IDs. A single keystroke leaves the second pair zero.

@@ -13,12 +13,13 @@ enum class OutputPath {
     BTKeyboard,   ///< keystrokes over Bluetooth
 };
 
+/// How hums select the output.
 enum class OutputMode {
     Direct,     ///< every hum drives the one output
     LongShort,  ///< short and long hums drive separate outputs
 };
 
-/// The keystrokes that the wizard offers, in the order in which it offers them.
+/// The keystrokes that the wizard offers, in its order.
 enum class OutputKey {
     Space,
     Enter,

@@ -4,8 +4,8 @@
 
 namespace velmorindal {
 
-/// A number with two decimals and a point before them, whatever the locale: "0.50". The settings file holds
-/// the thresholds so, and the wizard shows them so.
+/// A number with two decimals after a point, whatever the locale: "0.50". The settings file and the wizard
+/// use it for the thresholds.
 std::string twoDecimals(float value);
 
 }  // namespace velmorindal

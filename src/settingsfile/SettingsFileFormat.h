@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// The names in a settings file: one empty element with nine attributes, written in this order and read in
-/// any.
+/// The names in a settings file: one empty element with nine attributes, which are written in this order and
+/// read in any order.
 namespace velmorindal::settingsfile {
 
 inline constexpr std::string_view elementName = "VibrationSwitch";

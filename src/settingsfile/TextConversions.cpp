@@ -60,7 +60,7 @@ std::size_t countLeading(std::string_view text, std::string_view characters) {
 
 /// An unsigned decimal number, taken apart.
 struct DecimalNumber {
-    std::string_view whole;     ///< all of it
+    std::string_view whole;     ///< the whole number
     std::string_view integer;   ///< the digits before the point
     std::string_view fraction;  ///< the digits after it
     std::string_view exponent;  ///< sign and digits, empty without one
@@ -95,7 +95,7 @@ std::optional<DecimalNumber> leadingNumber(std::string_view text) {
     return number;
 }
 
-/// Whether a number that is out of a float's range is so for its size, not for its smallness.
+/// Whether a number outside a float's range is too large, and not too small.
 bool isHuge(const DecimalNumber& number) {
     std::string_view exponentText = number.exponent;
     const bool negative = exponentText.starts_with('-');

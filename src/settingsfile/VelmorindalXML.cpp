@@ -76,7 +76,7 @@ bool VelmorindalXML::valid() {
         Requirement{outputMode.has_value(), "Missing output mode"},
         Requirement{longEnabled.has_value(), "Missing long enabled"},
         Requirement{shortEnabled.has_value(), "Missing short enabled"},
-        // The printed line has its letters transposed, the text for the dialog has not; both on purpose.
+        // The printed line is misspelled, the text for the dialog is not; both on purpose.
         Requirement{longOutputKey.has_value(), "Missing long output key", "Misisng long output key"},
         Requirement{shortOutputKey.has_value(), "Missing short output key"},
         Requirement{directOutputKey.has_value(), "Missing direct output key"},

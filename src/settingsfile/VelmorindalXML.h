@@ -15,9 +15,10 @@ struct XMLAttribute {
     std::string text;
 };
 
-/// The delegate of an XML parser: collects the settings of a file while it is parsed.
+/// The delegate of an XML parser: collects the settings of a file while it is parsed. Not safe from
+/// several threads.
 ///
-/// Lives for one parse. A field stays empty while its attribute is missing or names nothing that exists.
+/// Use it for one file. A field is empty while its attribute is missing, or has a text that names no case.
 class VelmorindalXML {
   public:
     std::optional<OutputPath> outputPath;
@@ -35,13 +36,13 @@ class VelmorindalXML {
 
     /// A parser reports the start of an element here.
     ///
-    /// Takes the settings from a VibrationSwitch element and ignores every other; a later element overwrites
-    /// what an earlier one set. `name` is the name as written, prefix included. Prints the element found and
-    /// each attribute that is no setting.
+    /// Takes the settings from a VibrationSwitch element and ignores all other elements; a later element
+    /// overwrites the attributes of an earlier one. `name` is the name as written, with its prefix. Prints
+    /// the name of the element found and each attribute that is not a setting.
     void parser(std::string_view name, std::span<const XMLAttribute> attributes);
 
-    /// Whether every setting is there, whatever the mode needs; otherwise the first that is missing is put
-    /// into `_lastError` and printed.
+    /// Whether every setting is there, also those that the mode does not use. Otherwise puts the first that
+    /// is missing into `_lastError` and prints it.
     bool valid();
 };
 

@@ -20,20 +20,19 @@ namespace {
 
 constexpr qint64 tokenLimit = 64LL * 1024;
 constexpr int depthLimit = 256;
-/// A reference takes three bytes at least, so the largest token expands to 64 Ki / 3 * 128 characters at
-/// most.
+/// A reference has at least three bytes, so a token expands to at most 64 Ki / 3 * 128 characters.
 constexpr int entityLimit = 128;
 
-/// The file as the XML reader gets it: the reader keeps a whole token (a text, a comment, a tag) in memory,
-/// so no more than a limit is handed over while one token lasts.
+/// The file as the XML reader gets it. The reader keeps a whole token (a text, a comment, a tag) in memory,
+/// so it gets no more than `tokenLimit` bytes for each.
 class TokenBoundedFile final : public QFile {
   public:
     void tokenEnded() { tokenLength_ = 0; }
     bool limitReached() const { return tokenLength_ >= tokenLimit; }
 
   protected:
-    /// Of a run of blank blocks only the first is handed over: how long a run of white space is never matters
-    /// to a settings file.
+    /// Of a run of blank blocks only the first is handed over: the length of white space does not matter in a
+    /// settings file.
     qint64 readData(char* data, qint64 capacity) override {
         if (limitReached()) {
             return -1;
@@ -58,8 +57,8 @@ class TokenBoundedFile final : public QFile {
         return std::exchange(lastWasBlank_, blank) && blank;
     }
 
-    /// Whether a byte that looks like a space may be half of a letter. The byte-order mark or the markup at
-    /// the start of such a file has bytes that UTF-8 has not.
+    /// Whether a byte that looks like a space may be part of a letter. The byte-order mark or the markup at
+    /// the start of such a file has bytes that UTF-8 does not have.
     static bool isInWideEncoding(std::string_view start) {
         using namespace std::string_view_literals;
         return start.find_first_of("\0\xFE\xFF"sv) != std::string_view::npos;
@@ -71,18 +70,18 @@ class TokenBoundedFile final : public QFile {
 
     qint64 tokenLength_ = 0;
     bool lastWasBlank_ = false;
-    /// Known from the first block on.
+    /// Set by the first block.
     std::optional<bool> isWide_;
 };
 
-/// Opens only a regular file. Anything else is never opened: a pipe would wait for its writer, a serial
-/// device would raise its lines.
+/// Opens only a regular file. Nothing else is opened: a pipe would wait for its writer, a serial device would
+/// raise its control lines.
 bool openRegularFile(TokenBoundedFile& file, const std::string& filename) {
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(filename, ignored)) {
         return false;
     }
-    // Not waiting, in case the file has become a pipe since.
+    // Non-blocking, in case the file has become a pipe since then.
     const int descriptor = ::open(filename.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     return descriptor >= 0 &&
            file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
@@ -102,7 +101,7 @@ void reportElement(const QXmlStreamReader& reader, VelmorindalXML& delegate) {
 
 bool isWellFormed(TokenBoundedFile& file, VelmorindalXML& delegate) {
     QXmlStreamReader reader{&file};
-    // Names count as written: a prefix is part of the name, and a namespace declaration is an attribute.
+    // Names stay as written: a prefix is part of the name, and a namespace declaration is an attribute.
     reader.setNamespaceProcessing(false);
     reader.setEntityExpansionLimit(entityLimit);
     int depth = 0;
@@ -118,7 +117,7 @@ bool isWellFormed(TokenBoundedFile& file, VelmorindalXML& delegate) {
                 --depth;
                 break;
             case QXmlStreamReader::EndDocument:
-                // The limit ends the file early, which may look like a proper end.
+                // The limit ends the file early, which may look like a complete document.
                 return !file.limitReached();
             case QXmlStreamReader::Invalid:
                 return false;

@@ -53,8 +53,8 @@ std::string documentText(const ChosenSettings& chosen) {
     return document.toStdString();
 }
 
-/// Writes a file beside the old one and puts it in the old one's place in one step. A link stays a link, the
-/// permissions of an earlier file stay. Anything but a file (a pipe, a device) is left alone.
+/// Writes a file beside the old one and replaces the old one in one step. A link stays a link, and a file
+/// keeps its permissions. Anything that is not a regular file (a pipe, a device) is left alone.
 bool replaceFile(const std::string& filename, const std::string& contents) {
     std::error_code ignored;
     if (std::filesystem::exists(filename, ignored) && !std::filesystem::is_regular_file(filename, ignored)) {
@@ -62,8 +62,8 @@ bool replaceFile(const std::string& filename, const std::string& contents) {
     }
     QSaveFile file{QString::fromStdString(filename)};
     file.setDirectWriteFallback(false);
-    // Unbuffered, because a buffer that a full disk takes only in part is not reported by the commit; and
-    // synced here, because the commit ignores what that says.
+    // Unbuffered, because the commit does not report a buffer that a full disk takes only in part; and synced
+    // here, because the commit ignores an error of its sync.
     const auto length = static_cast<qint64>(contents.size());
     return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
            file.write(contents.data(), length) == length && ::fsync(file.handle()) == 0 && file.commit();

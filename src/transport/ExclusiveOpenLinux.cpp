@@ -11,32 +11,33 @@
 namespace velmorindal {
 namespace {
 
-/// Programs keep each other away in two ways, and each knows only its own: a lock on the node, or the
-/// terminal's exclusive mode. Both are looked at and both are taken.
+/// Programs claim a port in one of two ways, a lock on the node or the terminal's exclusive mode, and check
+/// only their way. So this checks both and takes both.
 ///
 /// @returns false with the reason in `errno`.
 bool takeExclusiveUse(int descriptor) {
-    // The lock comes first: of two programs that do the same as this one, only its owner goes on to the mode.
+    // The lock comes first: of two programs that do as this one does, only the owner of the lock goes on to
+    // the mode.
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         errno = errno == EWOULDBLOCK ? EBUSY : errno;
         return false;
     }
-    // The system itself turns away later openers of an exclusive terminal, but never the superuser.
+    // The system refuses to open an exclusive terminal, but not to the superuser.
     int heldElsewhere = 0;
     if (::ioctl(descriptor, TIOCGEXCL, &heldElsewhere) == 0 && heldElsewhere != 0) {
         errno = EBUSY;
         return false;
     }
-    // Before the mode: what the device sends meanwhile would go back to it.
+    // Before the mode is set: until then what the device sends goes back to it.
     stopEcho(descriptor);
-    // A node that is not a terminal has no such mode; the lock is all there is.
+    // A node that is not a terminal has no such mode, only the lock.
     return ::ioctl(descriptor, TIOCEXCL) == 0 || errno == ENOTTY;
 }
 
 }  // namespace
 
 int openExclusively(const std::string& path, int accessMode) {
-    // Without O_NONBLOCK the open of a line waits for its carrier, and that of a pipe for the other end.
+    // Without O_NONBLOCK the open of a line waits for its carrier, and that of a pipe for its other end.
     const int descriptor = ::open(path.c_str(), accessMode | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor == -1 || takeExclusiveUse(descriptor)) {
         return descriptor;
@@ -48,8 +49,8 @@ int openExclusively(const std::string& path, int accessMode) {
 }
 
 void endExclusiveUse(int descriptor) {
-    // The lock ends with the descriptor; the mode belongs to the terminal. A pseudo-terminal lives on while
-    // its master is open, and would stay exclusive, and so unusable, after the last close.
+    // The lock ends with the descriptor, but the mode belongs to the terminal. A pseudo-terminal exists as
+    // long as its master is open, and would stay exclusive, and so unusable, after the last close.
     ::ioctl(descriptor, TIOCNXCL);
 }
 

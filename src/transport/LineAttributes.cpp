@@ -45,12 +45,12 @@ termios lineAttributes(termios current, const SerialSettings& settings) {
     cfsetispeed(&attributes, entryFor(speeds, settings.receiveRate));
     cfsetospeed(&attributes, entryFor(speeds, settings.transmitRate));
 
-    // One-sided on purpose: parity that an earlier user of the line switched on is not switched off.
+    // Parity is only added on purpose: what an earlier user of the line has set stays set.
     attributes.c_cflag |= entryFor(parities, settings.parityType);
     setBits(attributes.c_cflag, CSTOPB, settings.sendTwoStopBits);
     setBits(attributes.c_cflag, CSIZE, false);
     setBits(attributes.c_cflag, entryFor(characterSizes, settings.dataBitsSize), true);
-    // Both directions in one: clear-to-send for what goes out, request-to-send for what comes in.
+    // Both directions: clear-to-send for output, request-to-send for input.
     setBits(attributes.c_cflag, CRTSCTS, settings.useHardwareFlowControl);
     setBits(attributes.c_cflag, CREAD | CLOCAL, true);
 

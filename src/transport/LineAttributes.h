@@ -6,15 +6,14 @@
 
 namespace velmorindal {
 
-/// The attributes that a line with the attributes `current` gets from `settings`: raw bytes, neither echo nor
-/// signals, the receiver on and the modem control lines ignored.
+/// The attributes `current` of a line, changed as `settings` say: raw bytes, no echo, no signals, the
+/// receiver on and the modem control lines ignored.
 ///
-/// Touches no descriptor. Parity is only ever added: parity bits set in `current` stay set. Every control
-/// character becomes 0 except VMIN and VTIME. `minimumBytesToRead` or `timeout` outside 0..255 stops the
-/// process.
+/// Makes no system call. Parity is only added: parity bits set in `current` stay set. Every control character
+/// becomes 0 except VMIN and VTIME. A `minimumBytesToRead` or `timeout` outside 0..255 stops the process.
 termios lineAttributes(termios current, const SerialSettings& settings);
 
-/// Whether two lines are configured alike in all that lineAttributes() sets.
+/// Whether two lines have the same flags, control characters and speeds.
 bool sameAttributes(const termios& one, const termios& other);
 
 }  // namespace velmorindal

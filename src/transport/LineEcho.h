@@ -2,10 +2,10 @@
 
 namespace velmorindal {
 
-/// Makes a line hand on what arrives byte by byte and send none of it back. Does nothing to a descriptor that
-/// is not a terminal.
+/// Makes a line deliver what arrives byte by byte, without echo. Does nothing to a descriptor that is not
+/// a terminal.
 ///
-/// A line that has not been configured yet echoes, and a device may speak as soon as its line is opened.
+/// A line that is not configured yet echoes, and a device may send as soon as its line is opened.
 void stopEcho(int descriptor);
 
 }  // namespace velmorindal

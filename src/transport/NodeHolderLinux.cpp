@@ -31,7 +31,7 @@ std::optional<NodeHolder> holderWithNumber(pid_t process) {
     if (!std::getline(file, program)) {
         return std::nullopt;
     }
-    // The system cuts that name after fifteen bytes; the command line has the whole one.
+    // The system cuts that name after 15 bytes; the command line usually has the whole one.
     std::ifstream arguments{folder + "/cmdline"};
     std::string command;
     std::getline(arguments, command, '\0');
@@ -53,7 +53,7 @@ bool isTheNode(const std::string& file, const struct stat& node) {
            numberIn<ino_t>(text.substr(afterMinor + 1)) == node.st_ino;
 }
 
-/// Every process may see who holds a lock.
+/// Works for every user: the owners of locks are public.
 std::optional<NodeHolder> ownerOfTheLock(const struct stat& node) {
     std::ifstream locks{"/proc/locks"};
     for (std::string line; std::getline(locks, line);) {
@@ -78,7 +78,7 @@ bool hasOpen(const fs::path& process, const fs::path& node) {
     std::error_code unreadable;
     for (fs::directory_iterator entry{process / "fd", unreadable};
          !unreadable && entry != fs::directory_iterator{}; entry.increment(unreadable)) {
-        // By name: to look at the file itself may wait for another computer.
+        // Compares names: access to the file itself may have to wait for another computer.
         if (fs::read_symlink(entry->path(), unreadable) == node) {
             return true;
         }

@@ -23,7 +23,7 @@ std::string_view caseName(PortError error) {
 }
 
 const char* PortException::what() const noexcept {
-    // Every name is a literal, and so ends in a zero byte.
+    // Every name is a literal, so it ends in a zero byte.
     return caseName(error).data();
 }
 

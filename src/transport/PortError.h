@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// Why an operation of a SerialPort did not happen.
+/// Why an operation of a SerialPort failed.
 enum class PortError : std::int32_t {
     failedToOpen = -1,                   ///< the system refused to open the node, or another process holds it
     invalidPath = 0,                     ///< the path is empty
@@ -19,8 +19,10 @@ enum class PortError : std::int32_t {
     deviceNotConnected = 5,              ///< the device node has vanished
 };
 
+/// The case's name as it is spelled here; "unnamed" for a value outside the cases.
 std::string_view caseName(PortError error);
 
+/// Thrown by the operations of a SerialPort.
 class PortException : public std::exception {
   public:
     explicit PortException(PortError portError, std::string devicePath = {}, int systemReason = 0)
@@ -30,9 +32,9 @@ class PortException : public std::exception {
     const char* what() const noexcept override;
 
     PortError error;
-    /// The port's; empty where the error is not about one.
+    /// The path of the port; empty for an error that has none.
     std::string path;
-    /// The system's own number for it (`errno`), 0 where the system had no part in it.
+    /// The system's error number (`errno`); 0 if the error is not from the system.
     int systemError;
 };
 

@@ -18,7 +18,7 @@
 namespace velmorindal {
 namespace {
 
-/// What poll() is to wait: rounded up, so that the time has come when it returns.
+/// The timeout for poll(), rounded up, so that `until` has come when it returns.
 int pollTimeout(std::optional<System::Clock::time_point> until) {
     if (!until) {
         return -1;
@@ -27,7 +27,7 @@ int pollTimeout(std::optional<System::Clock::time_point> until) {
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
 }
 
-/// The kernel waits in close() for output that the device has not taken.
+/// close() waits in the kernel for output that the device has not taken.
 bool hasOutputWaiting(int descriptor) {
     int waiting = 0;
     return ::ioctl(descriptor, TIOCOUTQ, &waiting) == 0 && waiting > 0;
@@ -69,13 +69,13 @@ void PosixSystem::close(int descriptor) {
         ::close(descriptor);
         return;
     }
-    // The thread may start late, and until its close has begun the lock would turn away our own next open.
-    // From then on an open waits inside the system until the close has ended.
+    // Until the thread has begun to close, which may be late, the lock would refuse our own next open. After
+    // that an open waits in the kernel until the close has ended.
     ::flock(descriptor, LOCK_UN);
     try {
         std::thread{[descriptor] { ::close(descriptor); }}.detach();
     } catch (const std::system_error&) {
-        // No threads are left.
+        // No thread can be started.
         ::close(descriptor);
     }
 }

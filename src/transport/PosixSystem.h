@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-/// The operating system itself. Has no state: any number of them are the same.
+/// The operating system itself. It has no state: all objects are equivalent.
 class PosixSystem : public System {
   public:
     Clock::time_point now() override;

@@ -13,12 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A file at its end, and a line in the moment between being hung up and losing its node, answer every read
-/// at once with nothing.
+/// A file at its end, and a line between its hang-up and the removal of its node, return nothing from every
+/// read at once.
 constexpr auto restAfterNothing = 5ms;
-/// How often the line is tried without its having said that it is ready. Another program may have set how
-/// many bytes make it ready to read; and a driver may call a line ready to write long after it has room
-/// again.
+/// The longest wait before a line is tried although it has not become ready. Another program may have changed
+/// how many bytes make it ready to read, and a driver may report room long after there is some.
 constexpr auto longestWait = 100ms;
 /// The unit of VTIME.
 constexpr auto tenthOfASecond = 100ms;
@@ -32,9 +31,9 @@ int accessMode(bool toReceive, bool andTransmit) {
 
 }  // namespace
 
-/// A descriptor that several threads may be using. Told to close, it closes once the last of them has let go
-/// of it, so that its number cannot be given to another file while a read with that number is under way.
-/// Never told, it stays open.
+/// A descriptor that several threads may use. After closeAfterLastUse() it is closed when the last of them
+/// releases it, so that another file cannot get its number while a read is running. Without that call it
+/// stays open.
 class SerialPort::Descriptor {
   public:
     Descriptor(int descriptorNumber, System& system) : number{descriptorNumber}, system_{system} {}
@@ -48,8 +47,8 @@ class SerialPort::Descriptor {
     }
 
     void closeAfterLastUse() {
-        // At once, and not with the close: the process may end before its last reader returns, and from here
-        // on somebody else may take the terminal, whose exclusive use is no longer ours to end.
+        // Now, and not with the close: the process may end before its last reader returns, and later another
+        // program may have taken the terminal.
         if (number != -1) {
             system_.endExclusiveUse(number);
         }
@@ -109,7 +108,7 @@ void SerialPort::setSettings(const SerialSettings& settings) {
     system_.setLineAttributes(descriptor->number, attributes);
     timeout_ = settings.timeout;
     minimumBytesToRead_ = settings.minimumBytesToRead;
-    // As the system has them: a driver need not take all that it is told.
+    // As the system reports them: a driver need not accept all settings.
     const bool known = system_.lineAttributes(descriptor->number, attributes);
     attributes_ = known ? std::optional{attributes} : std::nullopt;
 }
@@ -130,7 +129,7 @@ void SerialPort::closePort() {
 }
 
 std::ptrdiff_t SerialPort::readBytes(std::span<std::uint8_t> buffer) {
-    // Before any wait: the system refuses a read from a port that is open for writing alone.
+    // Reads before the first wait, so that a port open only for writing fails at once.
     moreMayBeThere_ = true;
     std::optional<TimePoint> end;
     if (minimumBytesToRead_ == 0) {
@@ -149,8 +148,8 @@ std::ptrdiff_t SerialPort::readBytes(std::span<std::uint8_t> buffer) {
 std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffer,
                                                    std::optional<TimePoint> end) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
-    // The node of a device that was pulled out loses its name, and with it its one link. A descriptor that
-    // cannot be asked, -1 above all, counts as vanished: reading on would never end without a deadline.
+    // The node of a device that was unplugged loses its one link. A descriptor without a link count, such as
+    // -1, counts as vanished: without a deadline, reading on would never end.
     if (system_.linkCount(descriptor->number) != 1U) {
         throw PortException{PortError::deviceNotConnected, path};
     }
@@ -177,8 +176,8 @@ ByteBuffer SerialPort::readData(std::size_t length) {
     std::size_t received = 0;
     TimePoint turn = system_.now();
     while (received < length && (!deadline || turn < *deadline)) {
-        // Nothing there yet and an interrupted read are the same here: another turn, and with it another look
-        // at whether the port is still open and the device still there.
+        // After an interrupted read, or one without data, another turn checks again whether the port is open
+        // and the device is there.
         const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline).value_or(0);
         if (count > 0) {
             received += static_cast<std::size_t>(count);

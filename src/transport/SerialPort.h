@@ -20,10 +20,10 @@ namespace velmorindal {
 
 /// A serial device node: opened exclusively, configured through termios, read and written as raw bytes.
 ///
-/// Every operation blocks its caller, and none for longer than it says, whatever other programs do with the
-/// line meanwhile. One thread at a time reads, writes, opens and configures; closePort() and fileDescriptor()
-/// alone may be called from any thread at any moment, so that a port can be closed under a reader. Dropping
-/// the object does not close the descriptor: call closePort() for that.
+/// Every operation blocks its caller, but not for longer than it says, whatever other programs do with the
+/// line. Only one thread at a time may read, write, open and configure. closePort(), fileDescriptor() and
+/// timeout() may be called from any thread at any time, so that a port can be closed during a read. The
+/// destructor does not close the descriptor: call closePort() for that.
 class SerialPort {
   public:
     /// `system` must outlive the port.
@@ -32,43 +32,45 @@ class SerialPort {
     SerialPort& operator=(const SerialPort&) = delete;
     ~SerialPort();
 
+    /// The device node.
     const std::string path;
 
-    /// The descriptor; absent while closed, -1 after an open that failed.
+    /// The descriptor; nothing while closed, -1 after an open that failed.
     std::optional<int> fileDescriptor() const;
 
-    /// The deadline of readData in whole seconds, 0 for none, as setSettings left it.
+    /// The deadline of readData() and of writes in whole seconds, 0 for none, as setSettings() has set it;
+    /// 0 before.
     int timeout() const;
 
-    /// Opens for both directions.
+    /// Opens for both directions, as the other openPort().
     void openPort();
 
-    /// Opens `path` exclusively: a node that another process holds is refused. From here on the line echoes
-    /// nothing.
+    /// Opens `path` exclusively: a node that another process holds is refused. The line no longer echoes. A
+    /// descriptor from an earlier open is dropped without a close.
     ///
-    /// @param whenSlow called once, on another thread, when the system holds the call for long: another
-    ///        process is still closing the port.
+    /// @param whenSlow called once, on another thread, when the call takes longer than System::slowOpen:
+    ///        another process is still closing the port, which may take half a minute.
     /// @throws PortException invalidPath, then mustReceiveOrTransmit, both before the file system is touched;
     ///         failedToOpen with the system's reason, after which fileDescriptor() is -1, reads throw
     ///         deviceNotConnected and writes return -1.
     void openPort(bool toReceive, bool andTransmit, const std::function<void()>& whenSlow = {});
 
-    /// Configures the line. Does nothing while closed. What the system refuses is not reported.
+    /// Configures the line. Does nothing while closed. Settings that the system refuses are not reported.
     ///
-    /// Parity bits that are already set stay set. `minimumBytesToRead` or `timeout` outside 0..255 stops the
-    /// process.
+    /// Parity bits that are already set stay set. A `minimumBytesToRead` or `timeout` outside 0..255 stops
+    /// the process.
     void setSettings(const SerialSettings& settings);
 
-    /// Puts the line back to what setSettings() made of it, if another program has changed it since.
+    /// Restores the settings of setSettings() if another program has changed them since.
     void renewSettings();
 
-    /// Closes the descriptor, if there is one, and makes it absent. Safe to repeat; never waits: a read or
-    /// write that is still inside the system keeps the descriptor alive until it returns, and output that the
-    /// device does not take is waited for elsewhere.
+    /// Closes the port. Safe to repeat. Never waits: a read or write that is running in another thread keeps
+    /// the descriptor open until it returns, and another thread waits for output that the device does
+    /// not take.
     void closePort();
 
-    /// One read of up to `buffer.size()` bytes, after waiting for the first as VMIN and VTIME of the settings
-    /// say: with `minimumBytesToRead` 0 for `timeout` tenths of a second, otherwise without end.
+    /// One read of up to `buffer.size()` bytes. Waits for the first byte as VMIN and VTIME of the settings
+    /// say: with a `minimumBytesToRead` of 0 for `timeout` tenths of a second, otherwise without a deadline.
     ///
     /// @returns what the system's read returned, -1 included; 0 when nothing came.
     /// @throws PortException mustBeOpen when closed, deviceNotConnected when the device node has vanished.
@@ -81,21 +83,24 @@ class SerialPort {
     ByteBuffer readData(std::size_t length);
 
     /// Writes all of `bytes`, waiting for room until timeout() whole seconds have passed since the call; 0
-    /// waits without end. A vanished node is not looked for.
+    /// waits without a deadline. Does not check whether the node has vanished.
     ///
-    /// @returns how many bytes were taken, fewer than all only when the time passed first or the system
-    ///          refused; -1 when it refused the very first or there was no room for one.
+    /// @returns how many bytes were taken, fewer than all only when the deadline passed first or the system
+    ///          refused the rest; -1 when not even one was taken.
     /// @throws PortException mustBeOpen when closed.
     std::ptrdiff_t writeBytes(std::span<const std::uint8_t> bytes);
 
     /// As writeBytes.
     std::ptrdiff_t writeData(std::span<const std::uint8_t> bytes);
 
-    /// readData(length) as text. @throws PortException also stringsMustBeUTF8.
+    /// readData(length) as text.
+    ///
+    /// @throws PortException as readData() does; stringsMustBeUTF8 when the bytes are not UTF-8. They are
+    ///         lost then.
     std::string readString(std::size_t length);
 
-    /// Reads byte by byte up to `terminator`, which is consumed and not returned. Waits for it without a
-    /// deadline.
+    /// Reads byte by byte up to `terminator`, which is read and not returned. Waits for it without
+    /// a deadline.
     ///
     /// @throws PortException as readBytes does; unableToConvertByteToCharacter on a byte of 0x80 or above.
     std::string readUntilChar(char terminator);
@@ -106,15 +111,18 @@ class SerialPort {
     /// Waits for one byte without a deadline. @throws PortException as readBytes does.
     std::uint8_t readByte();
 
-    /// One byte as a Unicode scalar value, 0 to 0xFF.
+    /// readByte() as a Unicode scalar value, 0 to 0xFF. @throws PortException as readByte() does.
     char32_t readChar();
 
-    /// Writes UTF-8 text as it is. @throws PortException stringsMustBeUTF8 before anything is written;
-    /// mustBeOpen.
+    /// Writes UTF-8 text as it is.
+    ///
+    /// @returns as writeBytes().
+    /// @throws PortException stringsMustBeUTF8 before anything is written; mustBeOpen.
     std::ptrdiff_t writeString(std::string_view text);
 
     /// Writes a scalar value as 1 to 4 bytes of UTF-8.
     ///
+    /// @returns as writeBytes().
     /// @throws PortException stringsMustBeUTF8 for a surrogate or a value above 0x10FFFF; mustBeOpen.
     std::ptrdiff_t writeChar(char32_t scalar);
 
@@ -122,30 +130,30 @@ class SerialPort {
     class Descriptor;
     using TimePoint = System::Clock::time_point;
 
-    /// One read, after waiting for the line for a short while, but not past `end`.
-    /// @returns what the system's read returned; nothing when there was nothing to read.
+    /// One read, after a short wait for the line that does not go past `end`.
+    /// @returns what the system's read returned, or nothing when there was nothing to read.
     /// @throws PortException as readBytes does.
     std::optional<std::ptrdiff_t> readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> end);
-    /// Waits until the line is ready, or for a short while. @returns false when `until` has come.
+    /// Waits until the line is ready, but only for a short time. @returns false when `until` has come.
     bool waitAWhile(int descriptor, System::Readiness readiness, std::optional<TimePoint> until);
-    /// When an operation that starts now has to end; nothing without a timeout.
+    /// When an operation that starts now must end; nothing without a deadline.
     std::optional<TimePoint> deadlineFromNow() const;
 
     std::shared_ptr<Descriptor> currentDescriptor() const;
     /// As currentDescriptor. @throws PortException mustBeOpen when closed.
     std::shared_ptr<Descriptor> openDescriptor() const;
-    /// Puts `next` in place, which may be nothing, and hands out what was there.
+    /// Replaces the descriptor by `next`, which may be null, and returns the old one.
     std::shared_ptr<Descriptor> exchangeDescriptor(std::shared_ptr<Descriptor> next);
 
     System& system_;
     mutable Mutex mutex_;
     std::shared_ptr<Descriptor> descriptor_ GUARDED_BY(mutex_);
     std::atomic<int> timeout_{0};
-    /// VMIN of the settings; of a line that has none yet, the system's own.
+    /// VMIN of the settings; before those, the default of the system.
     int minimumBytesToRead_ = 1;
-    /// What setSettings() made of the line; nothing where it is not known.
+    /// The attributes after setSettings(); nothing if they are not known.
     std::optional<termios> attributes_;
-    /// The last read was filled, so that the next one need not wait first.
+    /// The last read filled its buffer, so the next one need not wait first.
     bool moreMayBeThere_ = false;
 };
 

@@ -32,7 +32,7 @@ std::string SerialPort::readUntilChar(char terminator) {
     std::string text;
     while (true) {
         const std::uint8_t byte = readByte();
-        // What is left is below 0x80, and so UTF-8 whatever its order.
+        // Bytes below 0x80 are UTF-8 in any order.
         if (byte >= 0x80) {
             throw PortException{PortError::unableToConvertByteToCharacter};
         }

@@ -25,18 +25,20 @@ enum class BaudRate {
     baud230400,
 };
 
+/// Data bits in a character.
 enum class DataBitsSize { bits5, bits6, bits7, bits8 };
 
+/// The parity bit of a character.
 enum class ParityType { none, even, odd };
 
-/// How a line is configured. Aggregate, so that call sites name what they set.
+/// The settings of a line. An aggregate, so that callers name what they set.
 struct SerialSettings {
     BaudRate receiveRate;
     BaudRate transmitRate;
-    /// VMIN: with 0 a read gives up after its wait, with more it goes on until something comes; 0..255.
+    /// VMIN, 0..255: with 0 a single read ends after its wait, otherwise it waits until something comes.
     int minimumBytesToRead;
-    /// One number with two uses: VTIME, the wait of a single read in tenths of a second, and the deadline of
-    /// SerialPort::readData in whole seconds, where 0 means none; 0..255.
+    /// One number with two uses, 0..255: VTIME, the wait of a single read in tenths of a second, and the
+    /// deadline of SerialPort::readData() and of writes in whole seconds, where 0 means none.
     int timeout = 0;
     ParityType parityType = ParityType::none;
     bool sendTwoStopBits = false;

@@ -13,7 +13,7 @@ SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<v
         thread_ = std::thread{
             [this, patience, whenSlow = std::move(whenSlow)] { waitForTheEnd(patience, whenSlow); }};
     } catch (const std::system_error&) {
-        // No thread could be started. The call itself matters more than the report that it is slow.
+        // No thread could be started: the call goes on without a report that it is slow.
         return;
     }
 }

@@ -8,13 +8,14 @@
 
 namespace velmorindal {
 
-/// Says that a call takes long: runs `whenSlow` on another thread if the watch still lives after `patience`.
+/// Reports a slow call: runs `whenSlow` once, on another thread, if the watch still exists after `patience`.
 class SlowCallWatch {
   public:
-    /// Watches nothing without a `whenSlow`.
+    /// Does nothing without a `whenSlow`, or if no thread can be started.
     SlowCallWatch(std::chrono::milliseconds patience, std::function<void()> whenSlow);
     SlowCallWatch(const SlowCallWatch&) = delete;
     SlowCallWatch& operator=(const SlowCallWatch&) = delete;
+    /// Waits for a `whenSlow` that is running.
     ~SlowCallWatch();
 
   private:

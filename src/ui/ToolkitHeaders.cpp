@@ -1,1 +1,1 @@
-// Holds nothing: its target reads the headers that all layers of the toolkit share.
+// Empty on purpose: its target precompiles the headers that all layers with the toolkit share.

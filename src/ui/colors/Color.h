@@ -2,7 +2,7 @@
 
 namespace velmorindal {
 
-/// A colour by its parts, each 0 to 1.
+/// A colour in sRGB, each part 0 to 1.
 struct Color {
     double red;
     double green;
@@ -11,8 +11,8 @@ struct Color {
     bool operator==(const Color&) const = default;
 };
 
-/// The colours of the pages. All but the two near-whites stand out at 3 : 1 or more from a light ground, and
-/// so does white upon them.
+/// The colours of the pages. All but white and veryLightGrey have a contrast of 3 : 1 or more with a light
+/// background, and with white text on them.
 namespace colors {
 inline constexpr Color green{.red = 0.13, .green = 0.55, .blue = 0.13};
 inline constexpr Color blue{.red = 0.0, .green = 0.40, .blue = 0.85};

@@ -46,8 +46,8 @@ class AccessibleBar final : public QAccessibleWidget, public QAccessibleValueInt
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
 
-/// A value as it is to be read aloud. From a number alone, the screen readers that come with these versions
-/// of the toolkit read 1.05 as 1.
+/// A value as a screen reader should speak it. From a number alone, the screen readers used with these
+/// versions of the toolkit say 1 for 1.05.
 class ValueText : public QAccessibleAttributesInterface {
   public:
     QList<QAccessible::Attribute> attributeKeys() const final { return {QAccessible::Attribute::Custom}; }
@@ -65,7 +65,8 @@ class ValueText : public QAccessibleAttributesInterface {
 
 #else
 
-/// The toolkit has no place for the text of a value, and no screen reader misses it.
+/// These versions of the toolkit have no text for a value, and the screen readers used with them do not
+/// need it.
 class ValueText {
   protected:
     ~ValueText() = default;
@@ -97,7 +98,7 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
     QString valueText() const override { return QString::number(valueAt(slider_.value()), 'f', 2); }
 
   private:
-    /// Rounded to a ten-thousandth: what is read aloud is 0.3, not 0.30000001192.
+    /// Rounded to four decimals, so that 0.3 is spoken and not 0.30000001192.
     double valueAt(int position) const {
         constexpr double parts = 10000.0;
         return std::round(static_cast<double>(slider_.range().valueAt(position)) * parts) / parts;
@@ -106,15 +107,15 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
     StepSlider& slider_;
 };
 
-/// A pop-up list under its own name. The toolkit's own interface takes the chosen entry for the name.
+/// A pop-up list with its accessible name. The toolkit's interface uses the chosen entry as the name.
 ///
-/// The bus carries no value of a list. What is chosen is known by its text, which cannot be edited, and by
+/// The accessibility bus has no value for a list. Screen readers get the choice as a read-only text and as
 /// the one entry that is selected.
 class AccessibleKeyList final : public QAccessibleWidget, public QAccessibleTextInterface {
   public:
     explicit AccessibleKeyList(KeyList& list) : QAccessibleWidget{&list, QAccessible::ComboBox}, list_{list} {
-        // The toolkit marks the chosen entry only when the list is opened, and announces each mark, also in a
-        // list that is not shown.
+        // The toolkit selects the chosen entry only when the list is opened, and announces each selection,
+        // also in a list that is not shown.
         const auto select = [&list] {
             const QSignalBlocker quiet{list.view()->selectionModel()};
             list.view()->setCurrentIndex(list.model()->index(list.currentIndex(), 0));
@@ -182,7 +183,7 @@ class AccessibleKeyList final : public QAccessibleWidget, public QAccessibleText
     KeyList& list_;
 };
 
-/// There for the eye only.
+/// A text that a screen reader does not speak.
 class UnspokenText final : public QAccessibleWidget {
   public:
     explicit UnspokenText(TextLabel& label) : QAccessibleWidget{&label, QAccessible::StaticText} {}
@@ -194,7 +195,7 @@ class UnspokenText final : public QAccessibleWidget {
     }
 };
 
-/// A text that the program, and not the Tab key, gives the focus.
+/// A text that gets the focus from the program, but not by the Tab key.
 class Heading final : public QAccessibleWidget {
   public:
     explicit Heading(TextLabel& label) : QAccessibleWidget{&label, QAccessible::StaticText}, label_{label} {}
@@ -212,7 +213,7 @@ class Heading final : public QAccessibleWidget {
     const TextLabel& label_;
 };
 
-/// The toolkit makes a button that can stay pressed a check box.
+/// A button with a running state. To the toolkit, a button that can stay pressed is a check box.
 class AccessibleShowButton final : public QAccessibleWidget {
   public:
     explicit AccessibleShowButton(ShowButton& button)
@@ -268,7 +269,7 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
         return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Grouping};
     }
     if (qobject_cast<QStackedWidget*>(object) != nullptr) {
-        // A screen reader would name it a layered pane.
+        // Otherwise a screen reader calls it a layered pane.
         return new QAccessibleWidget{static_cast<QWidget*>(object), QAccessible::Client};
     }
     if (auto* button = qobject_cast<ShowButton*>(object)) {

@@ -2,8 +2,9 @@
 
 namespace velmorindal {
 
-/// Teaches the accessibility layer the controls drawn here: bars and sliders with their real values, and the
-/// pictures. Once, before the first of them is made; repeating it changes nothing.
+/// Registers the accessible interfaces of these controls: bars and sliders with their real values, groups,
+/// key lists, Show buttons, headings, announcements and pictures. Call it before the first of them is
+/// created; repeating it changes nothing.
 void installAccessibleControls();
 
 }  // namespace velmorindal

@@ -3,7 +3,7 @@
 namespace velmorindal {
 
 Announcer::Announcer(QWidget* parent) : QWidget{parent} {
-    // Something that is on the screen, and that neither the eye nor the pointer meets.
+    // It must be on the screen, but can be neither seen nor clicked.
     setGeometry(0, 0, 1, 1);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     for (SpokenText*& text : texts_) {

@@ -6,7 +6,7 @@
 
 namespace velmorindal {
 
-/// One text for a screen reader alone: a notification that is spoken when it becomes shown, without moving
+/// One text only for a screen reader: a notification that is spoken when it is shown, without moving
 /// the focus.
 class SpokenText final : public QWidget {
     Q_OBJECT
@@ -15,17 +15,18 @@ class SpokenText final : public QWidget {
     using QWidget::QWidget;
 };
 
-/// Says texts aloud.
+/// Has texts spoken by a screen reader.
 ///
-/// Each is an object that becomes shown: the versions of Qt and Orca that we support pass on no other
-/// announcement. A screen reader asks for the words only when it comes to them, so every text keeps its
-/// object until many more have been said.
+/// Each text is an object that is shown: the versions of Qt and Orca that we support pass on no other
+/// announcement. A screen reader asks for a text only when it comes to it, so an object keeps its text until
+/// 15 more have been said.
 class Announcer final : public QWidget {
     Q_OBJECT
 
   public:
     explicit Announcer(QWidget* parent);
 
+    /// Hands `text` to the screen reader. Does not wait until it is spoken.
     void say(const QString& text);
 
   private:

@@ -40,7 +40,7 @@ void ChoiceGroup::chooseOnly(std::size_t number) {
 }
 
 void ChoiceGroup::updateFocusPolicies() {
-    // The Tab key comes to one entry; from there the arrow keys lead on.
+    // The Tab key stops at one entry; the arrow keys lead to the others.
     for (QRadioButton* button : buttons_) {
         button->setFocusPolicy(button == entry() ? Qt::StrongFocus : Qt::ClickFocus);
     }

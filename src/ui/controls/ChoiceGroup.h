@@ -8,20 +8,21 @@
 
 namespace velmorindal {
 
-/// Radio buttons of which one is chosen, or none; a screen reader meets a group by the name of the question
+/// Radio buttons of which one is chosen, or none. For a screen reader the group has the name of the question
 /// that they answer.
 class ChoiceGroup : public QWidget {
     Q_OBJECT
 
   public:
-    /// The chosen entry, or the first while none is chosen: where the Tab key comes to.
+    /// The entry where the Tab key stops: the chosen one, or the first while none is chosen. There must
+    /// be one.
     QRadioButton* entry() const;
 
   protected:
     explicit ChoiceGroup(const QString& question);
 
     QRadioButton* add(const QString& label);
-    /// Chooses the entry of that number, or none for one that there is not.
+    /// Chooses the entry with that number, from 0, or none for a number without an entry.
     void chooseOnly(std::size_t number);
 
   private:

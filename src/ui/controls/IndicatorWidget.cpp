@@ -43,7 +43,7 @@ void IndicatorWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(color_);
     painter.drawEllipse(QPointF{}, radius, radius);
     if (muted_) {
-        // A ring says that it is not live.
+        // Drawn as a ring while it is not live.
         painter.setBrush(palette().color(QPalette::Window));
         painter.drawEllipse(QPointF{}, radius - 3, radius - 3);
         return;

@@ -6,7 +6,7 @@
 
 namespace velmorindal {
 
-/// A filled circle that also carries a tick while it is lit, for people who cannot distinguish its colours.
+/// A filled circle with a tick while it is lit, for people who cannot distinguish its colours.
 class IndicatorWidget final : public QWidget {
     Q_OBJECT
 

@@ -18,6 +18,7 @@ class KeyChoiceWidget final : public QWidget {
 
     const OutputPanelView::KeyChoice& choice() const { return choice_; }
 
+    /// Shows the key that the model has now.
     void refresh();
 
   private:

@@ -13,16 +13,17 @@ class KeyList final : public QComboBox {
   public:
     explicit KeyList(const QString& accessibleName, QWidget* parent = nullptr);
 
+    /// The chosen key.
     OutputKey key() const;
     void setKey(OutputKey key);
 
   signals:
-    /// A key press has chosen another entry of the closed list, which no screen reader speaks by itself.
+    /// A key press has chosen another entry of the closed list, which screen readers do not announce.
     void stepped(const QString& entry);
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
-    /// The wheel scrolls the page; it does not change a key that the pointer happens to be over.
+    /// The wheel scrolls the page and does not change the key below the pointer.
     void wheelEvent(QWheelEvent* event) override;
 };
 

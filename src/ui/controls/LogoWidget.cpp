@@ -59,7 +59,7 @@ void LogoWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.save();
     painter.setClipPath(circle);
     painter.fillPath(circle, palette().color(QPalette::Window));
-    // Drawn from the vectors at the screen's own density.
+    // Drawn from its vectors at the screen's resolution.
     paintLogoPicture(painter, QRect{static_cast<int>(center.x()) - side / 2,
                                     static_cast<int>(center.y()) - side / 2, side, side});
     painter.restore();

@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-/// The logo inside a circle with a red outline, set off from the page by a faint white shadow.
+/// The logo inside a circle with a red outline and a faint white shadow.
 class LogoWidget final : public QWidget {
     Q_OBJECT
 

@@ -76,8 +76,8 @@ void ProgressBarWidget::glideTo(double fraction) {
         shownFraction_ = fraction;
         return;
     }
-    // Values can arrive faster than frames: a glide that has not had its first frame yet only changes its
-    // aim, since a glide that is restarted for each value would never move.
+    // Values can arrive faster than frames. A glide that is restarted for each value would never move, so one
+    // that has not shown its first frame yet only gets a new end.
     const bool awaitsFirstFrame = glide_.state() == QAbstractAnimation::Running && glide_.currentTime() == 0;
     if (!awaitsFirstFrame) {
         glide_.stop();
@@ -100,7 +100,7 @@ QSize ProgressBarWidget::minimumSizeHint() const {
 void ProgressBarWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    // Half a pixel in, so that the outline stays inside.
+    // Half a pixel smaller on each side, so that the outline stays inside.
     const QRectF bounds = QRectF{rect()}.adjusted(0.5, 0.5, -0.5, -0.5);
     const QPainterPath track = capsule(bounds);
     if (bar_.backgroundEnabled) {
@@ -110,7 +110,7 @@ void ProgressBarWidget::paintEvent(QPaintEvent* /*event*/) {
         QRectF filled = bounds;
         filled.setWidth(bounds.width() * fraction);
         if (filled.width() > 0.0) {
-            // A fill narrower than the bar is high would stick out of the track's rounded end.
+            // Clipped, since a fill narrower than the bar is high would extend past the track's rounded end.
             painter.fillPath(capsule(filled).intersected(track), color);
         }
     };

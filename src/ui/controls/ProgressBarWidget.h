@@ -8,11 +8,11 @@
 namespace velmorindal {
 
 /// Draws a ProgressBar: a capsule for the track and, over it from the left, a capsule for the fill, which
-/// glides to each new value. However fast values arrive, it is painted once a frame.
+/// glides to each new value. It is painted at most once a frame, however fast values arrive.
 ///
-/// A screen reader meets a progress bar with its value between 0 and the maximum; the name is the widget's
-/// accessible name. It sends no event for a new value, which would be spoken as a bare percentage now and
-/// then: what matters is announced in words.
+/// For a screen reader it is a progress bar with a value between 0 and the maximum, named by the widget's
+/// accessible name. It sends no event for a new value, which would sometimes be spoken as a mere percentage:
+/// important values are announced in words.
 class ProgressBarWidget final : public QWidget {
     Q_OBJECT
 
@@ -20,16 +20,16 @@ class ProgressBarWidget final : public QWidget {
     explicit ProgressBarWidget(const QString& accessibleName, QWidget* parent = nullptr);
 
     const ProgressBar& bar() const { return bar_; }
-    /// `trace` is a second value, drawn behind the bar's own as a paler fill.
+    /// `trace` is a second value, drawn as a paler fill behind that of the bar.
     void setBar(const ProgressBar& bar, double trace = 0.0);
     /// The part of the track that the paler fill takes, 0 to 1.
     double traceFraction() const;
 
-    /// The part of the track that the fill is on its way to, 0 to 1.
+    /// The part of the track that the fill glides to, 0 to 1.
     double targetFraction() const;
-    /// What a screen reader gets: the value in hundredths, 0 to the maximum.
+    /// The value for a screen reader, rounded to hundredths, 0 to the maximum.
     double spokenValue() const;
-    /// The part of the track that is filled on screen at this moment, 0 to 1.
+    /// The part of the track that is filled on the screen now, 0 to 1.
     double shownFraction() const { return shownFraction_; }
 
     QSize sizeHint() const override;

@@ -13,8 +13,8 @@
 
 namespace velmorindal {
 
-/// A radio group bound to a property of the model: one button a choice, top to bottom. While the property has
-/// a value that is no choice, none is chosen.
+/// A radio group bound to a property of the model: one button for each choice, top to bottom. While the
+/// property has a value without a button, none is chosen.
 template <typename Value>
 class RadioGroup final : public ChoiceGroup {
   public:
@@ -35,6 +35,7 @@ class RadioGroup final : public ChoiceGroup {
         refresh();
     }
 
+    /// Shows the value that the property has now.
     void refresh() {
         const auto chosen = std::ranges::find(values_, property_.get());
         chooseOnly(static_cast<std::size_t>(chosen - values_.begin()));

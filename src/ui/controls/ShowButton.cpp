@@ -17,7 +17,7 @@ void ShowButton::initStyleOption(QStyleOptionButton* option) const {
     QPushButton::initStyleOption(option);
     if (running_) {
         option->state |= QStyle::State_On;
-        // In any palette, also where the style only darkens what is pressed.
+        // Visible in any palette, also where the style only darkens a pressed button.
         option->palette.setColor(QPalette::Button, look::accentColor());
         option->palette.setColor(QPalette::ButtonText, Qt::white);
     }

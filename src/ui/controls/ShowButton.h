@@ -4,8 +4,8 @@
 
 namespace velmorindal {
 
-/// Starts a display and stops it. It looks pressed while its display runs, which its accessible description
-/// says too. It sends no event for that: the page announces it.
+/// A button that starts and stops a display. It looks pressed while its display runs, and its accessible
+/// description says so. It sends no event for that: `Announcements` does it.
 class ShowButton final : public QPushButton {
     Q_OBJECT
 

@@ -8,7 +8,7 @@ namespace velmorindal {
 
 /// A horizontal slider over the positions of a SliderRange. Arrow keys move one step, the page keys ten.
 ///
-/// A screen reader meets the real value with its range and step, not the number of the position.
+/// A screen reader gets the real value with its range and step, not the number of the position.
 class StepSlider final : public QSlider {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ class StepSlider final : public QSlider {
     const SliderRange& range() const { return range_; }
 
   protected:
-    /// The wheel scrolls the page; it does not change a threshold that the pointer happens to be over.
+    /// The wheel scrolls the page and does not change the threshold below the pointer.
     void wheelEvent(QWheelEvent* event) override;
 
   private:

@@ -13,7 +13,7 @@ TextLabel::TextLabel(TextRole role, QWidget* parent) : QLabel{parent}, role_{rol
     setTextFormat(Qt::PlainText);
     setWordWrap(role != TextRole::Label && role != TextRole::Plain);
     QSizePolicy policy{QSizePolicy::Preferred, QSizePolicy::Minimum};
-    // The toolkit would set it with the first text; room is kept before that.
+    // Set now, since layouts keep room before the first text, with which the toolkit would set it.
     policy.setHeightForWidth(wordWrap());
     setSizePolicy(policy);
     followApplicationFont();

@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// What a text is on its page; the font follows from it.
+/// What a text is for; the font follows from it.
 enum class TextRole {
     Title,
     DialogTitle,  ///< drawn as a title; a screen reader takes it from the dialog's window instead
@@ -18,7 +18,8 @@ enum class TextRole {
     Label,    ///< names the text beside it, on one line
 };
 
-/// A text of a page: plain, wrapped, in a font that follows the application's.
+/// A plain text on a page, wrapped except for Plain and Label, in a font that follows that of
+/// the application.
 class TextLabel final : public QLabel {
     Q_OBJECT
 
@@ -26,27 +27,28 @@ class TextLabel final : public QLabel {
     explicit TextLabel(TextRole role, QWidget* parent = nullptr);
     TextLabel(TextRole role, std::string_view utf8, QWidget* parent = nullptr);
 
-    /// Shows `utf8`; a text that already stands there is left alone, so that a screen reader hears it once.
+    /// Shows `utf8`. Does nothing if it is shown already, so that a screen reader announces it once.
     void showText(std::string_view utf8);
 
     TextRole role() const { return role_; }
 
-    /// Makes it the place for the focus of a page that is read and not used.
+    /// Makes it the place for the focus on a page that is mainly read. Call it before the first text is set.
     void makeHeading() { isHeading_ = true; }
     bool isHeading() const { return isHeading_; }
 
-    /// Keeps this wide at least, so that a number that comes and goes moves nothing.
+    /// Keeps at least the width of `text`, so that the layout does not move when a number appears
+    /// or disappears.
     void keepRoomFor(const QString& text);
-    /// Sets the texts that may stand here at other times. They count in the sizes while `count` is set.
+    /// Sets the texts that the label may show at other times.
     void mayShow(std::vector<QString> texts);
+    /// While `count` is set, the sizes have room for every text of mayShow().
     void countEveryText(bool count);
 
-    /// Of a wrapped text these are its usual and its least width; its height follows from heightForWidth()
-    /// alone. The toolkit's own answers would break the text into lines several times over for every
-    /// question.
+    /// For a wrapped text, its usual and its smallest width; only heightForWidth() gives its height. The
+    /// toolkit's implementation breaks the text into lines several times in each call.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
-    /// Breaks the text into lines once for each width.
+    /// Breaks the text into lines only once for each width.
     int heightForWidth(int width) const override;
 
   protected:
@@ -63,7 +65,7 @@ class TextLabel final : public QLabel {
     bool countsEveryText_ = false;
     QString roomFor_;
     std::vector<QString> otherTexts_;
-    /// By width, until the text or the way it is drawn changes.
+    /// The heights known for a width, until the text, the font or the style changes.
     mutable std::map<int, int> heights_;
 };
 

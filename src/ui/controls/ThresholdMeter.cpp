@@ -31,7 +31,7 @@ ThresholdMeter::ThresholdMeter(CalibrationPanelView& view, const CalibrationPane
       number_{new TextLabel{TextRole::Plain, this}},
       bar_{new ProgressBarWidget{toQString(barName), this}} {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    // A scale, which the bar and the groove are drawn along from the left.
+    // The scale starts at the left in every language, as bar and groove are drawn.
     setLayoutDirection(Qt::LeftToRight);
     slider_->setAccessibleDescription(toQString(threshold.spokenUnit));
     // The same width in every meter.
@@ -71,7 +71,7 @@ void ThresholdMeter::arrange() {
     const int sliderHeight = slider_->sizeHint().height();
     const int end = width() - numberWidth();
     const double track = end - handle;
-    // The bar begins at 0, the slider where its range does.
+    // The bar begins at 0, the slider at the start of its range.
     const int first =
         static_cast<int>(std::lround(track * threshold_.range.minimum / threshold_.range.maximum));
     slider_->setGeometry(first, 0, end - first, sliderHeight);
@@ -80,7 +80,7 @@ void ThresholdMeter::arrange() {
 }
 
 void ThresholdMeter::paintEvent(QPaintEvent* /*event*/) {
-    // The groove before the slider's least value.
+    // Draws the groove from 0 to the slider's smallest value.
     const int handle = handleWidth(slider_);
     const QRectF groove = look::sliderGroove(slider_->geometry(), handle);
     const QRectF before{handle / 2.0, groove.top(), groove.left() + groove.height() - handle / 2.0,

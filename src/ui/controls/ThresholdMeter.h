@@ -10,9 +10,9 @@ class ProgressBarWidget;
 class StepSlider;
 class TextLabel;
 
-/// A threshold's slider with its number beside it and the bar of live readings under it, on one scale: the
-/// handle stands straight above the point that the fill reaches when a reading equals the threshold. Slider
-/// and bar begin and end together, at zero and at the largest value.
+/// The slider of a threshold with its number beside it and the bar of live readings under it, on one scale
+/// from zero to the largest value: the handle is exactly above the end of the fill when a reading equals
+/// the threshold.
 class ThresholdMeter final : public QWidget {
     Q_OBJECT
 

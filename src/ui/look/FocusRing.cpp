@@ -12,16 +12,16 @@ namespace velmorindal {
 
 namespace {
 
-/// What a focus frame asks of its style. The older versions of the toolkit do not say around what it is, so
-/// the style of the application could not tell.
+/// The style of a focus frame. In older versions of the toolkit the style of the application cannot find out
+/// which control the frame surrounds.
 class RingStyle final : public QCommonStyle {
   public:
     explicit RingStyle(FocusRing* ring) : ring_{ring} { setParent(ring); }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         if (metric == PM_FocusFrameHMargin || metric == PM_FocusFrameVMargin) {
-            // It stays within its control: beyond it, the control's row would cut it off. A text fills its
-            // label to the edge, and has room around it.
+            // The ring stays inside its control, since the control's row would clip it outside. A text fills
+            // its label, and there is room around it.
             const bool aroundText = qobject_cast<const QLabel*>(ring_->widget()) != nullptr;
             return aroundText ? std::max(4, look::spacing() / 2) : 0;
         }
@@ -30,7 +30,7 @@ class RingStyle final : public QCommonStyle {
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
-        // Below its control, the ring would be hidden by any that paints its whole ground.
+        // Below its control, the ring would be hidden by a control that paints its whole background.
         return hint == SH_FocusFrame_AboveWidget ? 1 : QCommonStyle::styleHint(hint, option, widget, data);
     }
 
@@ -47,8 +47,8 @@ FocusRing::FocusRing(QWidget* window) : QFocusFrame{window}, window_{window} {
 }
 
 void FocusRing::follow(QWidget* focused) {
-    // A pop-up list has its own window and shows its current entry itself. The toolkit draws no frame around
-    // a whole window.
+    // A pop-up list is a separate window and marks its current entry. The toolkit draws no frame around a
+    // whole window.
     const bool mine = focused != nullptr && focused->window() == window_;
     setWidget(mine ? focused : nullptr);
 }

@@ -4,12 +4,13 @@
 
 namespace velmorindal {
 
-/// A ring around the control that has the focus, in one window, whatever the style draws there itself: many
-/// styles show the focus faintly, or only after the Tab key.
+/// A ring around the control with the focus, in one window. Many styles show the focus faintly, or only after
+/// the Tab key.
 class FocusRing final : public QFocusFrame {
     Q_OBJECT
 
   public:
+    /// `window` owns the ring.
     explicit FocusRing(QWidget* window);
 
   protected:

@@ -18,14 +18,14 @@ namespace velmorindal {
 namespace {
 
 constexpr double lineWidth = 1.5;
-/// The property of a button that leads from page to page.
+/// The property that marks a button that leads from page to page.
 constexpr auto leadingMark = "leading";
 
 bool isChecked(const QStyleOption& option) {
     return (option.state & QStyle::State_On) != 0;
 }
 
-/// The largest square in the middle of `rect`, inside by half a line.
+/// The largest square in the middle of `rect` whose outline stays inside.
 QRectF squareIn(const QRect& rect) {
     const double side = std::min(rect.width(), rect.height()) - lineWidth;
     QRectF square{0, 0, side, side};
@@ -68,8 +68,8 @@ void drawFrame(const QStyleOption& option, QPainter& painter) {
     painter.drawRoundedRect(QRectF{option.rect}.adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
 }
 
-/// The text with the mark that underlines the letter of the button's shortcut. The button itself has none in
-/// its text, which is its name.
+/// The text with the mark that underlines the letter of the button's shortcut. The text of the button has no
+/// mark, since it is also its accessible name.
 QString withAccessKey(const QPushButton& button, const QString& text) {
     const QKeySequence shortcut = button.shortcut();
     const qsizetype at =
@@ -118,7 +118,8 @@ QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 
 void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
-    // The ring is no child of the window itself while it surrounds what is in a page.
+    // findChild() searches all levels: the ring is a child of the page, not of the window, while it surrounds
+    // a control there.
     if (element == PE_FrameFocusRect && widget != nullptr &&
         widget->window()->findChild<FocusRing*>() != nullptr) {
         return;

@@ -7,16 +7,15 @@ class QStyleOptionSlider;
 
 namespace velmorindal {
 
-/// The desktop's style, but for the marks that many styles draw too faintly or too small: radio buttons,
-/// check boxes, sliders and the frames of buttons stand out from the page at 3 : 1 in every palette and grow
-/// with the font, the text of what cannot be chosen just now can still be read, and the mark of the focus is
-/// left to the FocusRing. What is pressed is high enough to be hit, and a button always underlines its access
-/// key.
+/// The desktop's style, except for marks that many styles draw too faintly or too small. Radio buttons, check
+/// boxes, sliders and the frames of buttons have a contrast of 3 : 1 with the page in every palette and grow
+/// with the font. The text of disabled controls can be read. The focus is marked by the FocusRing only.
+/// Controls are high enough to click, and a button always underlines its access key.
 class LegibleStyle final : public QProxyStyle {
     Q_OBJECT
 
   public:
-    /// `button` leads from page to page, and is higher than what is pressed within a page.
+    /// Marks `button` as one that leads from page to page: it is higher than controls within a page.
     static void markAsLeading(QPushButton& button);
 
     using QProxyStyle::polish;

@@ -36,7 +36,7 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-/// The first of the colours that stands out from the page, or the last.
+/// `wanted` if it stands out from the page, otherwise `otherwise`.
 QColor firstVisible(const QPalette& palette, const QColor& wanted, const QColor& otherwise) {
     constexpr double visible = 3.0;
     return contrast(wanted, palette.color(QPalette::Window)) >= visible ? wanted : otherwise;

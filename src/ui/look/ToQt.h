@@ -8,7 +8,7 @@
 
 namespace velmorindal {
 
-/// Texts are UTF-8 everywhere but in the toolkit.
+/// Texts are UTF-8 everywhere except in the toolkit.
 inline QString toQString(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }

@@ -29,7 +29,7 @@ CalibrationPanelWidget::CalibrationPanelWidget(CalibrationPanelView& view)
     using View = CalibrationPanelView;
     addTitle(View::title);
     addText(View::placement);
-    // Both meters share a column, so that they begin and end at the same places.
+    // Both meters are in one column of the grid, so that they begin and end at the same places.
     grid_->setHorizontalSpacing(2 * look::spacing());
     grid_->setVerticalSpacing(look::spacing());
     grid_->setColumnStretch(0, 1);

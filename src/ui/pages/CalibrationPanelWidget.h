@@ -14,6 +14,7 @@ class IndicatorWidget;
 class ShowButton;
 class ThresholdMeter;
 
+/// The fifth page, as CalibrationPanelView describes it.
 class CalibrationPanelWidget final : public PageWidget {
     Q_OBJECT
 
@@ -30,7 +31,7 @@ class CalibrationPanelWidget final : public PageWidget {
         TextLabel* text;
         TextLabel* reading;
     };
-    /// What belongs to one measurement.
+    /// The controls of one measurement.
     struct Section {
         ShowButton* show = nullptr;
         TextLabel* trouble = nullptr;

@@ -7,6 +7,7 @@ namespace velmorindal {
 
 class ProgressBarWidget;
 
+/// The second page, as ConnectPanelView describes it.
 class ConnectPanelWidget final : public PageWidget {
     Q_OBJECT
 

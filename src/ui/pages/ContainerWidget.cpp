@@ -40,7 +40,7 @@ ContainerWidget::ContainerWidget(ContainerView& view)
     auto* right = new QVBoxLayout;
     right->setSpacing(0);
     right->addWidget(pages_, 1);
-    // In the column of the texts, as the pages lay it out.
+    // Centred and as wide as the texts of the pages.
     auto* below = new QHBoxLayout;
     below->addStretch();
     below->addWidget(buttons_, 1);
@@ -71,8 +71,8 @@ void ContainerWidget::refresh() {
     buttons_->setInset(page.textInset());
     steps_->showCurrent(current);
     buttons_->refresh([this, index] {
-        // First: a page that goes with the focus in it would hand it to whatever comes next, and newer screen
-        // readers say that.
+        // The focus first: a page that is hidden with the focus in it would pass it to the next control,
+        // which newer screen readers announce.
         placeFocus();
         pages_->setCurrentIndex(index);
     });
@@ -136,7 +136,7 @@ void ContainerWidget::measure() {
     for (int i = 0; i < pages_->count(); ++i) {
         width = std::max(width, scroller(i).page().wholeSize(0).width());
     }
-    // A page is scrolled up and down in it. Half of the height is the page's at least.
+    // Room for a page with its vertical scroll bar. The page gets at least half of the height.
     width += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     whole_->setMinimumSize(steps_->sizeHint().width() + width,
                            std::max(steps_->minimumSizeHint().height(), 2 * row.height()));

@@ -14,8 +14,8 @@ class PageScroller;
 class PageWidget;
 class StepColumn;
 
-/// The content of the window: the step column at the left, the current page, and the buttons below it. Where
-/// the window has no room for the names of the steps and for the buttons, all of it scrolls.
+/// The content of the window: the step column at the left, the current page, and the buttons below it. If the
+/// window has no room for the names of the steps and the buttons, all of it scrolls.
 class ContainerWidget final : public QWidget {
     Q_OBJECT
 
@@ -23,21 +23,21 @@ class ContainerWidget final : public QWidget {
     /// `view` must outlive the widget.
     explicit ContainerWidget(ContainerView& view);
 
-    /// Copies the view's answers into the page that is up, the steps and the buttons.
+    /// Updates the current page, the steps and the buttons from the view.
     void refresh();
 
-    /// The smallest size, from `wanted` upwards, at which every page is whole in each of its states. It gets
-    /// wider, and the lines of the pages longer, before it gets higher than `room`.
+    /// The smallest size in pixels, `wanted` or larger, that shows every page whole in each of its states. It
+    /// gets wider before it gets higher than `room`.
     QSize wholeSize(const QSize& wanted, const QSize& room) const;
 
-    /// Measures anew what must have room before it is scrolled, after the font or the style has changed.
+    /// Updates the size below which all of it scrolls. Call it when the font or the style has changed.
     void measure();
 
-    /// Where the focus was put and why.
+    /// Where the focus was put.
     const FocusPlan& focusPlan() const { return plan_; }
 
   protected:
-    /// Enter presses the default button where the control with the focus has no use for it.
+    /// Enter presses the default button unless the control with the focus uses it.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

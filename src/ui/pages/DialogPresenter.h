@@ -9,12 +9,13 @@
 namespace velmorindal {
 
 /// Shows the dialogs that the container has raised, one after the other in its order, modal to the window.
+/// Main thread only.
 class DialogPresenter {
   public:
     /// Both must outlive the presenter.
     DialogPresenter(ContainerView& view, QWidget& window);
 
-    /// Opens, updates or takes away a dialog, as the container's flags say now.
+    /// Opens, updates or closes a dialog, as the container's flags say now.
     void refresh();
 
   private:

@@ -18,14 +18,14 @@ FocusScroller::FocusScroller(QWidget* content, const QString& accessibleName) {
     for (const QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()}) {
         connect(bar, &QScrollBar::rangeChanged, this, &FocusScroller::adaptToRange);
     }
-    // The Tab key scrolls to what it reaches; the arrows within a group, letters and the wizard itself do
-    // not.
+    // The toolkit scrolls when the Tab key moves the focus, but not when arrow keys, access keys or the
+    // program move it.
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*before*/, QWidget* now) { showFocus(now); });
 }
 
 FocusScroller::~FocusScroller() {
-    // The toolkit moves the focus and the bars while it takes the rest of this object apart.
+    // The toolkit moves the focus and the bars while it destroys the rest of this object.
     disconnect(qApp, nullptr, this, nullptr);
     for (const QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()}) {
         disconnect(bar, nullptr, this, nullptr);

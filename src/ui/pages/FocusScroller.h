@@ -5,8 +5,8 @@
 
 namespace velmorindal {
 
-/// Scrolls where there is too little room, and shows whatever gets the focus in it. It takes the keyboard
-/// focus only while there is something to scroll.
+/// Scrolls its content if there is too little room, and scrolls to the control in it that gets the focus.
+/// Takes the focus itself only while there is something to scroll.
 class FocusScroller : public QScrollArea {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ class FocusScroller : public QScrollArea {
     void showFocusOfWindow();
     void showFocus(QWidget* focused);
 
-    /// What is inside gets its place only when the layout has been made.
+    /// Runs out when the layout has been made: only then do the controls have their places.
     QTimer layoutMade_;
 };
 

@@ -24,7 +24,7 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
       heading_{new TextLabel{TextRole::DialogTitle}},
       message_{new TextLabel{TextRole::Body}} {
     const int unit = look::spacing();
-    // A tenth is left to the desktop's bars and the frame.
+    // A tenth of the screen is left to the desktop's bars and the frame.
     const QSize room = screen()->availableSize() * 9 / 10;
     auto* column = new QVBoxLayout{this};
     column->setContentsMargins(3 * unit, 3 * unit, 3 * unit, 2 * unit);
@@ -34,7 +34,7 @@ MessageDialog::MessageDialog(Dialog described, std::function<void(const DialogBu
     column->addWidget(message_);
     column->addSpacing(unit);
     addButtons();
-    // Their heights are laid out for the width of the whole column.
+    // The labels need a fixed width, from which their heights follow.
     const int buttons = column->itemAt(column->count() - 1)->minimumSize().width();
     const int width = std::max(buttons, std::min(look::narrowestLineWidth(), room.width() - 6 * unit));
     heading_->setFixedWidth(width);
@@ -101,7 +101,7 @@ void MessageDialog::reject() {
 }
 
 void MessageDialog::end(const DialogButton& button) {
-    // Hiding it may bring one more press of Escape here.
+    // Hiding the dialog may deliver another press of Escape.
     const auto pressed = std::exchange(pressed_, nullptr);
     done(button.role == DialogRole::destructive ? Accepted : Rejected);
     if (pressed) {

@@ -12,6 +12,7 @@ namespace velmorindal {
 template <typename Value>
 class RadioGroup;
 
+/// The third page, as ModePanelView describes it.
 class ModePanelWidget final : public PageWidget {
     Q_OBJECT
 

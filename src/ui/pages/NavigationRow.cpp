@@ -14,8 +14,8 @@ namespace velmorindal {
 
 namespace {
 
-/// Alt with the first letter, but for Close: C is taken by Cancel, L would be taken for Load's, and O is
-/// Load's.
+/// Alt with the first letter, but for Close with the last: Cancel has C, Load has O, and L could be mistaken
+/// for Load.
 QKeySequence shortcutFor(ButtonOptions option, const QString& label) {
     const QChar letter = option == ButtonOptions::Close ? label.back().toUpper() : label.at(0);
     return {Qt::ALT | static_cast<Qt::Key>(letter.unicode())};
@@ -63,7 +63,7 @@ void NavigationRow::arrange() {
         delete item;
     }
     const auto count = std::ranges::count_if(entries_, [this](const Entry& entry) { return isShown(entry); });
-    // A single button keeps its end of the row: Cancel the left one, any other the right one.
+    // A single button stays at its end of the row: Cancel at the left, any other at the right.
     if (count == 1 && shown_ != ButtonOptions::Cancel) {
         row_->addStretch();
     }
@@ -81,7 +81,7 @@ void NavigationRow::arrange() {
     if (shown_ == ButtonOptions::Cancel) {
         row_->addStretch();
     }
-    // At once: until then a button would stand where the ones before it stood, and a click would miss it.
+    // At once: until then a new button would be at an old place, and a click would miss it.
     row_->activate();
 }
 
@@ -116,7 +116,7 @@ bool NavigationRow::offers(const QWidget* widget) const {
 }
 
 QSize NavigationRow::minimumSizeHint() const {
-    // The most that are shown at a time.
+    // The largest number that is shown at a time.
     constexpr int most = 3;
     QSize button;
     for (const Entry& entry : entries_) {

@@ -11,8 +11,8 @@ class QPushButton;
 
 namespace velmorindal {
 
-/// The buttons below the page, with flexible space between those that are there. Every button is made once
-/// and only shown and hidden. The row keeps its height when it is empty.
+/// The buttons below the page, with flexible space between those that are shown. Every button is created
+/// once, then only shown and hidden. The row keeps its height when it is empty.
 class NavigationRow final : public QWidget {
     Q_OBJECT
 
@@ -20,22 +20,22 @@ class NavigationRow final : public QWidget {
     /// `view` must outlive the row.
     explicit NavigationRow(ContainerView& view);
 
-    /// Shows and hides buttons as the view says. `moveFocus` is called while the new buttons are there
-    /// already and the old ones still are, so that the focus does not pass through other controls on its way.
+    /// Shows and hides buttons as the view says. Calls `moveFocus` after showing the new buttons and before
+    /// hiding the old ones, so that the focus does not pass through other controls.
     void refresh(const std::function<void()>& moveFocus);
 
-    /// Next or Save where there is one.
+    /// Next or Save if one of them is shown, otherwise null.
     QPushButton* defaultButton() const;
-    /// The button of that option where it is there.
+    /// The button of that option if it is shown, otherwise null.
     QPushButton* button(ButtonOptions option) const;
-    /// How far the first and the last button stand from either side.
+    /// Sets the distance in pixels of the first and the last button from the sides.
     void setInset(int inset);
-    /// Whether `widget` is one of the buttons, there or not.
+    /// Whether `widget` is one of the buttons, shown or hidden.
     bool owns(const QWidget* widget) const;
-    /// Whether `widget` is one of the buttons that are there.
+    /// Whether `widget` is one of the buttons that are shown.
     bool offers(const QWidget* widget) const;
 
-    /// Wide and high enough for any set of buttons.
+    /// Large enough for any set of buttons.
     QSize minimumSizeHint() const override;
 
   private:

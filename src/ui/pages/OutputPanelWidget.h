@@ -12,6 +12,7 @@ class KeyChoiceWidget;
 template <typename Value>
 class RadioGroup;
 
+/// The fourth page, as OutputPanelView describes it.
 class OutputPanelWidget final : public PageWidget {
     Q_OBJECT
 

@@ -9,8 +9,8 @@ namespace velmorindal {
 
 namespace {
 
-/// What is scrolled: the page, in the middle of whatever width there is. Its height follows from its width
-/// alone; a layout's least height is that of its texts at their very narrowest.
+/// The content that is scrolled: the page, centred in the available width. It has no minimum height: that of
+/// a layout is for its texts at their narrowest.
 class Surroundings final : public QWidget {
   public:
     explicit Surroundings(QWidget* page) {

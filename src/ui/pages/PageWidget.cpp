@@ -59,7 +59,7 @@ TextLabel* PageWidget::addLabel(TextRole role, std::string_view text) {
         heading_ = label;
         label->makeHeading();
     }
-    // After that: with its first text the toolkit settles what a screen reader meets.
+    // After makeHeading(): the toolkit creates the accessible interface with the first text.
     label->showText(text);
     column_->addWidget(label);
     return label;

@@ -28,7 +28,7 @@ QString withAllowedType(const QString& chosen, const std::vector<std::string>& a
     return chosen + u'.' + toQString(allowedFileTypes.front());
 }
 
-/// Opens `dialog` and calls `answered` once, when it is done: with the file chosen, or with none.
+/// Opens `dialog` and calls `answered` once when it ends, with the chosen file or with nothing.
 void openFor(QFileDialog& dialog, std::function<void(const std::optional<QString>&)> answered) {
     QObject::connect(&dialog, &QFileDialog::finished, &dialog,
                      [&dialog, answered = std::move(answered)](int result) {
@@ -69,7 +69,8 @@ void QtFilePanel::askWhereToSave(const std::vector<std::string>& allowedFileType
     QFileDialog& dialog = makeDialog(QStringLiteral("Save Configuration File"), allowedFileTypes);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    // A native dialog has asked whether to replace what was typed, before a suffix came to it.
+    // Not for a native dialog: it asks about replacing a file with the name as typed, before the suffix
+    // is added.
     if (kind_ == Kind::toolkit && !allowedFileTypes.empty()) {
         dialog.setDefaultSuffix(toQString(allowedFileTypes.front()));
     }

@@ -10,20 +10,20 @@ class QWidget;
 
 namespace velmorindal {
 
-/// Asks for a file with the desktop's file dialog, modal to the window.
+/// Asks for a file with the desktop's file dialog, modal to the window. Main thread only.
 class QtFilePanel final : public FilePanel {
   public:
-    /// Which dialog asks: the desktop's own, or the toolkit's, which a test can reach.
+    /// The desktop's dialog, or that of the toolkit, which a test can operate.
     enum class Kind { native, toolkit };
 
     explicit QtFilePanel(Kind kind = Kind::native) : kind_{kind} {}
 
-    /// The window that the dialog belongs to; it must be set before anything is asked.
+    /// Sets the parent of the dialogs. Call it before asking for a file.
     void setWindow(QWidget& window);
 
     void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes, Completion completion) override;
-    /// A name without one of the allowed extensions is given the first of them. Where there is a file of that
-    /// name already, which the user was not asked about, the panel opens once more with the whole name.
+    /// Adds the first allowed extension to a name without one of them. If a file with that name exists, the
+    /// panel opens again with the whole name, so that the user is asked about replacing it.
     void chooseFileToSave(const std::vector<std::string>& allowedFileTypes, Completion completion) override;
 
   private:

@@ -9,14 +9,15 @@ namespace velmorindal {
 
 class TextLabel;
 
-/// The list of the wizard's steps at the left, with the version at its foot. Keeps its own colours in every
-/// theme.
+/// The list of the wizard's steps at the left, with the version at the bottom. It has the same colours in
+/// every theme.
 class StepColumn final : public QWidget {
     Q_OBJECT
 
   public:
     explicit StepColumn(QWidget* parent = nullptr);
 
+    /// Marks the step of `current`.
     void showCurrent(wizardState current);
 
   private:

@@ -11,6 +11,7 @@ namespace velmorindal {
 
 class ProgressBarWidget;
 
+/// The last page, as SummaryPanelView describes it.
 class SummaryPanelWidget final : public PageWidget {
     Q_OBJECT
 

@@ -5,6 +5,7 @@
 
 namespace velmorindal {
 
+/// The first page, as WelcomePanelView describes it.
 class WelcomePanelWidget final : public PageWidget {
     Q_OBJECT
 

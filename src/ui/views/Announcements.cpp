@@ -43,7 +43,7 @@ void Announcements::missHums() {
 }
 
 void Announcements::sayArrival(wizardState page) {
-    // The name of a group of choices is said with the choice that has the focus.
+    // A screen reader says the name of a group with the choice that has the focus.
     const bool entersGroup = plan_.onArrival() == FocusPlace::firstControl;
     status_.clear();
     progressBegun_ = false;

@@ -11,11 +11,11 @@
 
 namespace velmorindal {
 
-/// What a screen reader is given to say about changes on the page, each once. Main thread only.
+/// Decides what a screen reader says about changes on the page, each once. Main thread only.
 ///
-/// A person with sight sees a new page, a status, a button that went, a hum that ended; a screen reader
-/// speaks only of the focus and of dialogs by itself. Nothing is said while a dialog or a file panel covers
-/// the page, which would cut it off, and nothing of a state that is not there to stay.
+/// A sighted person sees a new page, a status, a button that disappears, a hum that has ended; by itself, a
+/// screen reader speaks only about the focus and dialogs. Nothing is said while a dialog or a file panel
+/// covers the page, which would cut the text off, or about a state that lasts only a moment.
 class Announcements {
   public:
     /// Texts that are said and not shown.
@@ -28,14 +28,14 @@ class Announcements {
         "The duration display is running. The buttons below the page return when it is stopped.";
     static constexpr std::string_view durationStopped = "The duration display has stopped.";
 
-    /// What a screen reader says of the focus by itself is left to it: `plan` knows where the focus is put.
+    /// `plan` knows where the focus was put: what a screen reader says about it by itself is not repeated.
     /// Both must outlive this object.
     Announcements(ContainerView& container, const FocusPlan& plan);
 
-    /// What is to be said now, one text a line, after the page has been refreshed; nothing if there is none.
+    /// The texts to say now, one a line; nothing if there are none. Call it after each refresh of the page.
     std::optional<std::string> due();
 
-    /// Nothing can be said now: a hum that has ended by now is past, and is not said later.
+    /// Drops the hums that have ended by now: call it while nothing can be said.
     void missHums();
 
   private:
@@ -54,7 +54,7 @@ class Announcements {
     const FocusPlan& plan_;
     std::optional<wizardState> page_;
     std::string status_;
-    /// A bar has been announced at its beginning, so its end will be.
+    /// The start of a progress bar has been announced, so its end will be.
     bool progressBegun_ = false;
     bool next_ = false;
     PollingState display_ = PollingState::none;

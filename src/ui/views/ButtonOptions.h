@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-/// A set of navigation buttons, one bit a button.
+/// A set of navigation buttons, one bit for each.
 struct ButtonOptions {
     std::int64_t rawValue = 0;
 

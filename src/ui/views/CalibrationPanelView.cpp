@@ -17,7 +17,7 @@ ProgressBar readingBar(double value, double maximum, bool muted) {
             .foregroundColor = muted ? colors::grey : colors::blue};
 }
 
-/// Rounded, but cut where a reading below the threshold would look as if it had reached it.
+/// Rounded to two decimals, but 0.01 less where a reading below the threshold would look equal to it.
 std::string number(double value, float threshold) {
     constexpr float step = 0.01F;
     const auto reading = static_cast<float>(value);
@@ -55,7 +55,7 @@ void CalibrationPanelView::showDurationPressed() {
 
 void CalibrationPanelView::toggle(PollingState measurement) {
     const PollingState old = velmorindal.pollingState.get();
-    // A run that is only starting counts as the measurement it was begun for.
+    // A run that is only starting counts as its measurement.
     const PollingState running = isStarting() ? begun_ : old;
     const PollingState wanted = running == measurement ? PollingState::none : measurement;
     print("Setting polling state from ", old, wanted);
@@ -70,7 +70,7 @@ void CalibrationPanelView::toggle(PollingState measurement) {
     } else {
         velmorindal.beginDurationPolling();
     }
-    // The run has nothing to announce yet, and may never have.
+    // The run announces nothing yet, and may never do so.
     velmorindal.objectWillChange.announce();
 }
 
@@ -82,7 +82,7 @@ void CalibrationPanelView::stop() {
 }
 
 bool CalibrationPanelView::isStarting() const {
-    // A run that is only starting is processing already, and has no state yet.
+    // A run that is only starting has set bgIsProcessing, but no polling state yet.
     return velmorindal.pollingState.get() == PollingState::none && velmorindal.bgIsProcessing;
 }
 
@@ -104,7 +104,7 @@ std::string_view CalibrationPanelView::troubleWith(PollingState measurement) con
 }
 
 std::optional<std::chrono::milliseconds> CalibrationPanelView::untilNextLook() const {
-    // That a run has ended before it had a state is not announced.
+    // A run that ends before it has a state announces nothing.
     constexpr std::chrono::milliseconds whileStarting{100};
     return isStarting() ? whileStarting : readings_.untilStale();
 }
@@ -157,8 +157,7 @@ std::vector<std::string> CalibrationPanelView::takeHumsInWords() {
 }
 
 CalibrationPanelView::Indicator CalibrationPanelView::clarityIndicator() const {
-    // In the precision of the threshold: the device reports 0.37 as the float just above it, for which a
-    // threshold of 0.37 is reached.
+    // Compared as floats, the type of the threshold: a reported 0.37 reaches a threshold of 0.37.
     const bool reached = static_cast<float>(velmorindal.detectedClarity.get()) >= velmorindal.clarity.get();
     return {.accessibleName = "Clarity indicator",
             .text = "",

@@ -18,27 +18,27 @@
 
 namespace velmorindal {
 
-/// The fifth page: the two thresholds, and live readings to set them by. Main thread only.
+/// The fifth page: the two thresholds, and live readings to help set them. Main thread only.
 ///
-/// The sliders write into the model at once. A value that lies between two steps or outside the range (a
-/// settings file may hold one) is shown at the nearest position and stays as it is until the user moves the
-/// slider.
+/// The sliders change the model at once. A value between two steps or outside the range, which a settings
+/// file may have, is shown at the nearest position and does not change until the user moves the slider.
 class CalibrationPanelView {
   public:
-    /// A filled circle 20 points across.
+    /// A filled circle, 20 device-independent pixels across.
     struct Indicator {
         std::string_view accessibleName;
-        /// The text beside it; empty where there is none.
+        /// The text beside it; may be empty.
         std::string_view text;
         bool lit;
         /// The state in words, for people who cannot see the colour.
         std::string_view description;
-        /// The reading beside it, with its unit; empty where there is none.
+        /// The reading beside it, with its unit; may be empty.
         std::string reading;
-        /// Not live: readings have stopped coming.
+        /// Not live: readings have stopped arriving.
         bool muted = false;
 
         static constexpr int diameter = 20;
+        /// Green while lit and live, otherwise grey.
         Color color() const;
     };
 
@@ -47,7 +47,7 @@ class CalibrationPanelView {
         std::string_view accessibleName;
         SliderRange range;
         Published<float> VelmorindalSwitch::*threshold;
-        /// Follows the number; empty for a threshold without a unit.
+        /// Printed after the number; empty for a threshold without a unit.
         std::string_view unit;
         /// The unit in full, for a screen reader.
         std::string_view spokenUnit;
@@ -61,7 +61,7 @@ class CalibrationPanelView {
 
     /// In the larger font.
     static constexpr std::string_view title = "It's time to calibrate your Velmorindal";
-    /// "hte" is meant to be spelled so.
+    /// "hte" is misspelled on purpose.
     static constexpr std::string_view placement =
         "Please place the device on the user's neck, aligning hte sensor to their vocal cords.";
 
@@ -92,71 +92,74 @@ class CalibrationPanelView {
                                          .spokenUnit = "seconds"};
     static constexpr std::string_view durationBarName = "Duration of last hum";
 
-    /// Beside the readings while they do not come.
+    /// Shown beside the Show button while readings have stopped arriving.
     static constexpr std::string_view staleReadingsText =
         "No readings are arriving. Check that the dongle is plugged in and the Velmorindal is turned on.";
 
-    /// In the same place, when a display has ended unasked, most often because the device did not let it
-    /// start.
+    /// Shown in the same place when a display has ended by itself, usually because the device did not
+    /// start it.
     static constexpr std::string_view couldNotStartText =
         "The display could not start. Check that the dongle is plugged in and the Velmorindal is turned on.";
 
+    /// Whether the Show buttons can be pressed: not while the other display runs.
     bool showClarityEnabled() const;
     bool showDurationEnabled() const;
 
-    /// Starts the display of one measurement, or stops it where it runs or is only just starting. A run of
-    /// the other kind is stopped first. Blocks until a run that is stopped has wound down.
+    /// Starts the display of one measurement, or stops it if it runs or is starting. First stops a run of the
+    /// other kind. Blocks until a stopped run has ended.
     void showClarityPressed();
     void showDurationPressed();
-    /// Stops a run, also one that is only starting, and waits until it has wound down.
+    /// Stops a run, also one that is only starting, and blocks until it has ended.
     void stop();
 
-    /// The position at which a slider stands.
+    /// The position of a slider, from 0.
     int position(const Slider& slider) const;
-    /// The threshold as it is, with its unit: "0.55", "1.00 s".
+    /// The exact threshold with its unit: "0.55", "1.00 s".
     std::string thresholdText(const Slider& slider) const;
-    /// The user has moved a slider. Does nothing at the position where the slider stands already.
+    /// The user has moved a slider. Does nothing if that is its present position.
     void moveSlider(const Slider& slider, int position);
 
+    /// The clarity reported last, 0 to 1.
     ProgressBar clarityBar() const;
-    /// In seconds.
+    /// The duration reported last, 0 to 3 seconds.
     ProgressBar durationBar() const;
-    /// A device reports each hum once, and zero after it. The last hum in seconds stays behind the duration
-    /// bar as a paler fill until the next one or the end of the display; 0 where there is none.
+    /// The last hum in seconds, 0 if there is none. A device reports each hum once, and zero after it, so
+    /// this is shown behind the duration bar as a paler fill until the next hum or the end of the display.
     double lastHum() const;
 
-    /// Whether a display runs and readings have stopped coming: what is shown is not live.
+    /// Whether a display runs and readings have stopped arriving: what is shown is not live.
     bool readingsAreStale() const { return readings_.stale(); }
-    /// Which of the two texts stands beside the button of a measurement; empty for none.
+    /// Which of the two texts is shown beside the button of a measurement; empty for none.
     std::string_view troubleWith(PollingState measurement) const;
-    /// The same for whichever measurement has one.
+    /// The text that is shown for either measurement; empty for none.
     std::string_view trouble() const;
-    /// How many runs have been begun.
+    /// How many runs have been started.
     std::uint64_t runsBegun() const { return runsBegun_; }
-    /// When to ask again, if nothing else happens.
+    /// After what time to refresh the page, if nothing else happens; nothing if that is not needed.
     std::optional<std::chrono::milliseconds> untilNextLook() const;
 
-    /// What each hum that has ended since the last call came to: "1.60 seconds, long".
+    /// The hums that have ended since the last call, in words: "1.60 seconds, long".
     std::vector<std::string> takeHumsInWords();
 
-    /// Lit while the clarity measured reaches the threshold.
+    /// Lit while the measured clarity reaches the threshold.
     Indicator clarityIndicator() const;
-    /// Which kind the last hum counted as: short, long. Neither is lit before the first hum.
+    /// For short and for long hums: lit if the last hum was of that kind. Neither is lit before the
+    /// first hum.
     std::array<Indicator, 2> durationIndicators() const;
 
   private:
     void toggle(PollingState measurement);
     bool isStarting() const;
-    /// The run begun last is over, and the user has not stopped it.
+    /// The run started last has ended, and the user has not stopped it.
     bool endedUnasked() const;
-    /// What the last hum counts as, and how long it was.
+    /// The duration reported now, or the last hum if that is 0; in seconds.
     double heardDuration() const;
 
-    /// The measurement begun last and not stopped: a run that is only starting has not set the model's
+    /// The measurement started last and not stopped: a run that is only starting has not set the model's
     /// `pollingState` yet.
     PollingState begun_ = PollingState::none;
     std::uint64_t runsBegun_ = 0;
-    /// Asking it makes it take in what has come meanwhile.
+    /// Mutable, since its questions first process the latest reading.
     mutable CalibrationReadings readings_;
 };
 

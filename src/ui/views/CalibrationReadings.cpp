@@ -25,7 +25,7 @@ void CalibrationReadings::update() {
         lastHum_ = 0.0;
         clarityHums_ = {};
         anyReading_ = false;
-        // What is pending came before the display changed.
+        // A pending reading belongs to the display before.
         pending_ = false;
         latest_ = clock_();
     }

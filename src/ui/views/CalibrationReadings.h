@@ -13,17 +13,17 @@
 
 namespace velmorindal {
 
-/// What the readings of the running display amount to: the hums that are over, and whether readings still
-/// come.
+/// Evaluates the readings of the running display: the hums that have ended, and whether readings
+/// still arrive.
 ///
-/// Main thread, where the model announces. Every reading is taken in exactly once, also when several
-/// come between two questions.
+/// Main thread only, where the model announces. Every reading counts exactly once, also when several arrive
+/// between two calls.
 class CalibrationReadings {
   public:
     using Time = std::chrono::steady_clock::time_point;
     using Clock = std::function<Time()>;
 
-    /// A hum that is over: its highest clarity, or its length in seconds.
+    /// A hum that has ended: its highest clarity, or its length in seconds.
     struct Hum {
         PollingState measurement;
         double value;
@@ -31,30 +31,30 @@ class CalibrationReadings {
         bool operator==(const Hum&) const = default;
     };
 
-    /// Readings older than this are not shown as live.
+    /// A reading older than this is no longer live.
     static constexpr std::chrono::milliseconds patience{2000};
 
     /// `model` must outlive this object.
     CalibrationReadings(VelmorindalSwitch& model, Clock clock);
 
-    /// The last hum of the running duration display in seconds, 0 before the first and without such a
-    /// display.
+    /// The last hum of the running duration display in seconds; 0 before the first hum, or if none runs.
     double lastHum();
 
-    /// Whether the running display has brought a reading.
+    /// Whether the running display has had a reading.
     bool anyReading();
 
     /// The hums that have ended since the last call, in order.
     std::vector<Hum> takeHums();
 
-    /// Whether a display runs and no reading has come for longer than `patience`.
+    /// Whether a display runs and has had no reading for longer than `patience`.
     bool stale();
-    /// How long a display that runs stays fresh if no reading comes; nothing when none runs or it is stale.
+    /// How long until the running display is stale if no reading comes; nothing when none runs or it
+    /// is stale.
     std::optional<std::chrono::milliseconds> untilStale();
 
   private:
     void noteReading();
-    /// Takes in the reading announced last, which is in place by now, and the begin or end of a display.
+    /// Processes the reading announced last, which the model has by now, and the start or end of a display.
     void update();
 
     VelmorindalSwitch& model_;
@@ -67,7 +67,7 @@ class CalibrationReadings {
     double lastHum_ = 0.0;
     HumDetector clarityHums_;
     std::vector<Hum> hums_;
-    ChangeNotifier::Subscription changes_;  // last: it uses the above
+    ChangeNotifier::Subscription changes_;  // last: its observer uses the members above
 };
 
 }  // namespace velmorindal

@@ -4,7 +4,7 @@
 
 namespace velmorindal {
 
-/// One entry of a radio group or of a pop-up list: what it says and what choosing it sets.
+/// One entry of a radio group or of a pop-up list: its text, and the value that choosing it sets.
 template <typename Value>
 struct Choice {
     std::string_view label;

@@ -14,15 +14,15 @@
 
 namespace velmorindal {
 
-/// The second page: the progress and the result of the connection attempt, and loading a settings file. It
-/// does not start the attempt. Main thread only.
+/// The second page: the progress and the result of the connection attempt, and a button to load a settings
+/// file. It does not start the attempt. Main thread only.
 class ConnectPanelView {
   public:
-    /// `objectWillChange` announces the page's own state. All three must outlive the page.
+    /// `objectWillChange` announces the state of the page. All three must outlive it.
     ConnectPanelView(VelmorindalSwitch& model, FilePanel& filePanel, const ChangeNotifier& objectWillChange);
 
     VelmorindalSwitch& velmorindal;
-    /// The load-error dialog is up.
+    /// The load-error dialog is raised.
     Published<bool> showingAlert;
     Published<std::string> alertTitle;
     Published<std::string> alertMessage;
@@ -35,29 +35,30 @@ class ConnectPanelView {
     static constexpr std::string_view loadLabel = "Load";
     static constexpr std::string_view progressBarName = "Connection progress";
 
+    /// The status line: the connection state in words.
     std::string_view statusText() const;
 
-    /// What the last failure or warning said, to be read again under the status line once its dialog is gone.
-    /// Empty where neither the last file nor the connection had any.
+    /// The text of the last failure or warning, shown under the status line so that it can be read after its
+    /// dialog. Empty if neither the last file nor the connection had one.
     const std::string& lastReason() const { return loadReason_.empty() ? connectionReason_ : loadReason_; }
-    /// Takes the text of a dialog about a failed attempt or write, or of a warning, as the last reason.
+    /// Sets the last reason from the text of a dialog about a failed attempt or write, or of a warning.
     void connectionFailed(std::string_view dialogText);
-    /// For a new connection attempt.
+    /// Clears the last reason, for a new connection attempt.
     void forgetReasons();
-    /// Whether the panel that asks for a file is up.
+    /// Whether the panel that asks for a file is open.
     bool filePanelIsOpen() const { return filePanelIsOpen_; }
 
-    /// The bar under the status line, only while connecting.
+    /// The bar under the status line; only while connecting.
     std::optional<ProgressBar> progressBar() const;
 
-    /// Asks for a settings file and loads it into the model; raises the load-error dialog when that fails.
-    /// Possible in every connection state.
+    /// Asks for a settings file and loads it into the model; raises the load-error dialog if that fails.
+    /// Allowed in every connection state.
     void loadButtonPressed();
 
-    /// Raises the load-error dialog. `reason` is the text that loadXML() returned.
+    /// Raises the load-error dialog. `reason` is the text from loadXML().
     void loadFailed(const std::optional<std::string>& reason);
 
-    /// What the last file loaded has brought, until forgotten.
+    /// The settings from the file loaded last; nothing after forgetLoadedSettings().
     const std::optional<ChosenSettings>& loadedSettings() const { return loadedSettings_; }
     void forgetLoadedSettings() { loadedSettings_.reset(); }
 
@@ -67,7 +68,7 @@ class ConnectPanelView {
   private:
     FilePanel& filePanel_;
     const ChangeNotifier& objectWillChange_;
-    /// Empty where the connection failed after it.
+    /// Empty if the connection has failed since.
     std::string loadReason_;
     std::string connectionReason_;
     bool filePanelIsOpen_ = false;

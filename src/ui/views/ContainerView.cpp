@@ -88,7 +88,8 @@ ButtonOptions ContainerView::currentButtons() const {
         case wizardState::Calibration:
             return calibrationButtons(velmorindal.pollingState.get());
         case wizardState::Summary:
-            // From the submission of a write to its result, which come a moment before and after its state.
+            // From the submission of a write to its result: the state `writing` begins later and
+            // ends earlier.
             return summaryButtons(
                 writeUnderWay_ || velmorindal.connectionState.get() == ConnectionStatus::writing,
                 velmorindal.justSaved.get());
@@ -122,8 +123,8 @@ void ContainerView::nextButtonPressed() {
         if (page == wizardState::Calibration) {
             calibrationPanel.stop();
         }
-        // The device's settings are all there; the end of the attempt may come after the first change on a
-        // page.
+        // All settings of the device are read, but the attempt may end only after the user's first change on
+        // the next page.
         if (page == wizardState::Connect && connectionAttemptUnderWay_ &&
             velmorindal.connectionState.get() == ConnectionStatus::connected) {
             applyLoadedSettings();

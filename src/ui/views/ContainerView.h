@@ -39,15 +39,16 @@ struct NavigationButton {
 using Panel = std::variant<WelcomePanelView*, ConnectPanelView*, ModePanelView*, OutputPanelView*,
                            CalibrationPanelView*, SummaryPanelView*>;
 
-/// The wizard itself: which page is up, which buttons it has, where they lead, and which dialogs are raised.
+/// The wizard itself: the current page, its buttons, where they lead, and the dialogs that are raised.
 ///
-/// Main thread only. The connection attempt and the write run in the background and hand their results to the
-/// main queue. State is announced on `objectWillChange`, what is read from the model on the model's notifier;
-/// a renderer watches both and copies the answers.
+/// Main thread only. The connection attempt and the write run in the background and post their results to the
+/// main queue. Changes are announced on `objectWillChange`, and those of the model on the model's notifier; a
+/// renderer watches both.
 class ContainerView {
   public:
-    /// `terminate` asks the application to end and may return. What is given here must outlive the container,
-    /// and the container every background run that it started and all main-queue work of these.
+    /// `terminate` asks the application to end and may return. The references must outlive the container. The
+    /// container must outlive every background run that it started, with the work that the run posts to the
+    /// main queue.
     ContainerView(VelmorindalSwitch& model, Dispatch& dispatch, FilePanel& filePanel,
                   std::function<void()> terminate);
     ContainerView(const ContainerView&) = delete;
@@ -58,9 +59,9 @@ class ContainerView {
 
     VelmorindalSwitch& velmorindal;
     Published<wizardState> currentState{objectWillChange, wizardState::Welcome};
-    /// Kept and never consulted: the model's own state is what counts.
+    /// Not used: the state of the model counts.
     Published<ConnectionStatus> connectionState{objectWillChange, ConnectionStatus::idle};
-    /// While false the Close button does nothing. Nothing clears it.
+    /// While it is false the Close button does nothing. The program never clears it.
     Published<bool> canCloseWithoutPrompting{objectWillChange, true};
     Published<bool> showingClosingAlert{objectWillChange, false};
     Published<bool> showingSaveAlert{objectWillChange, false};
@@ -69,7 +70,7 @@ class ContainerView {
     Published<std::string> alertTitle{objectWillChange, {}};
     Published<std::string> alertMessage{objectWillChange, {}};
     Published<bool> showingGenericAlert{objectWillChange, false};
-    /// Made with the view and never used: the pages share `velmorindal`.
+    /// Not used: the pages share `velmorindal`.
     VelmorindalSwitch theSwitch;
 
     WelcomePanelView welcomePanel;
@@ -79,71 +80,74 @@ class ContainerView {
     CalibrationPanelView calibrationPanel;
     SummaryPanelView summaryPanel;
 
-    /// At the foot of the step column.
+    /// Shown at the bottom of the step column.
     static constexpr std::string_view versionText = "Version 1.1M";
 
-    /// Every navigation button, left to right. One that is not in currentButtons() is absent, not disabled.
+    /// Every navigation button, left to right. One that is not in currentButtons() is hidden, not disabled.
     static const std::array<NavigationButton, 5>& navigationButtons();
 
+    /// The buttons of the current page in its present state.
     ButtonOptions currentButtons() const;
 
     /// The page of `currentState`.
     Panel currentPanel();
 
-    /// Lead to the next page and to the one before. From Welcome, Next also starts the connection attempt
-    /// where none was made yet. A calibration run is stopped before its page is left, which blocks until it
-    /// has wound down. Summary is not left while a write is under way.
+    /// Go to the next page and to the previous one. From Welcome, Next also starts the connection attempt
+    /// unless one was made. They stop a calibration run first and block until it has ended. Back does not
+    /// leave Summary while a write is running. Both clear `justSaved`.
     void nextButtonPressed();
     void backButtonPressed();
-    /// Raises the question whether to close.
+    /// Raises the dialog that asks whether to close.
     void cancelButtonPressed();
-    /// Raises the question whether to write the settings to the device: the Save button.
+    /// The Save button: raises the dialog that asks whether to write the settings to the device.
     void savePressed();
-    /// Stops a calibration run, waits until it has wound down, and asks the application to end.
+    /// Stops a calibration run, blocks until it has ended, and asks the application to end.
     void closeButtonPressed();
 
     /// Starts writing the settings to the device in the background, after stopping a calibration run. Does
-    /// nothing while an earlier write is still under way: two never share the port.
+    /// nothing from the submission of a write until its offer to save a file is raised: two writes never
+    /// share the port. If the cutoff does not fit the device, raises a message and writes nothing.
     void saveButtonPressed();
     /// Asks for a file and writes the settings to it.
     void saveXMLButtonPressed();
 
-    /// The end of a connection attempt: raises the general message where there is something to say.
-    /// `result` is what connect() returned.
+    /// The end of a connection attempt: raises the general message for a failure or a warning. `result` is
+    /// what connect() returned.
     void connectionAttemptEnded(const OperationResult& result);
-    /// The end of a write: sets the texts and raises the general message where there is something to say.
+    /// The end of a write: sets the texts, and raises the general message for a failure or a warning.
     void writeEnded(bool written, const std::optional<std::string>& lastError);
-    /// Follows once the background work of the write has ended: raises the offer to save a file.
+    /// Raises the offer to save a settings file. Called after writeEnded(), when the background work
+    /// has ended.
     void offerSettingsFile();
 
-    /// Whether a connection attempt or a write has been started whose result is not handed over yet: until
-    /// then the container must not be destroyed.
+    /// Whether a connection attempt or a write was started whose result has not arrived. The container must
+    /// not be destroyed while it is true.
     bool hasBackgroundWork() const { return connectionAttemptUnderWay_ || writeUnderWay_ || offerToCome_; }
 
-    /// A dialog or a file panel is over the page.
+    /// Whether a dialog or a file panel covers the page.
     bool isCovered();
 
-    /// The dialogs whose flag is set, the Connect page's included, in the order in which to show them: one
-    /// after the other, each until it is dismissed.
+    /// The dialogs whose flags are set, with that of the Connect page, in the order in which to show them:
+    /// one at a time, each until it is dismissed.
     std::vector<Dialog> raisedDialogs();
 
-    /// Clears the dialog's flag. Comes before the action of the button that dismissed it.
+    /// Clears the dialog's flag. Call it before the action of the button that was pressed.
     void dismiss(DialogId dialog);
 
   private:
     void startConnectionAttempt();
-    /// A file that was loaded while the device's settings were being read must not come out mixed with them:
-    /// once they are all there, its settings are put in place again.
+    /// Sets the settings of a loaded file again once all of the device's settings are read: a file loaded
+    /// during the reading would otherwise be mixed with them.
     void applyLoadedSettings();
 
     Dispatch& dispatch_;
     FilePanel& filePanel_;
     std::function<void()> terminate_;
-    /// Submitted, and its result not handed over yet. The model's `connectionState` shows either only some
-    /// time after it was submitted.
+    /// Submitted, without a result yet. The model's `connectionState` changes only some time after
+    /// the submission.
     bool connectionAttemptUnderWay_ = false;
     bool writeUnderWay_ = false;
-    /// The result of a write is there, or on its way, and the offer to save a file is not.
+    /// A write was submitted, and the offer to save a file has not been raised yet.
     bool offerToCome_ = false;
     bool savePanelIsOpen_ = false;
 };

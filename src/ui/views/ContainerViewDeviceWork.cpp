@@ -5,7 +5,7 @@
 namespace velmorindal {
 
 void ContainerView::startConnectionAttempt() {
-    // The state stays idle while dongles are looked for: Back and Next must not start a second attempt.
+    // The state is idle during the search for dongles: Back and Next must not start a second attempt.
     if (connectionAttemptUnderWay_) {
         return;
     }
@@ -96,7 +96,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
             "Your configuration can be saved to disk in order to try again.\n\n"
             "Would you like to save these settings to a file?";
         alertTitle = "Save Failed";
-        // "Unknwon" is meant to be spelled so.
+        // "Unknwon" is misspelled on purpose.
         alertMessage = lastError.value_or("(Unknwon Error)") +
                        "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
         summaryPanel.writeEndedWith(alertMessage.get());

@@ -24,7 +24,8 @@ bool ContainerView::isCovered() {
 
 std::vector<Dialog> ContainerView::raisedDialogs() {
     std::vector<Dialog> dialogs;
-    // What the user asked for stands first, for it is on screen when a result arrives in the background.
+    // Dialogs that the user asked for come first: one of them may be on the screen when a result arrives from
+    // the background.
     if (showingClosingAlert.get()) {
         dialogs.push_back(
             Dialog::question(DialogId::closing, "Close Program?",

@@ -8,11 +8,11 @@
 
 namespace velmorindal {
 
-/// Asks the user for a file. Main thread.
+/// Asks the user for a file. Main thread only.
 class FilePanel {
   public:
-    /// Receives the UTF-8 path of the file chosen, or nothing when the panel was dismissed. Called once, on
-    /// the main thread, during the call that asks or after it.
+    /// Receives the UTF-8 path of the chosen file, or nothing when the panel was dismissed. Called once, on
+    /// the main thread, during the call that asks or later.
     using Completion = std::function<void(std::optional<std::string>)>;
 
     FilePanel() = default;
@@ -24,10 +24,11 @@ class FilePanel {
     virtual void chooseFileToOpen(const std::vector<std::string>& allowedFileTypes,
                                   Completion completion) = 0;
 
-    /// What a new file is called until the user gives it another name.
+    /// The name that is suggested for a new file.
     static constexpr std::string_view suggestedName = "Velmorindal settings.xml";
 
-    /// Asks where to save a file, which need not exist. Suggests `suggestedName` among the user's documents.
+    /// Asks where to save a file, which need not exist. Suggests `suggestedName` in the user's
+    /// documents folder.
     virtual void chooseFileToSave(const std::vector<std::string>& allowedFileTypes,
                                   Completion completion) = 0;
 };

@@ -36,7 +36,7 @@ FocusPlace FocusPlan::instead() {
     if (page_ == wizardState::Calibration) {
         return FocusPlace::firstControl;
     }
-    // The focus does not visit a button of a passing state.
+    // The focus does not go to the button of a state that lasts only a moment.
     return container_.hasBackgroundWork() ? FocusPlace::heading : button();
 }
 

@@ -16,20 +16,20 @@ enum class FocusPlace {
     close,
 };
 
-/// Says where the focus goes, so that it stays where the person is. Main thread only.
+/// Decides where the focus goes, so that a user can continue at the right place. Main thread only.
 ///
-/// After Next it is on the first control of the new page, or on its heading where the page is read and not
-/// used; after Back it is on Back, as long as there is one; after a save on Close. It is placed once for each
-/// page, and again only when what had it has gone.
+/// After Next it is on the first control of the new page, or on its heading if the page is mainly read; after
+/// Back on Back, if there is one; after a save on Close. It is placed once for each page, and again only when
+/// the control that had it has disappeared.
 class FocusPlan {
   public:
     /// `container` must outlive the plan.
     explicit FocusPlan(ContainerView& container);
 
-    /// Where to put the focus now. `lost` says that what had it is no longer there.
+    /// Where to put the focus now. `lost`: the control that had it has disappeared.
     FocusPlace due(bool lost);
 
-    /// Where it was put when the current page came up.
+    /// Where it was put when the current page was shown.
     FocusPlace onArrival() const { return onArrival_; }
 
   private:

@@ -6,12 +6,13 @@ namespace velmorindal {
 
 /// Finds the hums in a series of clarity readings.
 ///
-/// A hum begins when the clarity has risen by a tenth above its lowest since the last hum, and is over when
-/// it has fallen halfway from its highest back to that. So neither the noise of a room, however loud, nor a
-/// hum's fading tail is one. The first reading only shows how loud the room is.
+/// A hum begins when the clarity is 0.1 above its lowest value since the last hum, and ends when it has
+/// fallen half of the way from its highest value back to that. So neither steady noise, however loud, nor the
+/// end of a hum counts as one. The first reading only sets the lowest value.
 class HumDetector {
   public:
-    /// @returns the highest clarity of the hum that is over with this reading, if one is.
+    /// Takes the next reading, 0 to 1. @returns the highest clarity of the hum that ends with it, if
+    /// one does.
     std::optional<double> next(double clarity);
 
   private:

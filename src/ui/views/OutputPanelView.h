@@ -35,15 +35,16 @@ class OutputPanelView {
     static constexpr KeyChoice directKeyChoice{.label = "Keystroke", .key = &keyList::directKey};
     static constexpr KeyChoice shortKeyChoice{.label = "Short hum keystroke", .key = &keyList::shortKey};
     static constexpr KeyChoice longKeyChoice{.label = "Long hum keystroke", .key = &keyList::longKey};
-    /// All of them, so that a control can be built for each and shown when keyChoices() has it.
+    /// All of them: a control is created for each, and shown while keyChoices() has it.
     static constexpr std::array allKeyChoices{directKeyChoice, shortKeyChoice, longKeyChoice};
 
-    /// The key choices that are shown now, top to bottom. One that is not shown keeps its key.
+    /// The key choices that are shown now, top to bottom. A hidden one keeps its key.
     std::vector<KeyChoice> keyChoices() const;
 
     /// The entries of every key choice, in order.
     static std::vector<Choice<OutputKey>> keyEntries();
 
+    /// Read and set the key of a choice in the model.
     OutputKey chosenKey(const KeyChoice& choice) const;
     void chooseKey(const KeyChoice& choice, OutputKey key);
 };

@@ -14,8 +14,8 @@ struct ProgressBar {
     Color backgroundColor;
     Color foregroundColor;
 
-    /// The width of the fill where `availableWidth` is the track's: never more than the track, and negative
-    /// for a negative value, which is drawn as nothing.
+    /// The width of the fill in a track of `availableWidth`: at most that width, and negative for a negative
+    /// value, which is drawn as nothing.
     double fillWidth(double availableWidth) const;
 
     bool operator==(const ProgressBar&) const = default;

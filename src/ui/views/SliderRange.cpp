@@ -10,7 +10,7 @@ int SliderRange::positionCount() const {
 }
 
 int SliderRange::nearestPosition(float value) const {
-    // Ends first: what lies far outside, infinities included, must not reach the conversion to an integer.
+    // The ends first: values far outside, and infinities, must not be converted to an integer.
     const double exact = value;
     if (std::isnan(exact) || exact <= minimum) {
         return 0;

@@ -25,7 +25,7 @@ std::vector<SummaryPanelView::Row> SummaryPanelView::rows() const {
     }
     rows.push_back({.label = "Output:", .value = std::string{pathString()}});
     if (velmorindal.outputPath.get() != OutputPath::Switch) {
-        // Fixed on purpose, whatever keys were chosen.
+        // This text is fixed on purpose, whatever keys were chosen.
         rows.push_back({.label = "Output Keystroke:", .value = "Short: Space; Long: Enter"});
     }
     if (longShort) {
@@ -55,7 +55,7 @@ std::string_view SummaryPanelView::pathString() const {
         case OutputPath::Switch:
             break;
     }
-    // Direct mode closes the long output's jack.
+    // Direct mode closes the jack of the long output.
     const bool usesShort =
         velmorindal.outputMode.get() == OutputMode::LongShort && velmorindal.shortEnabled.get();
     if (!usesShort) {

@@ -10,7 +10,8 @@
 
 namespace velmorindal {
 
-/// The last page: the settings in words, then the progress and the result of the write. It changes nothing.
+/// The last page: the settings in words, then the progress and the result of the write. It does not change
+/// the model. Main thread only.
 class SummaryPanelView {
   public:
     struct Row {
@@ -27,7 +28,7 @@ class SummaryPanelView {
     static constexpr std::string_view introduction =
         "You have configured your Velmorindal with the following parameters:";
     static constexpr std::string_view progressBarName = "Write progress";
-    /// Points on every side of the page's content.
+    /// Device-independent pixels on every side of the page's content.
     static constexpr int contentInset = 30;
 
     /// The rows that are shown now, top to bottom.
@@ -36,7 +37,7 @@ class SummaryPanelView {
     /// The value of the row "Output:".
     std::string_view pathString() const;
 
-    /// The longest summary there is, row by row: the page keeps room for it.
+    /// The longest possible summary, row by row: the page keeps room for it.
     static const std::vector<Row>& widestRows();
 
     /// The text under the rows; empty while there is nothing to say.
@@ -45,17 +46,17 @@ class SummaryPanelView {
     static constexpr std::string_view writtenText =
         "Settings successfully written. Please restart your Velmorindal.";
 
-    /// What the last write that failed or was a warning said, or that its cutoff was refused, to be read
-    /// again once its dialog is gone. Empty where there was none since the last write began, and once a
-    /// refused cutoff has become one that fits the device.
+    /// The text of the last failed write, of its warning or of a refused cutoff, shown so that it can be read
+    /// after its dialog. Empty from the start of the next write on, and once a refused cutoff fits
+    /// the device.
     std::string_view lastReason() const;
-    /// Both take the text of a dialog.
+    /// Set the last reason from the text of a dialog.
     void writeEndedWith(std::string_view dialogText);
     void cutoffRefused(std::string_view dialogText);
-    /// For a new write.
+    /// Clears the last reason, for a new write.
     void forgetReason();
 
-    /// The bar under that text, only while writing.
+    /// The bar under that text; only while writing.
     std::optional<ProgressBar> progressBar() const;
 
   private:

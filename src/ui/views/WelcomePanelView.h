@@ -9,7 +9,7 @@ namespace velmorindal {
 /// The first page: how to put the device into configuration mode. It has no controls and no state.
 class WelcomePanelView {
   public:
-    /// The logo, clipped to a circle. Lengths in points.
+    /// The logo, clipped to a circle. Lengths in device-independent pixels.
     struct Logo {
         std::string_view resourceName;
         int padding;

@@ -6,14 +6,14 @@
 
 namespace velmorindal {
 
-/// The pages, in the order in which the wizard walks through them.
+/// The pages, in the order of the wizard.
 enum class wizardState { Welcome, Connect, Mode, Output, Calibration, Summary };
 
 inline constexpr std::array allWizardStates{wizardState::Welcome,     wizardState::Connect,
                                             wizardState::Mode,        wizardState::Output,
                                             wizardState::Calibration, wizardState::Summary};
 
-/// The labels of the step column, top to bottom, one a page. "Ouptut" is meant to be spelled so.
+/// The labels of the step column, top to bottom, one for each page. "Ouptut" is misspelled on purpose.
 inline constexpr std::array<std::string_view, allWizardStates.size()> stepLabels{
     "Welcome", "Connect", "Mode", "Ouptut", "Calibration", "Summary"};
 
