@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cmath>
 #include <set>
 #include <string>
 

@@ -20,9 +20,6 @@ class PseudoTerminal {
     const std::filesystem::path& link() const { return link_; }
     /// The device's end, non-blocking.
     int descriptor() const { return master_.get(); }
-    /// A descriptor of the host's end that stays open, so that the device's end gets no hang-up when a host
-    /// closes the port.
-    int ownHostEnd() const { return slave_.get(); }
     /// The path of the port itself, to which the link points.
     const std::string& hostEnd() const { return hostEnd_; }
     /// Whether the host has read every byte that was written to `descriptor()`.
@@ -39,6 +36,7 @@ class PseudoTerminal {
     std::filesystem::path link_;
     OwnedDescriptor master_;
     std::string hostEnd_;
+    /// Kept open, so that the device's end gets no hang-up when a host closes the port.
     OwnedDescriptor slave_;
 };
 

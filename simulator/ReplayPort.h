@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <thread>
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <concepts>
-#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <span>

@@ -1,6 +1,5 @@
 #include "FrameSplitter.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "VelmorindalCommand.h"

@@ -3,7 +3,6 @@
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
 #include <QStackedWidget>
-#include <algorithm>
 #include <cmath>
 
 #include "Announcer.h"

@@ -2,7 +2,6 @@
 
 #include <QPainter>
 #include <QStyle>
-#include <algorithm>
 #include <cmath>
 
 #include "Look.h"

@@ -1,5 +1,7 @@
 #include "CalibrationReadings.h"
 
+#include <utility>
+
 namespace velmorindal {
 
 CalibrationReadings::CalibrationReadings(VelmorindalSwitch& model, Clock clock)
