@@ -176,6 +176,16 @@ TEST_F(CalibrationPanelWidgetTest, TheIndicatorSaysItsStateInWordsAndInItsShape)
     EXPECT_TRUE(showsTick(*indicator));
 }
 
+TEST_F(CalibrationPanelWidgetTest, AReadingIsNoWiderThanTheRoomKeptForIt) {
+    velmorindal.pollingState = PollingState::clarity;
+    ++velmorindal.readingsReceived;
+    velmorindal.detectedClarity = 0.87;
+    settle();
+    const auto* const reading = find<QLabel>(QStringLiteral("0.87"));
+    ASSERT_NE(reading, nullptr);
+    EXPECT_EQ(reading->width(), reading->sizeHint().width());
+}
+
 TEST_F(CalibrationPanelWidgetTest, OnlyTheIndicatorOfTheHumThatWasHeardCarriesATick) {
     IndicatorWidget* const shortHum = indicatorOf("Short hum");
     IndicatorWidget* const longHum = indicatorOf("Long hum");
