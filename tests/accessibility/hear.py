@@ -228,9 +228,16 @@ class Hearing:
             self._rest()
 
 
-def reach_connected(hearing):
+def starts_to_connect(hearing):
+    """Held up at its second question: what has gone before it is shown is not said."""
+    hearing.dongle.send("hold status")
     hearing.opens()
-    hearing.key("Return", early(CONNECT_TITLE), LOAD_TEXT, CONNECTING, CONNECTED)
+    hearing.key("Return", early(CONNECT_TITLE), LOAD_TEXT, CONNECTING)
+
+
+def reach_connected(hearing):
+    starts_to_connect(hearing)
+    hearing.announced("release", CONNECTED)
 
 
 def reach_summary(hearing, rows):
@@ -240,6 +247,13 @@ def reach_summary(hearing, rows):
     hearing.key("alt+n", *chosen(OUTPUT_QUESTION, "Switch Output"))
     hearing.key("alt+n", "Show Clarity button", calibration_text())
     hearing.key("alt+n", SUMMARY_TITLE, rows)
+
+
+def starts_to_write(hearing):
+    """Held up at its second command."""
+    hearing.dongle.send("hold outputPath")
+    hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
+    hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
 
 
 LONG_SHORT = (
@@ -292,9 +306,7 @@ def whole_setup(hearing):
         "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED Output: USB "
         "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60",
     )
-    hearing.dongle.send("hold humThresholds")
-    hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
-    hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
+    starts_to_write(hearing)
     hearing.meets(
         "(release)",
         lambda: hearing.dongle.send("release"),
@@ -323,14 +335,12 @@ def no_dongle(hearing):
 
 def link_down(hearing):
     hearing.plug_in().send("link 0")
-    hearing.opens()
-    hearing.meets_by(
-        "Return",
+    starts_to_connect(hearing)
+    hearing.meets(
+        "(release)",
+        lambda: hearing.dongle.send("release"),
         texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode."),
         "OK",
-        Maybe(CONNECT_TITLE),
-        LOAD_TEXT,
-        CONNECTING,
     )
     hearing.key("Return", WINDOW, CONNECT_TITLE, texts.NOT_CONNECTED)
     hearing.key("Tab", "Load button")
@@ -353,14 +363,12 @@ def failed_write(hearing):
     hearing.plug_in()
     reach_summary(hearing, LONG_SHORT)
     hearing.dongle.send("next relayConfig pulled-out")
-    hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
-    hearing.meets_by(
-        "alt+y",
+    starts_to_write(hearing)
+    hearing.meets(
+        "(release)",
+        lambda: hearing.dongle.send("release"),
         texts.save_failed("Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"),
         "OK",
-        Maybe(WINDOW),
-        Maybe(SUMMARY_TITLE),
-        WRITING,
     )
     hearing.meets_by("Return", texts.FILE_AFTER_FAILURE, "No", *([Maybe(SUMMARY_TITLE)] if is_newer() else []))
     hearing.key("Return", WINDOW, SUMMARY_TITLE)
