@@ -91,7 +91,7 @@ TEST_F(MainWindowTest, ItRemembersItsFrameAsMainWindow) {
     EXPECT_EQ(window().geometry(), before);
 }
 
-TEST_F(MainWindowTest, ItRemembersAFrameThatItHasKeptForAMomentThoughNobodyEndsIt) {
+TEST_F(MainWindowTest, ItRemembersItsFrameAMomentAfterAChange) {
     window().setGeometry(60, 70, window().minimumWidth() + 10, window().minimumHeight() + 40);
     const QRect chosen = window().geometry();
 
@@ -104,7 +104,7 @@ TEST_F(MainWindowTest, ItRemembersAFrameThatItHasKeptForAMomentThoughNobodyEndsI
     EXPECT_EQ(window().geometry(), chosen);
 }
 
-TEST_F(MainWindowTest, AMoveIsWaitedOutAndForgottenWhenTheWindowIsHidden) {
+TEST_F(MainWindowTest, HidingTheWindowCancelsAPendingMove) {
     const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
     ASSERT_NE(moment, nullptr);
     ASSERT_TRUE(eventually([&] { return !moment->isActive(); }));

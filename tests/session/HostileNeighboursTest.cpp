@@ -102,7 +102,7 @@ class HostileNeighbours : public TerminalSessionTest {
     std::string printed;
 };
 
-TEST_F(HostileNeighbours, WhatIsNoDeviceIsRefusedUnaskedAndTheDongleFound) {
+TEST_F(HostileNeighbours, EveryOtherNodeIsRefusedWithoutAQueryAndTheDongleIsFound) {
     const std::ptrdiff_t neighbours = addEveryKind("");
     // One that was opened and asked would be waited for without end.
     EXPECT_THAT(list(), ElementsAre(path()));

@@ -56,7 +56,7 @@ TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
-TEST_F(AccessibleControlsTest, ASlidersValueIsToldInHundredths) {
+TEST_F(AccessibleControlsTest, ASlidersValueIsGivenInHundredths) {
     show(wizardState::Calibration);
     velmorindal.cutoff = 1.05F;
     settle();
@@ -180,7 +180,7 @@ TEST_F(AccessibleControlsTest, AScreenReaderThatComesLaterFindsTheChosenKeySelec
     EXPECT_EQ(selectedIn(list), QStringList{QStringLiteral("Shift+Tab")});
 }
 
-TEST_F(AccessibleControlsTest, AClosedListMarksItsChosenKeyWithoutAWord) {
+TEST_F(AccessibleControlsTest, AClosedListMarksItsChosenKeyWithoutAnEvent) {
     KeyList list{QStringLiteral("Keystroke")};
     accessible(&list);
     int marks = 0;
