@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "ApplicationFont.h"
 #include "IndicatorWidget.h"
 #include "LogoWidget.h"
 #include "Look.h"
@@ -265,13 +266,10 @@ TEST_F(PaintedGeometryTest, WhatIsPressedIsHighEnoughAndGrowsWithTheFont) {
         }
     }
     const int before = look::targetHeight();
-    const QFont font = QApplication::font();
-    QFont doubled = font;
-    doubled.setPointSizeF(font.pointSizeF() * 2);
-    QApplication::setFont(doubled);
+    const ApplicationFont font;
+    font.scale(2);
     EXPECT_GE(look::targetHeight(), 2 * before - 3);
     EXPECT_GE(look::navigationHeight(), 80);
-    QApplication::setFont(font);
 }
 
 TEST_F(PaintedGeometryTest, AButtonUnderlinesTheLetterOfItsShortcut) {

@@ -5,6 +5,7 @@
 #include <QRadioButton>
 #include <QStyleOptionFocusRect>
 
+#include "ApplicationFont.h"
 #include "PageScroller.h"
 #include "PageWidget.h"
 #include "StepSlider.h"
@@ -55,11 +56,9 @@ TEST_F(FocusRingTest, ItIsWholeWithinWhatItsControlStandsIn) {
 
 TEST_F(FocusRingTest, ItTouchesNoText) {
     constexpr int line = 2;
-    const QFont before = QApplication::font();
+    const ApplicationFont font;
     for (const int points : {9, 10, 13, 16}) {
-        QFont font = before;
         font.setPointSize(points);
-        QApplication::setFont(font);
         closeWindow();
         openWindow();
         for (const wizardState page : {wizardState::Connect, wizardState::Summary}) {
@@ -78,7 +77,6 @@ TEST_F(FocusRingTest, ItTouchesNoText) {
             }
         }
     }
-    QApplication::setFont(before);
 }
 
 TEST_F(FocusRingTest, ItFollowsATextThatIsLaidOutAnew) {

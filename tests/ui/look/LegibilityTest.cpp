@@ -4,6 +4,7 @@
 #include <QSlider>
 #include <QStyle>
 
+#include "ApplicationFont.h"
 #include "Contrast.h"
 #include "LegibleStyle.h"
 #include "Look.h"
@@ -136,29 +137,22 @@ TEST(Legibility, WhiteCanBeReadOnTheCurrentStepAndSeenOnTheAccent) {
 }
 
 TEST(Legibility, MarksGrowWithTheFont) {
-    const QFont before = QApplication::font();
+    const ApplicationFont font;
     QRadioButton button;
     const int small = button.style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, &button);
-    QFont doubled = before;
-    doubled.setPointSizeF(before.pointSizeF() * 2);
 
-    QApplication::setFont(doubled);
+    font.scale(2);
+
     const int large = button.style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, &button);
-    QApplication::setFont(before);
-
     EXPECT_NEAR(large, 2 * small, 3);
 }
 
 TEST(Legibility, ATitleIsAsMuchLargerInAFontThatIsMeasuredInPixels) {
-    const QFont before = QApplication::font();
-    QFont pixels = before;
-    pixels.setPixelSize(40);
+    const ApplicationFont font;
 
-    QApplication::setFont(pixels);
-    const int title = look::titleFont().pixelSize();
-    QApplication::setFont(before);
+    font.setPixelSize(40);
 
-    EXPECT_EQ(title, 50);
+    EXPECT_EQ(look::titleFont().pixelSize(), 50);
 }
 
 TEST(Legibility, ShortcutsAreUnderlinedAlsoWhereTheDesktopWouldNot) {
