@@ -6,8 +6,6 @@
 #include <QStyleOptionFocusRect>
 
 #include "ApplicationFont.h"
-#include "PageScroller.h"
-#include "PageWidget.h"
 #include "StepSlider.h"
 #include "TextLabel.h"
 #include "WindowTest.h"
@@ -18,17 +16,6 @@ namespace {
 class FocusRingTest : public WindowTest {
   protected:
     FocusRing* ring() { return window().findChild<FocusRing*>(); }
-
-    QRect placeOf(const QWidget* widget) { return {widget->mapTo(&window(), QPoint{}), widget->size()}; }
-
-    TextLabel* headingOnScreen() {
-        for (const auto* scroller : window().findChildren<PageScroller*>()) {
-            if (scroller->isVisible()) {
-                return scroller->page().heading();
-            }
-        }
-        return nullptr;
-    }
 };
 
 TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
@@ -63,7 +50,7 @@ TEST_F(FocusRingTest, ItTouchesNoText) {
         openWindow();
         for (const wizardState page : {wizardState::Connect, wizardState::Summary}) {
             show(page);
-            TextLabel* heading = headingOnScreen();
+            TextLabel* heading = pageOnScreen().heading();
             heading->setFocus();
             settle();
 
@@ -81,7 +68,7 @@ TEST_F(FocusRingTest, ItTouchesNoText) {
 
 TEST_F(FocusRingTest, ItFollowsATextThatIsLaidOutAnew) {
     show(wizardState::Summary);
-    TextLabel* heading = headingOnScreen();
+    TextLabel* heading = pageOnScreen().heading();
     heading->setFocus();
     settle();
     const QSize narrow = ring()->size();

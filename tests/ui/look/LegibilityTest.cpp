@@ -8,6 +8,7 @@
 #include "Contrast.h"
 #include "LegibleStyle.h"
 #include "Look.h"
+#include "Pixels.h"
 #include "ShowButton.h"
 #include "WindowTest.h"
 
@@ -39,18 +40,6 @@ class LegibilityTest : public testing::TestWithParam<bool> {
     void TearDown() override { QApplication::setPalette(before_); }
 
     static QColor ground() { return QApplication::palette().color(QPalette::Window); }
-
-    template <typename Wanted>
-    static bool has(const QImage& picture, Wanted wanted) {
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                if (wanted(picture.pixelColor(x, y))) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    }
 
     /// The strongest contrast with the ground that a picture of `widget` holds.
     static double strongestContrast(QWidget& widget) {
@@ -104,8 +93,9 @@ TEST_P(LegibilityTest, ACheckedBoxHasAWhiteTickOnBlue) {
 
     const QImage inside = box.grab(mark.adjusted(3, 3, -3, -3)).toImage();
 
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.rgb() == look::accentColor().rgb(); }));
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color == QColor{Qt::white}; }));
+    EXPECT_TRUE(
+        hasPixel(inside, [](const QColor& color) { return color.rgb() == look::accentColor().rgb(); }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color == QColor{Qt::white}; }));
 }
 
 TEST_P(LegibilityTest, AShowButtonWhoseDisplayRunsHasAWhiteTextOnBlue) {
@@ -115,8 +105,8 @@ TEST_P(LegibilityTest, AShowButtonWhoseDisplayRunsHasAWhiteTextOnBlue) {
 
     const QImage inside = button.grab(button.rect().adjusted(4, 4, -4, -4)).toImage();
 
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.blue() > 150 && color.red() < 60; }));
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.lightness() > 200; }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color.blue() > 150 && color.red() < 60; }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color.lightness() > 200; }));
 }
 
 TEST_P(LegibilityTest, TextsOfThePagesAndButtonsCanBeRead) {
