@@ -8,7 +8,6 @@
 #include "Look.h"
 #include "NavigationRow.h"
 #include "PageScroller.h"
-#include "PageWidget.h"
 #include "StepColumn.h"
 #include "WindowTest.h"
 
