@@ -22,12 +22,12 @@ void inOtherLocales(Check check) {
         std::locale::global(std::locale{std::locale::classic(), new CommaNumbers});
     const QLocale toolkitBefore;
     QLocale::setDefault(QLocale::German);
-    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const std::string libraryBefore = std::setlocale(LC_ALL, nullptr);
     for (const char* locale : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
         std::setlocale(LC_ALL, locale);
         check(locale);
     }
-    std::setlocale(LC_ALL, before.c_str());
+    std::setlocale(LC_ALL, libraryBefore.c_str());
     QLocale::setDefault(toolkitBefore);
     std::locale::global(standardBefore);
 }
