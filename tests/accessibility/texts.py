@@ -69,35 +69,12 @@ def output_page(path, **keys):
 
 
 KEYS = [
-    "Space",
-    "Enter",
-    "Tab",
-    "Shift+Tab",
-    "0",
-    "1",
-    "2",
-    "3",
-    "4",
-    "~1",
-    "~2",
-    "~3",
-    "~4",
+    *"Space Enter Tab Shift+Tab 0 1 2 3 4 ~1 ~2 ~3 ~4".split(),
     "[Up Arrow]",
     "[Down Arrow]",
     "[Left Arrow]",
     "[Right Arrow]",
-    "F1",
-    "F2",
-    "F3",
-    "F4",
-    "F5",
-    "F6",
-    "F7",
-    "F8",
-    "F9",
-    "F10",
-    "F11",
-    "F12",
+    *"F1 F2 F3 F4 F5 F6 F7 F8 F9 F10 F11 F12".split(),
 ]
 
 
@@ -170,7 +147,7 @@ def buttons(*labels):
 
 CLOSE_PROGRAM = (
     "Close Program?",
-    "No changes have been written to the device;\nany updates will be lost.\n\n" "Are you sure you want to quit?",
+    "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you want to quit?",
     ["Yes", "No"],
 )
 SAVE_SETTINGS = ("Save Settings?", "Would you like to program your device with these settings?", ["Yes", "No"])
@@ -190,7 +167,7 @@ FILE_AFTER_FAILURE = (
 )
 SEVERAL_DONGLES = (
     "Warning",
-    "Multiple dongles found. To ensure that you program the correct device, please remove " "any extra USB dongles.",
+    "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB dongles.",
     ["OK"],
 )
 
@@ -202,7 +179,7 @@ def connection_failed(text):
 def save_failed(text):
     return (
         "Save Failed",
-        f"{text}\n\nPlease restart the Velmorindal in configuration mode and run this program " "again.",
+        f"{text}\n\nPlease restart the Velmorindal in configuration mode and run this program again.",
         ["OK"],
     )
 

@@ -1,4 +1,4 @@
-"""A walk through the wizard as a person takes it who hears the window and does not see it."""
+"""Goes through the wizard as a person does who hears the window and does not see it."""
 
 import pathlib
 import subprocess
@@ -12,7 +12,7 @@ from screen_reader import NotHeard, ScreenReader, pyatspi, wait_for
 
 class Walk(unittest.TestCase):
     """Starts a dongle and a wizard for each test. What is expected of the window is waited for, since it comes from
-    another process; what is not there after the bound is said to differ."""
+    another process; what is not there after the bound is reported."""
 
     maxDiff = None
     checked = 0

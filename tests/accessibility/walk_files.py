@@ -158,7 +158,7 @@ class Loading(Walk):
         self.hears_panel(texts.LOAD_PANEL)
         self.answer_file_panel(texts.LOAD_PANEL, self.file("good.xml", LOADED))
         self.hears_page(
-            texts.connect_page(texts.BROKEN, reason="The device sent an unrecognized response. " "(Error code: VS/CC)"),
+            texts.connect_page(texts.BROKEN, reason="The device sent an unrecognized response. (Error code: VS/CC)"),
             "Close",
         )
         self.logged("Could not connect.", "Found element:  VibrationSwitch")
@@ -180,7 +180,7 @@ class Loading(Walk):
         self.hears_page(
             texts.connect_page(
                 texts.BROKEN,
-                reason="Could not detect Velmorindal Dongle. Please ensure that " "it is plugged into a USB port.",
+                reason="Could not detect Velmorindal Dongle. Please ensure that it is plugged into a USB port.",
             ),
             "Close",
         )

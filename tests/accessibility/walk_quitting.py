@@ -92,7 +92,7 @@ class WhileConnecting(Quitting):
         self.hears_page(
             texts.connect_page(
                 texts.NOT_CONNECTED,
-                reason="Please ensure that your Velmorindal is turned on " "and in configuration mode.",
+                reason="Please ensure that your Velmorindal is turned on and in configuration mode.",
             ),
             "Close",
         )

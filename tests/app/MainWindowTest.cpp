@@ -3,6 +3,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "ApplicationFont.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -38,31 +39,23 @@ TEST_F(MainWindowTest, ItOpensInTheMiddleOfTheScreenAt480By300OrTheSmallestSizeT
 }
 
 TEST_F(MainWindowTest, ItOpensAt480By300WhereEveryPageFitsIntoThat) {
-    const QFont before = QApplication::font();
-    QFont tiny = before;
-    tiny.setPixelSize(4);
-    QApplication::setFont(tiny);
+    const ApplicationFont font;
+    font.setPixelSize(4);
     closeWindow();
     QSettings{}.clear();
 
     openWindow();
-    const QSize size = window().size();
-    QApplication::setFont(before);
 
-    EXPECT_EQ(size, (QSize{480, 300}));
+    EXPECT_EQ(window().size(), (QSize{480, 300}));
 }
 
 TEST_F(MainWindowTest, ItLeavesATenthOfTheScreenFreeHoweverLargeTheFontIs) {
-    const QFont before = QApplication::font();
-    QFont huge = before;
-    huge.setPixelSize(60);
+    const ApplicationFont font;
 
-    QApplication::setFont(huge);
+    font.setPixelSize(60);
     settle();
-    const QSize least = window().minimumSize();
-    QApplication::setFont(before);
 
-    EXPECT_EQ(least, window().screen()->availableSize() * 9 / 10);
+    EXPECT_EQ(window().minimumSize(), window().screen()->availableSize() * 9 / 10);
 }
 
 TEST_F(MainWindowTest, ClosingItAsksTheApplicationToEnd) {
@@ -91,7 +84,7 @@ TEST_F(MainWindowTest, ItRemembersItsFrameAsMainWindow) {
     EXPECT_EQ(window().geometry(), before);
 }
 
-TEST_F(MainWindowTest, ItRemembersAFrameThatItHasKeptForAMomentThoughNobodyEndsIt) {
+TEST_F(MainWindowTest, ItRemembersItsFrameAMomentAfterAChange) {
     window().setGeometry(60, 70, window().minimumWidth() + 10, window().minimumHeight() + 40);
     const QRect chosen = window().geometry();
 
@@ -104,7 +97,7 @@ TEST_F(MainWindowTest, ItRemembersAFrameThatItHasKeptForAMomentThoughNobodyEndsI
     EXPECT_EQ(window().geometry(), chosen);
 }
 
-TEST_F(MainWindowTest, AMoveIsWaitedOutAndForgottenWhenTheWindowIsHidden) {
+TEST_F(MainWindowTest, HidingTheWindowCancelsAPendingMove) {
     const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
     ASSERT_NE(moment, nullptr);
     ASSERT_TRUE(eventually([&] { return !moment->isActive(); }));
@@ -168,16 +161,13 @@ TEST_F(MainWindowTest, AHumWhileAnotherWindowIsActiveIsNotSaidLater) {
 }
 
 TEST_F(MainWindowTest, ItGrowsWithTheFont) {
-    const QFont before = QApplication::font();
+    const ApplicationFont font;
     const QSize sizeBefore = window().minimumSize();
-    QFont larger = before;
-    larger.setPointSizeF(before.pointSizeF() * 1.2);
 
-    QApplication::setFont(larger);
+    font.scale(1.2);
     settle();
-    const QSize sizeAfter = window().minimumSize();
-    QApplication::setFont(before);
 
+    const QSize sizeAfter = window().minimumSize();
     EXPECT_GT(sizeAfter.width() * sizeAfter.height(), sizeBefore.width() * sizeBefore.height());
 }
 

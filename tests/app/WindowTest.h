@@ -8,8 +8,11 @@
 #include <QStringList>
 #include <QTest>
 #include <memory>
+#include <stdexcept>
 
 #include "MainWindow.h"
+#include "PageScroller.h"
+#include "PageWidget.h"
 #include "WizardTest.h"
 
 namespace velmorindal {
@@ -60,6 +63,20 @@ class WindowTest : public WizardTest {
             }
         }
         return nullptr;
+    }
+
+    PageWidget& pageOnScreen() {
+        for (const auto* scroller : window_->findChildren<PageScroller*>()) {
+            if (scroller->isVisible()) {
+                return scroller->page();
+            }
+        }
+        throw std::logic_error{"no page is on screen"};
+    }
+
+    /// Where a control is in the window.
+    QRect placeOf(const QWidget* control) {
+        return {control->mapTo(window_.get(), QPoint{}), control->size()};
     }
 
     bool showsText(const QString& text) { return find<QLabel>(text) != nullptr; }

@@ -74,7 +74,7 @@ def main():
             )
             # Leaving this kills it.
         with keyboard_run.Program([sys.argv[1]], environment):
-            window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window once more")[0]
+            window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window of the second run")[0]
             keyboard_run.wait_for(
                 lambda: is_near_the_corner(place_of(screen, window)), "the window to come back where it was", seconds=60
             )

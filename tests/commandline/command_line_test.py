@@ -14,7 +14,7 @@ import unittest
 VERSION = sys.argv.pop(2)
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
 NAMES = [name for name in ("velmorindal-setup", "velmorindal-simulator") if (PROGRAMS / name).exists()]
-# One that opens a window or serves instead goes on forever.
+# A program that opens a window or serves instead never ends.
 SECONDS = 600
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Programs a simulated device by the keyboard while the wizard records the line, and then once more while the simulator
+"""Programs a simulated device by the keyboard while the wizard records the line, and again while the simulator
 plays that record. Both records must be the same but for their times.
 
 Usage: record_test.py WIZARD SIMULATOR

@@ -9,7 +9,7 @@
 
 namespace velmorindal {
 
-/// The examples of the page about the wire, as they stand there.
+/// The examples in docs/protocol.md.
 class ProtocolDocument {
   public:
     /// One frame of a message's section.

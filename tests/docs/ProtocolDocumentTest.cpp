@@ -51,7 +51,7 @@ std::map<std::string, std::string> fieldsOf(const MessageClass& messageClass, Ve
     return fields;
 }
 
-/// The types that a host asks for; the table of the page says why the others are not among them.
+/// The types that a host queries; the document's table says why it does not query the others.
 bool isQueried(std::string_view messageClass) {
     return messageClass != "VCRelayConfig" && messageClass != "VCAutoTune" &&
            messageClass != "VCWriteSettings" && messageClass != "VCReset";

@@ -51,7 +51,7 @@ class NamesExist(unittest.TestCase):
     def test_finds_a_link_that_leads_nowhere(self):
         self.assertEqual(self.found_in("[page](gone.md) [project](https://example.invalid/)\n"), ["gone.md"])
 
-    def test_finds_what_a_command_calls_in_vain(self):
+    def test_finds_what_a_command_calls_and_is_not_there(self):
         self.assertEqual(self.found_in("Try\n\n    scripts/gone\n"), ["scripts/gone"])
         self.assertEqual(self.found_in("```\ncmake --preset gone\n```\n"), ["gone"])
         self.assertEqual(self.found_in("```\nvelmorindal-gone /tmp\n```\n"), ["velmorindal-gone"])

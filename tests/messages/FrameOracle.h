@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-/// The wire format written a second time, as plainly as it can be said, and without a line of the first: the
-/// build finds no header of the program here. Any difference between the two is a finding.
+/// A second implementation of the wire format, as plain as possible and independent of the first: the build
+/// finds no header of the program here. Any difference between the two is a finding.
 namespace velmorindal::oracle {
 
 /// A field's value: of a number its bytes, the lowest first; of a text its bytes.
@@ -41,7 +41,7 @@ constexpr std::size_t notReceived = 2000;
 
 const std::vector<Message>& messages();
 
-/// What a field of the `kind` becomes that stands at `start` of an answer's payload.
+/// The value of a field of that kind at `start` of an answer's payload.
 Bytes valueFrom(Kind kind, const Bytes& payload, std::size_t start);
 
 /// A message with its fields, one value each.

@@ -68,14 +68,13 @@ class DeviceRule(unittest.TestCase):
         self.assertLess(RULE.name, "73-seat-late.rules")
 
     def test_udev_itself_finds_nothing_wrong_where_it_can_tell(self):
-        version = (
-            subprocess.run(["udevadm", "--version"], capture_output=True, text=True).stdout
-            if shutil.which("udevadm")
-            else "0"
-        )
-        if int(version.split()[0]) >= 254:
-            verified = subprocess.run(["udevadm", "verify", str(RULE)], capture_output=True, text=True)
-            self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
+        if not shutil.which("udevadm"):
+            self.skipTest("there is no udevadm here")
+        version = subprocess.run(["udevadm", "--version"], capture_output=True, text=True).stdout
+        if int(version.split()[0]) < 254:
+            self.skipTest("udevadm cannot verify rules here")
+        verified = subprocess.run(["udevadm", "verify", str(RULE)], capture_output=True, text=True)
+        self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
 
 
 if __name__ == "__main__":

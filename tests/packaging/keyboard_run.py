@@ -1,5 +1,5 @@
-"""Programs a simulated device with the wizard as a person does who has a keyboard and nothing else: on an X server of
-its own, by keys that reach the window from outside."""
+"""Programs a simulated device with the wizard by keyboard alone: on a separate X server, by keys that reach the window
+from outside."""
 
 import contextlib
 import functools
@@ -120,7 +120,7 @@ def program_a_device(wizard, screen, look):
     look(wizard)
 
     def save_is_pressed():
-        # A button that is not shown takes no key: Next works up to the last page, Save there alone.
+        # A button that is not shown takes no key: Next works up to the last page, Save only there.
         screen.press(title, "alt+n")
         screen.press(title, "alt+s")
         with contextlib.suppress(Failed):
@@ -150,8 +150,8 @@ def run(
     port_is_there=lambda port: None,
     look=lambda wizard: None,
 ):
-    """The whole of it. `port_is_there` is called with the simulated port before the wizard starts. The simulator's
-    command ends with its directory.
+    """Starts both programs and programs a device. `port_is_there` is called with the simulated port before the wizard
+    starts. The simulator's command ends with its directory.
 
     Returns the lines in which the simulated device lists what it has stored."""
     with contextlib.ExitStack() as stack:

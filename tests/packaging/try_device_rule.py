@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Lets udev itself apply the rule to devices that are made up, and the wizard program a simulated device through the
-link that udev made: in /dev, as installed, with nothing in the environment.
+"""Lets udev itself apply the rule to made-up devices, and the wizard program a simulated device through the link that
+udev made: in /dev, as installed, with nothing in the environment.
 
 Usage: unshare --mount --propagation private --pid --fork --mount-proc try_device_rule.py RULE_FILE WIZARD SIMULATOR
 
-Real are the rules of this system and ours, udev's reading and applying of them, the link that it makes, the wizard and
-its whole run by keys. Made up are the USB devices in sysfs, and the port that the link leads to, which is the
-simulator's. The access that the rule asks for is logind's to give, which is not part of this. Everything under /dev and
-/run, and every process, belongs to a name space of its own and ends with it. For root.
+Real: the rules of this system and ours, how udev reads and applies them, the link that it makes, the wizard and its
+whole run by keys. Made up: the USB devices in sysfs, and the port behind the link, which is the simulator's. logind,
+which gives the access that the rule asks for, is not part of this. Everything under /dev and /run, and every process,
+is in a separate name space and ends with it. For root.
 """
 
 import os
@@ -20,6 +20,7 @@ import tempfile
 
 import keyboard_run
 from bare_dev import make_bare_dev, mount
+from waiting import expect
 
 TTY = """P: /devices/usb1/1-{n}/1-{n}:1.0/tty/ttyACM{n}
 N: ttyACM{n}
@@ -79,7 +80,7 @@ def apply_rules(number):
         done = subprocess.run(command, capture_output=True, text=True)
     if done.returncode != 0:
         sys.exit(f"udevadm ended with {done.returncode}:\n{done.stdout}{done.stderr}")
-    # What is said while the file is read; what is done for a device comes with the device's name in front.
+    # What udev says while it reads the file; lines about a device begin with the device's name.
     complaint = re.compile(r"\S*velmorindal-setup\.rules:\d+ ")
     complaints = [line for line in done.stderr.splitlines() if complaint.match(line)]
     expect(complaints, [], "udev's complaints about the rule")
@@ -99,11 +100,6 @@ def do_what_udev_would(number, properties, said):
     for program in set(programs):
         if subprocess.run(program.split(), stdout=subprocess.DEVNULL).returncode != 0:
             del properties["ID_MM_PORT_IGNORE"]
-
-
-def expect(found, wanted, what):
-    if found != wanted:
-        sys.exit(f"{what}: {found!r}, and not {wanted!r}")
 
 
 def check_rule(number, ignored_as_modem):
@@ -127,8 +123,8 @@ def check_rule_beside_an_open_wizard(number):
 
 
 def narrow(rule, vendor, product):
-    """Does to the rule what it says is to be done once the numbers are known: each line that stands in a comment takes
-    the place of the one below."""
+    """Changes the rule as its comments say, once the numbers are known: each line in a comment replaces the line
+    below."""
     lines = rule.read_text().splitlines()
     for number, line in enumerate(lines):
         if line.startswith("#     "):

@@ -22,7 +22,7 @@ from bare_dev import make_bare_dev, mount
 NAME = "velmorindal-setup"
 PERSON = "1000:1000"
 HOME = "home/carer"
-# What package tools write down for themselves at every run, and what is no file of the system.
+# What package tools change at every run, and what is not part of the system.
 PASSED_OVER = (
     "proc",
     "sys",
@@ -52,7 +52,7 @@ class CleanSystem:
         self.environment |= {name: value for name, value in os.environ.items() if name.lower().endswith("_proxy")}
 
     def make(self):
-        # The directory becomes the root of everybody's tree.
+        # It becomes the root directory, which every user must be able to enter.
         self.root.chmod(0o755)
         run(
             "debootstrap",

@@ -30,7 +30,7 @@ class System:
         self.call("debootstrap", "--variant=minbase", name, root)
         # A mirror that lags behind is good enough here.
         (root / "etc/apt/apt.conf.d/00lagging-mirror").write_text('Acquire::Check-Valid-Until "false";\n')
-        # What is a mount there too can be taken apart there once more.
+        # `unshare` inside needs its root to be a mount point.
         mount("--bind", root, root)
         mount("-t", "proc", "proc", root / "proc")
         mount("--rbind", "/sys", root / "sys")

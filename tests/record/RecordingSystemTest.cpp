@@ -76,7 +76,7 @@ TEST_F(RecordingSystemTest, AFrameThatIsReadInPartsIsOneLine) {
     port->closePort();
 }
 
-TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineOnceSomebodyHasWaitedInVain) {
+TEST_F(RecordingSystemTest, APartialFrameIsALineOnceAReadHasTimedOut) {
     dongle.onFirst(Type::status, Fault::halfAHeader());
     const auto port = openedPort();
     port->writeData(ByteBuffer{0x63, 0x62, 0x73, 0x00});
@@ -85,7 +85,7 @@ TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineOnceSomebodyHasWaitedInVain) {
     port->closePort();
 }
 
-TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeTheOtherSideSpeaks) {
+TEST_F(RecordingSystemTest, APartialFrameIsALineBeforeTheOtherSideSpeaks) {
     dongle.onFirst(Type::status, Fault::halfAHeader());
     const auto port = openedPort();
     port->writeData(ByteBuffer{0x63, 0x62, 0x73, 0x00});
@@ -100,7 +100,7 @@ TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeTheOtherSideSpeaks) {
               "0.000 1 close\n");
 }
 
-TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeAnotherPortIsOpenedOrWrittenTo) {
+TEST_F(RecordingSystemTest, APartialFrameIsALineBeforeAnotherPortIsOpenedOrWrittenTo) {
     InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     const auto port = openedPort();
     SerialPort other{second.path().string(), recording};
@@ -121,7 +121,7 @@ TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeAnotherPortIsOpenedOrWrit
               "0.000 2 close\n");
 }
 
-TEST_F(RecordingSystemTest, WhatIsNotEndedIsALineBeforeTheDescriptorIsClosed) {
+TEST_F(RecordingSystemTest, APartialFrameIsALineBeforeTheDescriptorIsClosed) {
     const int descriptor = recording.openExclusively(path(), O_RDWR, {});
     EXPECT_EQ(recording.write(descriptor, ByteBuffer{0x63, 0x62}), 2);
     recording.endExclusiveUse(descriptor);

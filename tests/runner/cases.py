@@ -9,9 +9,9 @@ import subprocess
 import threading
 import time
 
-# A test program of many tests is run in so many processes, which is enough to keep the processors busy.
+# A test program with many tests is run in this many processes, enough to keep the processors busy.
 SHARDS = 4
-# A process that has said nothing for so long hangs, even on a machine with many other things to do.
+# A process that prints nothing for this many seconds hangs, even on a busy machine.
 SILENCE = 600
 LISTING = 300
 
@@ -65,7 +65,7 @@ class Job:
             if self.is_share and (match := ENDS.search(line)) and match[2] not in results:
                 results[match[2]] = match[1]
                 ended(match[2], match[1])
-        # Not waited for before: until then no other process can get its number.
+        # The process is reaped only after this: until then no other process can get its number.
         over = watch.stop()
         process.stdout.close()
         status = process.wait()
@@ -76,7 +76,7 @@ class Job:
         return self.outcome(results, "".join(lines), status, ended)
 
     def outcome(self, results, output, status, ended):
-        """Every test counts once: what did not end, ended badly."""
+        """Every test counts once: one that did not end has failed."""
         if not self.is_share:
             results = {self.name: "OK" if status == 0 else "SKIPPED" if status == self.skip_status else "FAILED"}
             ended(self.name, results[self.name])

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Gives the runner programs that end in every way, and sees that each of their tests is counted once."""
+"""Gives the runner programs that end in every way, and checks that each of their tests is counted once."""
 
 import io
 import os
@@ -172,7 +172,7 @@ class Said(unittest.TestCase):
 
 
 def runs(process):
-    """One that has ended may wait forever for a parent to see it."""
+    """Whether the process runs; one that has ended and that no parent has reaped does not."""
     try:
         return pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
     except FileNotFoundError:

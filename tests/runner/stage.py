@@ -1,4 +1,4 @@
-"""What a run says while it works: one line a stage. On a terminal that line renews itself."""
+"""The progress of a run: one line for each stage, which renews itself on a terminal."""
 
 import re
 import shutil
@@ -10,7 +10,7 @@ STEP = re.compile(r"^\[(\d+)/(\d+)")
 
 
 class Stage:
-    """A piece of work with a name, so many of so many steps done. For one thread at a time; use it in a `with`.
+    """A named piece of work and how many of its steps are done. For one thread at a time; use it in a `with`.
 
     Its time begins when it is made; one that is not shown yet is shown from the `with` on.
     """

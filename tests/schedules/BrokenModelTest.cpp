@@ -14,8 +14,8 @@ namespace {
 
 using testing::HasSubstr;
 
-/// A model with one background run, stopped by the main thread, that can be given each of the mistakes the
-/// explorer is there to find.
+/// A model with one background run, stopped by the main thread, that can be given each of the mistakes that
+/// the explorer must find.
 class SmallModel {
   public:
     struct Mistakes {

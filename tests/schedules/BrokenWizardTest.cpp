@@ -17,7 +17,7 @@ namespace {
 
 using Start = ExploredWizard::Start;
 
-/// A wizard with one mistake, and what the explorer has to say of it.
+/// A wizard with one mistake, and what the explorer must report.
 struct BrokenWizard {
     std::string_view name;
     std::string_view finding;
@@ -37,7 +37,7 @@ void writeAndMeasure(VelmorindalSwitch& model, ContainerView& /*container*/,
     model.connectionState = ConnectionStatus::writing;
 }
 
-/// Takes a run that the user has begun for one of the other measurement.
+/// Replaces a run that the user has begun by one of the other measurement.
 void exchangeTheRun(VelmorindalSwitch& model, ContainerView& container, ScheduledDispatch& dispatch) {
     dispatch.postToMain([&model, &container] {
         if (model.bgIsProcessing) {

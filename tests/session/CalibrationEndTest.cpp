@@ -1,5 +1,5 @@
+#include "CalibrationPollingTest.h"
 #include "PrintedText.h"
-#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {
@@ -7,18 +7,15 @@ namespace {
 using Type = VelmorindalMessageType;
 
 /// How a calibration run ends, beside a device that reports only what the test sends.
-class CalibrationEndTest : public SessionTest {
+class CalibrationEndTest : public CalibrationPollingTest {
   protected:
-    CalibrationEndTest() : SessionTest{{.reportInterval = std::chrono::microseconds{0}}} {}
-
-    void SetUp() override { openPort(); }
+    CalibrationEndTest() : CalibrationPollingTest{{.reportInterval = std::chrono::microseconds{0}}} {}
 };
 
 TEST_F(CalibrationEndTest, AfterTheStopOneFurtherReportIsProcessedAtMost) {
     PrintedLines lines;
     velmorindal.beginClarityPolling();
-    EXPECT_TRUE(dispatch.runMainWorkUntil(
-        [this] { return velmorindal.pollingState.get() == PollingState::clarity; }));
+    EXPECT_TRUE(runUntil(PollingState::clarity));
     dongle.sendReport(0.75F);
     EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() == 0.75; }));
 
@@ -35,8 +32,7 @@ TEST_F(CalibrationEndTest, AfterTheStopOneFurtherReportIsProcessedAtMost) {
 
 TEST_F(CalibrationEndTest, ADonglePulledOutMidStreamLeavesARunThatStillStops) {
     velmorindal.beginClarityPolling();
-    EXPECT_TRUE(dispatch.runMainWorkUntil(
-        [this] { return velmorindal.pollingState.get() == PollingState::clarity; }));
+    EXPECT_TRUE(runUntil(PollingState::clarity));
     dongle.sendReport(0.75F);
     EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
     dongle.unplug();

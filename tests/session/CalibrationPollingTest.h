@@ -14,6 +14,8 @@ inline const ByteBuffer stopFrame{0x63, 0x62, 0x74, 0x01, 0x00};
 /// A model with an open port to the dongle, its runs in the hands of the test.
 class CalibrationPollingTest : public SessionTest {
   protected:
+    using SessionTest::SessionTest;
+
     void SetUp() override { openPort(); }
 
     bool runUntilIdle() {

@@ -35,7 +35,7 @@ TEST_F(ClarityPollingTest, AReadingIsCountedBeforeItIsAnnounced) {
     EXPECT_EQ(counts.front(), 1U);
 }
 
-TEST_F(ClarityPollingTest, WhatAnotherProgramMadeOfTheLineIsPutRightWhenNothingArrives) {
+TEST_F(ClarityPollingTest, LineSettingsThatAnotherProgramChangedAreRestoredWhenNothingArrives) {
     velmorindal.beginClarityPolling();
     EXPECT_TRUE(runUntil(PollingState::clarity));
     dongle.prepare([](DeviceState& device) { device.autoTuneChannel = 0; });

@@ -23,7 +23,7 @@ class CommittingTest : public SessionTest {
     }
 };
 
-TEST_F(CommittingTest, WithoutSettingsEverReadItDoesNothingAtAll) {
+TEST_F(CommittingTest, DoesNothingBeforeSettingsWereRead) {
     velmorindal.isValid = false;
     velmorindal.lastError = "An earlier text";
     EXPECT_THAT(changesWhile([this] { EXPECT_FALSE(velmorindal.commitSettingsToDevice()); }), IsEmpty());
@@ -61,7 +61,7 @@ TEST_F(CommittingTest, AFullWriteRunsThroughItsProgressAndBackToConnected) {
     EXPECT_TRUE(dongle.state().stored.has_value());
 }
 
-TEST_F(CommittingTest, TheWritingStateIsInPlaceBeforeTheFirstByteGoesOutAndProgressIsNotWaitedFor) {
+TEST_F(CommittingTest, TheWritingStateIsSetBeforeTheFirstByteGoesOutAndProgressIsNotWaitedFor) {
     std::vector<std::string> seen;
     dongle.whenReceived([&](std::span<const std::uint8_t>) {
         seen.push_back(std::string{caseName(velmorindal.connectionState.get())} + " " +

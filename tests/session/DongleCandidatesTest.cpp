@@ -13,7 +13,7 @@ constexpr const char* severalDonglesText =
 
 class DongleCandidatesTest : public ConnectionTest {};
 
-/// A device that is no dongle: it takes everything, or nothing, and brings the same byte forever.
+/// A device that is no dongle: it takes every write or none, and every read returns the same byte.
 class EndlessLine final : public VirtualLine {
   public:
     explicit EndlessLine(std::uint8_t byte, bool takesBytes = true) : byte_{byte}, takesBytes_{takesBytes} {}

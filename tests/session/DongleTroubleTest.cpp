@@ -51,7 +51,7 @@ TEST_F(DongleTroubleTest, AUsableDongleLeavesNoLine) {
     EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(DongleTroubleTest, ABusyPortIsSaidWithTheProcessThatHoldsIt) {
+TEST_F(DongleTroubleTest, ABusyPortIsReportedWithTheProcessThatHoldsIt) {
     system.setHolder(path(), {.program = "ModemManager", .process = 812});
     EXPECT_EQ(
         troubleWhenOpeningFailsWith(EBUSY),
@@ -59,39 +59,39 @@ TEST_F(DongleTroubleTest, ABusyPortIsSaidWithTheProcessThatHoldsIt) {
         "it: end it, or wait until it lets go.\n");
 }
 
-TEST_F(DongleTroubleTest, ABusyPortWhoseHolderIsNotShownIsSaidWithTheWayToFindIt) {
+TEST_F(DongleTroubleTest, ABusyPortWithAnUnknownHolderIsReportedWithTheWayToFindIt) {
     EXPECT_EQ(troubleWhenOpeningFailsWith(EBUSY),
               "could not be opened: Device or resource busy. Another program holds it: 'sudo fuser -v " +
                   path() + "' names it.\n");
 }
 
-TEST_F(DongleTroubleTest, APortThatThisProgramHoldsIsSaidSo) {
+TEST_F(DongleTroubleTest, APortThatThisProgramHoldsIsReportedAsItsOwn) {
     system.setHolder(path(), {.program = "velmorindal-set", .process = ::getpid()});
     EXPECT_EQ(troubleWhenOpeningFailsWith(EBUSY),
               "could not be opened: Device or resource busy. This program holds it since an earlier attempt: "
               "close it and start it again.\n");
 }
 
-TEST_F(DongleTroubleTest, ARefusedAccessIsSaidWithTheGroupOfTheNode) {
+TEST_F(DongleTroubleTest, ARefusedAccessIsReportedWithTheGroupOfTheNode) {
     // The node of a dongle in this process is the null device.
     EXPECT_EQ(troubleWhenOpeningFailsWith(EACCES),
               "could not be opened: Permission denied. It belongs to the group root: join it with 'sudo "
               "adduser \"$USER\" root', then log out and in again.\n");
 }
 
-TEST_F(DongleTroubleTest, APortThatVanishedOrFailsIsSaidToBeReplugged) {
+TEST_F(DongleTroubleTest, APortThatVanishedOrFailsIsReportedWithTheAdviceToReplug) {
     for (const int reason : {ENOENT, ENXIO, EIO}) {
         EXPECT_EQ(troubleWhenOpeningFailsWith(reason), "could not be opened: " + systemText(reason) +
                                                            ". Unplug the dongle and plug it in again.\n");
     }
 }
 
-TEST_F(DongleTroubleTest, TooManyOpenFilesAreSaidToBeEndedByARestart) {
+TEST_F(DongleTroubleTest, TooManyOpenFilesAreReportedWithTheAdviceToRestart) {
     EXPECT_EQ(troubleWhenOpeningFailsWith(EMFILE),
               "could not be opened: Too many open files. Close this program and start it again.\n");
 }
 
-TEST_F(DongleTroubleTest, APortThatIsStillBeingClosedIsSaidWhileItIsWaitedFor) {
+TEST_F(DongleTroubleTest, APortThatIsStillBeingClosedIsReportedDuringTheWait) {
     system.openSlowly();
     PrintedLines output;
     PrintedLines errors{PrintStream::standardError};
@@ -115,7 +115,7 @@ TEST_F(DongleTroubleTest, AHeldCloseOfItsOwnSearchDelaysTheConnection) {
     EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsSaidWhileItIsWaitedFor) {
+TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsReportedDuringTheWait) {
     PrintedLines output;
     PrintedLines errors{PrintStream::standardError};
     system.closeSlowly(std::chrono::seconds{30});
@@ -126,7 +126,7 @@ TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsSaidWhileItIsWaitedFor) 
                   "or by another one. Wait, or unplug the dongle, which ends that at once.\n");
 }
 
-TEST_F(DongleTroubleTest, ADongleThatIsTakenBetweenFindingAndOpeningIsSaidToo) {
+TEST_F(DongleTroubleTest, ADongleThatIsTakenBetweenFindingAndOpeningIsReportedToo) {
     PrintedLines output;
     PrintedLines errors{PrintStream::standardError};
     dongle.whenReceived([this](std::span<const std::uint8_t>) { system.refuse(path(), EBUSY); });
@@ -139,7 +139,7 @@ TEST_F(DongleTroubleTest, ADongleThatIsTakenBetweenFindingAndOpeningIsSaidToo) {
                                  path() + "' names it.\n");
 }
 
-TEST_F(DongleTroubleTest, ASilentCandidateIsSaidNotToAnswer) {
+TEST_F(DongleTroubleTest, ASilentCandidateIsReported) {
     dongle.staySilentOn(Type::version);
     EXPECT_EQ(troubleOfASearch(),
               "asked for its version: no answer came. Unplug the dongle, plug it in again and start this "
@@ -153,7 +153,7 @@ TEST_F(DongleTroubleTest, APartOfAnAnswerIsShown) {
               "start this program again.\n");
 }
 
-TEST_F(DongleTroubleTest, AnotherDeviceIsSaidWithWhatItSaid) {
+TEST_F(DongleTroubleTest, AnotherDeviceIsReportedWithItsAnswer) {
     dongle.prepare([](DeviceState& device) { device.version = "A \"modem\" \x1b[2J\x7f\xc2\x9b\\"; });
     EXPECT_EQ(troubleOfASearch(),
               "asked for its version: it is no dongle but another device, which said \"A \\\"modem\\\" "
@@ -166,7 +166,7 @@ TEST_F(DongleTroubleTest, AnAnswerThatIsNoTextIsShownByItsBytes) {
               "asked for its version: it is no dongle but another device, which said \"\\xc3(\".\n");
 }
 
-TEST_F(DongleTroubleTest, AQueryThatIsTakenInPartIsSaidWithItsLength) {
+TEST_F(DongleTroubleTest, AQueryThatIsTakenInPartIsReportedWithItsLength) {
     system.cutWrite(Type::version, 1, 3);
     EXPECT_EQ(
         troubleOfASearch(),
@@ -174,19 +174,19 @@ TEST_F(DongleTroubleTest, AQueryThatIsTakenInPartIsSaidWithItsLength) {
         "this program again.\n");
 }
 
-TEST_F(DongleTroubleTest, AQueryThatTheSystemRefusesIsSaidWithItsReason) {
+TEST_F(DongleTroubleTest, AQueryThatTheSystemRefusesIsReportedWithItsReason) {
     system.cutWrite(Type::version, 1, -1);
     EXPECT_EQ(troubleOfASearch(),
               "asked for its version: it took only 0 of 4 bytes: Input/output error. Unplug the dongle, plug "
               "it in again and start this program again.\n");
 }
 
-TEST_F(DongleTroubleTest, ADonglePulledOutWhileItIsProbedIsSaidToBeUnplugged) {
+TEST_F(DongleTroubleTest, ADonglePulledOutWhileItIsProbedIsReportedAsUnplugged) {
     dongle.onFirst(Type::version, Fault::unplugDuringAnswer());
     EXPECT_EQ(troubleOfASearch(), "asked for its version: it was unplugged. Plug the dongle in again.\n");
 }
 
-TEST_F(DongleTroubleTest, WhatIsNoSerialPortIsSaidByItsKind) {
+TEST_F(DongleTroubleTest, ANodeThatIsNoSerialPortIsReportedByItsKind) {
     replaceNodeBy([](const fs::path& node) { fs::create_directory(node); });
     EXPECT_EQ(troubleOfASearch(), "not opened: it is a directory and not a serial port.\n");
     replaceNodeBy([](const fs::path& node) {

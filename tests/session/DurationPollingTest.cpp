@@ -46,7 +46,7 @@ TEST_F(DurationPollingTest, AHumOfNoTicksIsZeroAndPrintsNothing) {
     EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
 }
 
-TEST_F(DurationPollingTest, TheHumFromBeforeTheRunIsAskedAwayFirst) {
+TEST_F(DurationPollingTest, AHumFromBeforeTheRunIsDiscardedFirst) {
     dongle.humOnce(50);
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));

@@ -210,7 +210,7 @@ TEST_F(ExchangeTest, WithoutAPortBothThrowAndNothingIsWritten) {
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
 }
 
-TEST_F(ExchangeTest, ThatThereIsNoPortIsSeenBeforeWhatIsWrongWithTheCommand) {
+TEST_F(ExchangeTest, AMissingPortIsReportedBeforeAnInvalidCommand) {
     velmorindal.serialPort = nullptr;
     VCHumDuration invalid;
     invalid._valid = false;
@@ -233,7 +233,7 @@ TEST_F(ExchangeTest, APortThatIsTakenAwayAfterTheHeaderIsNotAskedForThePayload) 
     EXPECT_EQ(line.reads, 1);
 }
 
-TEST_F(ExchangeTest, WhatAnotherProgramMadeOfTheLineIsPutRightBeforeAFrameGoesOut) {
+TEST_F(ExchangeTest, LineSettingsThatAnotherProgramChangedAreRestoredBeforeAFrameGoesOut) {
     const int descriptor = velmorindal.serialPort.get()->fileDescriptor().value();
     const auto minimumOnTheLine = [&] {
         termios attributes{};

@@ -31,7 +31,6 @@ std::ptrdiff_t occurrences(const std::string& text, std::string_view piece) {
     return count;
 }
 
-/// Bytes that stay in a file until they are asked for.
 std::string contentsOf(const fs::path& file) {
     std::ifstream stream{file, std::ios::binary};
     return {std::istreambuf_iterator<char>{stream}, {}};
@@ -73,7 +72,7 @@ class HostileNeighbours : public TerminalSessionTest {
         ::close(server);
     }
 
-    /// All that passes for no device. @returns how many there are.
+    /// Adds every kind of entry that is no device. @returns how many there are.
     std::ptrdiff_t addEveryKind(const std::string& rest) {
         fs::create_directory(named("-directory" + rest));
         addFile("-file" + rest);
@@ -102,9 +101,9 @@ class HostileNeighbours : public TerminalSessionTest {
     std::string printed;
 };
 
-TEST_F(HostileNeighbours, WhatIsNoDeviceIsRefusedUnaskedAndTheDongleFound) {
+TEST_F(HostileNeighbours, EveryOtherNodeIsRefusedWithoutAQueryAndTheDongleIsFound) {
     const std::ptrdiff_t neighbours = addEveryKind("");
-    // One that was opened and asked would be waited for without end.
+    // Opening one of them and asking it would wait forever.
     EXPECT_THAT(list(), ElementsAre(path()));
     EXPECT_EQ(occurrences(printed, refused), neighbours) << printed;
     EXPECT_EQ(occurrences(printed, "Open Result: "), neighbours + 1) << printed;

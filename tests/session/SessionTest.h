@@ -133,14 +133,7 @@ class SessionTest : public SessionTestOn<VirtualDongleWorld> {
   protected:
     using SessionTestOn::SessionTestOn;
     using VirtualWorld::scheduler;
-
-    /// How much virtual time `operation` takes, in seconds.
-    template <typename Operation>
-    double secondsTakenBy(Operation operation) {
-        const Scheduler::Moment start = scheduler.now();
-        operation();
-        return std::chrono::duration<double>{scheduler.now() - start}.count();
-    }
+    using VirtualWorld::secondsTakenBy;
 };
 
 using TerminalSessionTest = SessionTestOn<TerminalDongleWorld>;

@@ -92,16 +92,13 @@ INSTANTIATE_TEST_SUITE_P(EveryDetectMode, DetectModeReadingTest,
                              return "DetectMode" + std::to_string(test.param.detectMode);
                          });
 
-TEST_F(SettingsReadingTest, TwentyFiveTicksAreOneSecond) {
-    dongle.prepare([](DeviceState& device) { device.settings.humDuration.maxShort = 25; });
-    EXPECT_TRUE(read());
-    EXPECT_EQ(velmorindal.cutoff.get(), 1.0F);
-}
-
-TEST_F(SettingsReadingTest, FortyTicksAreOnePointSixSeconds) {
-    dongle.prepare([](DeviceState& device) { device.settings.humDuration.maxShort = 40; });
-    EXPECT_TRUE(read());
-    EXPECT_EQ(velmorindal.cutoff.get(), 1.6F);
+TEST_F(SettingsReadingTest, TwentyFiveTicksAreOneSecondOfCutoff) {
+    using Cutoff = std::pair<std::uint16_t, float>;
+    for (const auto& cutoff : {Cutoff{25, 1.0F}, {40, 1.6F}}) {
+        dongle.prepare([&](DeviceState& device) { device.settings.humDuration.maxShort = cutoff.first; });
+        EXPECT_TRUE(read());
+        EXPECT_EQ(velmorindal.cutoff.get(), cutoff.second);
+    }
 }
 
 TEST_F(SettingsReadingTest, TheCutoffFollowsTheModeThatHasArrivedAndNotTheOnePosted) {

@@ -96,8 +96,8 @@ class SavingChild {
     static constexpr char beforeBegun = 'b';
     static constexpr char ended = ')';
 
-    /// Temporary files get random names. Children of one process would all draw the same ones, and stumble
-    /// over what was left by the last.
+    /// Temporary files get random names. Children of one process would all draw the same ones, and meet the
+    /// files that the last one left.
     static void takeOtherNamesThanTheLastChild() {
         constexpr int moreThanOneChildDraws = 2000;
         for (int draws = 0; draws < moreThanOneChildDraws; ++draws) {
@@ -121,8 +121,8 @@ class SavingChild {
     bool newestIsComplete_ = false;
 };
 
-/// Where a save takes its time for itself and not for a disk, so that every moment of it is hit: a killed
-/// process takes nothing with it that the system has been given.
+/// In memory, where no disk slows a save down, so that kills hit every moment of one. A killed process loses
+/// nothing that it has already written.
 class KilledSave : public AtomicSave {
   protected:
     /// The longest wait before a kill: two saves.

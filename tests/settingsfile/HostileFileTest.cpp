@@ -46,7 +46,7 @@ TEST_F(HostileFile, AFileCutOffAnywhereIsRefused) {
     }
 }
 
-TEST_F(HostileFile, AnEntityBombIsDefused) {
+TEST_F(HostileFile, AnEntityBombIsRefused) {
     for (const char* name : {"entity-bomb-in-value.xml", "entity-bomb-in-text.xml", "entity-in-circle.xml"}) {
         expectRefused(dataFile(name), notParsable);
     }
@@ -89,7 +89,7 @@ TEST_F(HostileFile, NoFileThatADocumentPointsToIsTouched) {
     EXPECT_FALSE(watch.sawSomething());
 }
 
-TEST_F(HostileFile, APipeThatADocumentPointsToKeepsNobodyWaiting) {
+TEST_F(HostileFile, APipeThatADocumentPointsToIsNotWaitedFor) {
     const std::string pipe = path("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0666), 0);
     writeFile(path("pointing.xml"), "<!DOCTYPE VibrationSwitch SYSTEM \"" + pipe +
@@ -109,7 +109,7 @@ TEST_F(HostileFile, ADirectoryCannotBeLoaded) {
     expectRefused(directory.path(), notLoadable);
 }
 
-TEST_F(HostileFile, APipeOrADeviceCannotBeLoadedAndKeepsNobodyWaiting) {
+TEST_F(HostileFile, APipeOrADeviceIsRefusedWithoutWaiting) {
     ASSERT_EQ(::mkfifo(path("pipe.xml").c_str(), 0666), 0);
     expectRefused(path("pipe.xml"), notLoadable);
     std::filesystem::create_symlink(path("pipe.xml"), path("link.xml"));

@@ -3,14 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QLocale>
-#include <clocale>
 #include <cmath>
 #include <limits>
-#include <locale>
 #include <string>
 
-#include "CommaNumbers.h"
+#include "OtherLocales.h"
 
 namespace velmorindal {
 namespace {
@@ -120,19 +117,10 @@ TEST(FloatValue, IsZeroForANumberTooSmallForAFloat) {
 }
 
 TEST(FloatValue, IgnoresTheLocale) {
-    const std::locale standardBefore =
-        std::locale::global(std::locale{std::locale::classic(), new CommaNumbers});
-    const QLocale toolkitBefore;
-    QLocale::setDefault(QLocale::German);
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* commaLocale : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
-        std::setlocale(LC_ALL, commaLocale);
-        EXPECT_EQ(floatValue("1.50"), 1.5F) << commaLocale;
-        EXPECT_EQ(floatValue("1,50"), 1.0F) << commaLocale;
-    }
-    std::setlocale(LC_ALL, before.c_str());
-    QLocale::setDefault(toolkitBefore);
-    std::locale::global(standardBefore);
+    inOtherLocales([](const char* locale) {
+        EXPECT_EQ(floatValue("1.50"), 1.5F) << locale;
+        EXPECT_EQ(floatValue("1,50"), 1.0F) << locale;
+    });
 }
 
 }  // namespace

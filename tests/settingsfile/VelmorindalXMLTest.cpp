@@ -113,7 +113,7 @@ TEST(VelmorindalXML, PrintsTheElementAndEachAttributeThatIsNoSetting) {
     EXPECT_EQ(xml.cutoff, 1.5F);
 }
 
-TEST(VelmorindalXML, IgnoresEveryOtherElementWithoutAWord) {
+TEST(VelmorindalXML, IgnoresEveryOtherElementAndPrintsNothing) {
     VelmorindalXML xml;
     const std::vector<XMLAttribute> attributes{{"OutputPath", "Switch"}, {"Foo", "bar"}};
     for (const char* name : {"", "vibrationSwitch", "VibrationSwitches", "v:VibrationSwitch", "Switch"}) {

@@ -1,10 +1,7 @@
-#include <QLocale>
-#include <clocale>
 #include <limits>
-#include <locale>
 #include <string>
 
-#include "CommaNumbers.h"
+#include "OtherLocales.h"
 #include "SettingsFileTest.h"
 
 namespace velmorindal {
@@ -92,19 +89,10 @@ TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
 
 TEST_F(WriteXML, TheLocaleChangesNothing) {
     model.cutoff = 1234.5F;
-    const std::locale standardBefore =
-        std::locale::global(std::locale{std::locale::classic(), new CommaNumbers});
-    const QLocale toolkitBefore;
-    QLocale::setDefault(QLocale::German);
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* commaLocale : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
-        std::setlocale(LC_ALL, commaLocale);
+    inOtherLocales([this](const char* locale) {
         save(path("settings.xml"));
-        EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Cutoff"), "1234.50") << commaLocale;
-    }
-    std::setlocale(LC_ALL, before.c_str());
-    QLocale::setDefault(toolkitBefore);
-    std::locale::global(standardBefore);
+        EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Cutoff"), "1234.50") << locale;
+    });
 }
 
 TEST_F(WriteXML, SavingAnnouncesNoChangeAndLeavesTheLastErrorAlone) {

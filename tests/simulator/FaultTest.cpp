@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 using Faults = VirtualDongleTest;
 
-TEST_F(Faults, TenThousandOtherFramesComeFirstAndTheAnswerAfterAll) {
+TEST_F(Faults, TenThousandOtherFramesComeFirstAndThenTheAnswer) {
     dongle_.onFirst(status, Fault::floodFirst());
     host_.write(query('s'));
     for (int other = 0; other < 10'000; ++other) {

@@ -54,7 +54,7 @@ TEST_F(ReplayTest, AnAnswerWaitsForItsQuestionAndComesAsLateAsItDid) {
     EXPECT_EQ(replay.nextLine(), 0U);
 }
 
-TEST_F(ReplayTest, WhatNobodyAskedForComesAsLongAfterWhatPrecedesIt) {
+TEST_F(ReplayTest, AnUnrequestedFrameKeepsItsDistanceFromTheEventBefore) {
     Replay& replay = replaying(
         {at(0ms, Kind::opened), at(10ms, Kind::fromDevice, report), at(60ms, Kind::fromDevice, report)});
     EXPECT_EQ(replay.due(), std::nullopt) << "nobody has opened the port";
@@ -95,7 +95,7 @@ TEST_F(ReplayTest, AHostThatIsFasterMissesWhatWasNotSentYet) {
     EXPECT_FALSE(replay.hasDeparted());
 }
 
-TEST_F(ReplayTest, ADepartureIsSaidWithItsLineAndTheDeviceIsSilentUntilTheRecordIsFollowed) {
+TEST_F(ReplayTest, ADepartureIsReportedWithItsLineAndTheDeviceIsSilentUntilTheRecordIsFollowed) {
     Replay& replay = replaying({at(0ms, Kind::fromHost, question), at(10ms, Kind::fromDevice, answer)});
     replay.receive(otherQuestion, start);
     EXPECT_THAT(departures, ElementsAre("2: the host sent 63 62 76 00, the record has 63 62 73 00"));

@@ -9,7 +9,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-TEST(StoredSettings, ThatNothingWasStoredIsSaid) {
+TEST(StoredSettings, SayThatNothingWasStored) {
     EXPECT_THAT(storedSettingsInWords({}), ElementsAre("Nothing was stored."));
 }
 

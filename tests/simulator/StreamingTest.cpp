@@ -29,7 +29,7 @@ float maximumOf(const ByteBuffer& report) {
     return std::bit_cast<float>(bits);
 }
 
-class Streaming : public VirtualTimeTest {
+class Streaming : public testing::Test, protected VirtualWorld {
   protected:
     void plugIn(const SimulatedDongle::Options& options) {
         dongle_.emplace(system, directory_.path(), options);

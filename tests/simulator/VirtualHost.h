@@ -48,20 +48,8 @@ class VirtualHost {
     const int descriptor_;
 };
 
-/// A test on virtual time.
-class VirtualTimeTest : public testing::Test, protected VirtualWorld {
-  protected:
-    /// How much virtual time `operation` takes, in seconds.
-    template <typename Operation>
-    double secondsTakenBy(Operation operation) {
-        const Scheduler::Moment start = scheduler.now();
-        operation();
-        return std::chrono::duration<double>{scheduler.now() - start}.count();
-    }
-};
-
 /// A dongle in this process, and a host without a protocol.
-class VirtualDongleTest : public VirtualTimeTest {
+class VirtualDongleTest : public testing::Test, protected VirtualWorld {
   protected:
     TemporaryDirectory directory_;
     InProcessDongle dongle_{system, directory_.path()};

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -29,6 +30,14 @@ class VirtualWorld {
         if (const auto failure = std::exchange(reported_, scheduler.failure()); !failure && reported_) {
             ADD_FAILURE() << *reported_ << "\n" << scheduler.trace();
         }
+    }
+
+    /// How much virtual time `operation` takes, in seconds.
+    template <typename Operation>
+    double secondsTakenBy(Operation operation) {
+        const Scheduler::Moment start = scheduler.now();
+        operation();
+        return std::chrono::duration<double>{scheduler.now() - start}.count();
     }
 
     Choices choices;

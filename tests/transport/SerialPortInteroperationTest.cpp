@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
+#include <string>
 
 #include "ChildProcess.h"
 #include "SerialPort.h"
 #include "SerialPortTesting.h"
+#include "TemporaryDirectory.h"
 #include "UnhurriedSystem.h"
 
 namespace velmorindal {
@@ -17,21 +17,10 @@ class SerialCable : public testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(socat_.says("starting data transfer loop")) << socat_.output(); }
 
-    void TearDown() override { std::filesystem::remove_all(directory_); }
-
-  private:
-    static std::string newDirectory() {
-        std::string directory = testing::TempDir() + "velmorindal-cable-XXXXXX";
-        EXPECT_NE(::mkdtemp(directory.data()), nullptr);
-        return directory;
-    }
-
-    const std::string directory_ = newDirectory();
-
-  protected:
     UnhurriedSystem system;
-    const std::string nearEnd = directory_ + "/near";
-    const std::string farEnd = directory_ + "/far";
+    const TemporaryDirectory directory;
+    const std::string nearEnd = directory.path() / "near";
+    const std::string farEnd = directory.path() / "far";
 
   private:
     ChildProcess socat_{

@@ -173,7 +173,7 @@ TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgr
     ::close(foreign);
 }
 
-TEST(SerialPortEcho, OfWhatADeviceSendsRightAfterTheOpenIsNone) {
+TEST(SerialPortEcho, DoesNotReachADeviceThatSendsRightAfterTheOpen) {
     const FreshTerminal device;
     SerialPort port{device.path(), posix};
     port.openPort();
@@ -187,7 +187,7 @@ TEST(SerialPortEcho, OfWhatADeviceSendsRightAfterTheOpenIsNone) {
     port.closePort();
 }
 
-TEST(SerialPortEcho, HasEndedWhenTheSystemHandsOutTheDescriptor) {
+TEST(SerialPortEcho, IsOffWhenTheSystemReturnsTheDescriptor) {
     const FreshTerminal device;
     const int descriptor = posix.openExclusively(device.path(), O_RDWR, {});
 

@@ -116,7 +116,7 @@ TEST_F(SerialPortUnderAReader, GathersBytesThatArriveInPiecesWithoutADeadline) {
     EXPECT_EQ(reader.bytes(), (ByteBuffer{0x72, 0x62, 0x76, 0x01}));
 }
 
-TEST_F(SerialPortUnderAReader, EndsTheReaderWithItsPresentReadWhenItIsClosed) {
+TEST_F(SerialPortUnderAReader, EndsTheReaderAfterItsCurrentReadWhenItIsClosed) {
     port.setSettings(dongleSettings(1));
     const int descriptor = port.fileDescriptor().value();
     Reader reader{port, 4};

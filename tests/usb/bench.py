@@ -16,7 +16,7 @@ DEADLINE = 2
 SLOWNESS = 3
 """Seconds that may come on top in a machine that is slow."""
 CHECKS = {}
-"""By name, in the order in which they run: what is to be so, and the function that finds out."""
+"""By name, in the order in which they run: what must hold, and the function that checks it."""
 
 
 def check(statement, *parameters, name=None):

@@ -19,7 +19,7 @@ TIME_TO_GO = 90
 
 
 def modem_manager():
-    """Its process."""
+    """The number of its process."""
     shown = subprocess.run(
         ["systemctl", "show", "--property=MainPID", "--value", "ModemManager"],
         capture_output=True,

@@ -1,5 +1,5 @@
-"""The dongle with the device behind it: answers as the pages about the wire say, keeps every byte that the host sent,
-and misbehaves on demand."""
+"""The dongle with the device behind it: answers as docs/protocol.md says, keeps every byte that the host sent, and
+misbehaves on demand."""
 
 import pathlib
 import threading
@@ -13,7 +13,7 @@ LAST_HUM, AUTO_TUNE = b"lt"
 
 
 def conversation(title):
-    """The example of that title in the pages about the wire: what the host sends, and what the device answers."""
+    """The example of that title in docs/protocol.md: what the host sends, and what the device answers."""
     page = (pathlib.Path(__file__).parents[2] / "docs/protocol.md").read_text()
     block = page.split(f"### {title}\n", 1)[1].split("```conversation\n", 1)[1].split("```", 1)[0]
     lines = [(line[0], bytes.fromhex(line[1:])) for line in block.splitlines()]

@@ -1,4 +1,4 @@
-"""A USB device made of software. The kernel's virtual host controller (vhci_hcd) reaches it over a socket pair, by the
+"""A USB device in software. The kernel's virtual host controller (vhci_hcd) reaches it over a socket pair, by the
 messages of USB/IP; all above that, from enumeration to the serial driver, is the kernel's own."""
 
 import collections

@@ -62,7 +62,7 @@ void Monkey::startProgram() {
     users_.emplace(system_);
     system_.forgetCut();
     loneBytes_ = 0;
-    // Every other program has a device that does as it should, and is looked at the more sharply.
+    // Every other program has a device that works as it should, and is checked more strictly.
     meddles_ = oneIn(2);
     plugIn();
     wizard_ =
@@ -130,7 +130,7 @@ void Monkey::step() {
 
 void Monkey::actOnTheWindow() {
     std::string what;
-    // Not long enough to be met with by chance.
+    // Writes are too short to be hit by chance.
     const bool writes = wizard_->velmorindal().connectionState.get() == ConnectionStatus::writing;
     if (oneIn(writes ? 4 : 150)) {
         what = "asked the program to end";
@@ -174,7 +174,7 @@ void Monkey::cutTheNext(Type type) {
     constexpr std::array<std::ptrdiff_t, 3> results{-1, 0, 1};
     const std::ptrdiff_t taken = results.at(random_() % results.size());
     loneBytes_ += taken > 0 ? 1 : 0;
-    // Drops the one before, if it has not come to pass.
+    // Replaces an earlier one that has not happened yet.
     system_.cutWrite(type, 1, taken);
 }
 

@@ -17,7 +17,7 @@ void say(const std::string& line) {
     velmorindal::writeLine(2, line);
 }
 
-/// The platform without a screen says at every window what it cannot do with one.
+/// Leaves out what the platform without a screen says of every window: that it does not support something.
 void passOn(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
     if (!message.startsWith(QLatin1String{"This plugin does not support"})) {
         say(message.toStdString());

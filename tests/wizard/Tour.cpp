@@ -16,7 +16,7 @@ using Type = VelmorindalMessageType;
 
 void expect(bool holds, const std::string& what) {
     if (!holds) {
-        throw std::runtime_error{"It did not go as it should: " + what};
+        throw std::runtime_error{"The tour failed: " + what};
     }
 }
 

@@ -56,7 +56,7 @@ TEST_F(AccessibleControlsTest, ASliderHasItsNameAndItsRealValue) {
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
-TEST_F(AccessibleControlsTest, ASlidersValueIsToldInHundredths) {
+TEST_F(AccessibleControlsTest, ASlidersValueIsGivenInHundredths) {
     show(wizardState::Calibration);
     velmorindal.cutoff = 1.05F;
     settle();

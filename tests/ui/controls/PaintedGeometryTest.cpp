@@ -2,14 +2,12 @@
 #include <QRadioButton>
 #include <QStyle>
 #include <algorithm>
-#include <stdexcept>
 #include <vector>
 
+#include "ApplicationFont.h"
 #include "IndicatorWidget.h"
 #include "LogoWidget.h"
 #include "Look.h"
-#include "PageScroller.h"
-#include "PageWidget.h"
 #include "ProgressBarWidget.h"
 #include "ShowButton.h"
 #include "StepSlider.h"
@@ -46,17 +44,6 @@ class Paints final : public QObject {
 
 class PaintedGeometryTest : public WindowTest {
   protected:
-    PageWidget& page() {
-        for (const auto* scroller : window().findChildren<PageScroller*>()) {
-            if (scroller->isVisible()) {
-                return scroller->page();
-            }
-        }
-        throw std::logic_error{"no page"};
-    }
-
-    QRect placeOf(const QWidget* control) { return {control->mapTo(&window(), QPoint{}), control->size()}; }
-
     /// The least rectangle around all pixels that `counts` picks.
     template <typename Counts>
     static QRect boundsOf(const QImage& picture, Counts counts) {
@@ -77,7 +64,7 @@ class PaintedGeometryTest : public WindowTest {
 TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyOnEverySide) {
     velmorindal.outputMode = OutputMode::LongShort;
     show(wizardState::Summary);
-    const QImage picture = page().grab().toImage();
+    const QImage picture = pageOnScreen().grab().toImage();
     const QColor ground = picture.pixelColor(2, 2);
 
     const QRect painted = boundsOf(picture, [&](const QColor& color) { return color != ground; });
@@ -88,7 +75,7 @@ TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyOnEverySide) {
     EXPECT_GE(painted.top(), 30);
     EXPECT_LE(painted.top(), 30 + look::spacing());
     EXPECT_LE(painted.right(), picture.width() - 30);
-    EXPECT_EQ(page().heading()->geometry().right(), page().width() - 30 - 1);
+    EXPECT_EQ(pageOnScreen().heading()->geometry().right(), pageOnScreen().width() - 30 - 1);
 }
 
 TEST_F(PaintedGeometryTest, AnIndicatorIsACircleTwentyAcross) {
@@ -265,13 +252,10 @@ TEST_F(PaintedGeometryTest, WhatIsPressedIsHighEnoughAndGrowsWithTheFont) {
         }
     }
     const int before = look::targetHeight();
-    const QFont font = QApplication::font();
-    QFont doubled = font;
-    doubled.setPointSizeF(font.pointSizeF() * 2);
-    QApplication::setFont(doubled);
+    const ApplicationFont font;
+    font.scale(2);
     EXPECT_GE(look::targetHeight(), 2 * before - 3);
     EXPECT_GE(look::navigationHeight(), 80);
-    QApplication::setFont(font);
 }
 
 TEST_F(PaintedGeometryTest, AButtonUnderlinesTheLetterOfItsShortcut) {

@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QRegularExpression>
 
+#include "ApplicationFont.h"
 #include "Look.h"
 #include "WindowTest.h"
 
@@ -74,18 +75,14 @@ TEST_F(TextLabelTest, CountsTheTextsThatMayStandThereInItsHeightWhileItIsToldTo)
 
 TEST_F(TextLabelTest, ATitleFollowsTheFontOfTheApplication) {
     TextLabel title{TextRole::Title};
-    const QFont before = QApplication::font();
-    QFont larger = before;
-    larger.setPointSizeF(before.pointSizeF() * 2);
+    const ApplicationFont font;
 
-    QApplication::setFont(larger);
+    font.scale(2);
     // The toolkit sends it while its event loop runs.
     QEvent changed{QEvent::ApplicationFontChange};
     QApplication::sendEvent(&title, &changed);
-    const double wanted = look::titleFont().pointSizeF();
-    QApplication::setFont(before);
 
-    EXPECT_EQ(title.font().pointSizeF(), wanted);
+    EXPECT_EQ(title.font().pointSizeF(), look::titleFont().pointSizeF());
 }
 
 }  // namespace

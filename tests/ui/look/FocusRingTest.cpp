@@ -5,8 +5,7 @@
 #include <QRadioButton>
 #include <QStyleOptionFocusRect>
 
-#include "PageScroller.h"
-#include "PageWidget.h"
+#include "ApplicationFont.h"
 #include "StepSlider.h"
 #include "TextLabel.h"
 #include "WindowTest.h"
@@ -17,17 +16,6 @@ namespace {
 class FocusRingTest : public WindowTest {
   protected:
     FocusRing* ring() { return window().findChild<FocusRing*>(); }
-
-    QRect placeOf(const QWidget* widget) { return {widget->mapTo(&window(), QPoint{}), widget->size()}; }
-
-    TextLabel* headingOnScreen() {
-        for (const auto* scroller : window().findChildren<PageScroller*>()) {
-            if (scroller->isVisible()) {
-                return scroller->page().heading();
-            }
-        }
-        return nullptr;
-    }
 };
 
 TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
@@ -55,16 +43,14 @@ TEST_F(FocusRingTest, ItIsWholeWithinWhatItsControlStandsIn) {
 
 TEST_F(FocusRingTest, ItTouchesNoText) {
     constexpr int line = 2;
-    const QFont before = QApplication::font();
+    const ApplicationFont font;
     for (const int points : {9, 10, 13, 16}) {
-        QFont font = before;
         font.setPointSize(points);
-        QApplication::setFont(font);
         closeWindow();
         openWindow();
         for (const wizardState page : {wizardState::Connect, wizardState::Summary}) {
             show(page);
-            TextLabel* heading = headingOnScreen();
+            TextLabel* heading = pageOnScreen().heading();
             heading->setFocus();
             settle();
 
@@ -78,12 +64,11 @@ TEST_F(FocusRingTest, ItTouchesNoText) {
             }
         }
     }
-    QApplication::setFont(before);
 }
 
 TEST_F(FocusRingTest, ItFollowsATextThatIsLaidOutAnew) {
     show(wizardState::Summary);
-    TextLabel* heading = headingOnScreen();
+    TextLabel* heading = pageOnScreen().heading();
     heading->setFocus();
     settle();
     const QSize narrow = ring()->size();

@@ -4,9 +4,11 @@
 #include <QSlider>
 #include <QStyle>
 
+#include "ApplicationFont.h"
 #include "Contrast.h"
 #include "LegibleStyle.h"
 #include "Look.h"
+#include "Pixels.h"
 #include "ShowButton.h"
 #include "WindowTest.h"
 
@@ -38,18 +40,6 @@ class LegibilityTest : public testing::TestWithParam<bool> {
     void TearDown() override { QApplication::setPalette(before_); }
 
     static QColor ground() { return QApplication::palette().color(QPalette::Window); }
-
-    template <typename Wanted>
-    static bool has(const QImage& picture, Wanted wanted) {
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                if (wanted(picture.pixelColor(x, y))) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    }
 
     /// The strongest contrast with the ground that a picture of `widget` holds.
     static double strongestContrast(QWidget& widget) {
@@ -103,8 +93,9 @@ TEST_P(LegibilityTest, ACheckedBoxHasAWhiteTickOnBlue) {
 
     const QImage inside = box.grab(mark.adjusted(3, 3, -3, -3)).toImage();
 
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.rgb() == look::accentColor().rgb(); }));
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color == QColor{Qt::white}; }));
+    EXPECT_TRUE(
+        hasPixel(inside, [](const QColor& color) { return color.rgb() == look::accentColor().rgb(); }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color == QColor{Qt::white}; }));
 }
 
 TEST_P(LegibilityTest, AShowButtonWhoseDisplayRunsHasAWhiteTextOnBlue) {
@@ -114,8 +105,8 @@ TEST_P(LegibilityTest, AShowButtonWhoseDisplayRunsHasAWhiteTextOnBlue) {
 
     const QImage inside = button.grab(button.rect().adjusted(4, 4, -4, -4)).toImage();
 
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.blue() > 150 && color.red() < 60; }));
-    EXPECT_TRUE(has(inside, [](const QColor& color) { return color.lightness() > 200; }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color.blue() > 150 && color.red() < 60; }));
+    EXPECT_TRUE(hasPixel(inside, [](const QColor& color) { return color.lightness() > 200; }));
 }
 
 TEST_P(LegibilityTest, TextsOfThePagesAndButtonsCanBeRead) {
@@ -136,29 +127,22 @@ TEST(Legibility, WhiteCanBeReadOnTheCurrentStepAndSeenOnTheAccent) {
 }
 
 TEST(Legibility, MarksGrowWithTheFont) {
-    const QFont before = QApplication::font();
+    const ApplicationFont font;
     QRadioButton button;
     const int small = button.style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, &button);
-    QFont doubled = before;
-    doubled.setPointSizeF(before.pointSizeF() * 2);
 
-    QApplication::setFont(doubled);
+    font.scale(2);
+
     const int large = button.style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, &button);
-    QApplication::setFont(before);
-
     EXPECT_NEAR(large, 2 * small, 3);
 }
 
 TEST(Legibility, ATitleIsAsMuchLargerInAFontThatIsMeasuredInPixels) {
-    const QFont before = QApplication::font();
-    QFont pixels = before;
-    pixels.setPixelSize(40);
+    const ApplicationFont font;
 
-    QApplication::setFont(pixels);
-    const int title = look::titleFont().pixelSize();
-    QApplication::setFont(before);
+    font.setPixelSize(40);
 
-    EXPECT_EQ(title, 50);
+    EXPECT_EQ(look::titleFont().pixelSize(), 50);
 }
 
 TEST(Legibility, ShortcutsAreUnderlinedAlsoWhereTheDesktopWouldNot) {

@@ -4,6 +4,7 @@
 #include <QWheelEvent>
 
 #include "IndicatorWidget.h"
+#include "Pixels.h"
 #include "ProgressBarWidget.h"
 #include "StepSlider.h"
 #include "WindowTest.h"
@@ -32,15 +33,8 @@ class CalibrationPanelWidgetTest : public WindowTest {
 
     /// A tick is what an indicator has in white.
     static bool showsTick(IndicatorWidget& indicator) {
-        const QImage picture = indicator.grab().toImage();
-        const QColor white{Qt::white};
-        int count = 0;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                count += picture.pixelColor(x, y) == white ? 1 : 0;
-            }
-        }
-        return count > 0;
+        return hasPixel(indicator.grab().toImage(),
+                        [](const QColor& color) { return color == QColor{Qt::white}; });
     }
 
     static void turnTheWheelOver(QWidget& control, int distance) {

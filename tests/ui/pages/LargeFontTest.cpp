@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "ApplicationFont.h"
 #include "FocusScroller.h"
 #include "MessageDialog.h"
 #include "NavigationRow.h"
@@ -17,14 +18,7 @@ namespace {
 /// The window on a screen that is far too small for its font.
 class LargeFontTest : public WindowTest {
   protected:
-    LargeFontTest() : before_{QApplication::font()} { use(40); }
-    ~LargeFontTest() override { QApplication::setFont(before_); }
-
-    static void use(double points) {
-        QFont font = QApplication::font();
-        font.setPointSizeF(points);
-        QApplication::setFont(font);
-    }
+    LargeFontTest() { font.setPointSize(40); }
 
     /// The part of a control that can be seen, when the focus is on it.
     static QRect seen(const QWidget& control) { return control.visibleRegion().boundingRect(); }
@@ -34,8 +28,7 @@ class LargeFontTest : public WindowTest {
 
     MessageDialog& dialog() { return *window().findChildren<MessageDialog*>().back(); }
 
-  private:
-    const QFont before_;
+    const ApplicationFont font;
 };
 
 TEST_F(LargeFontTest, NoNameOfAStepAndNoButtonIsSqueezed) {
@@ -94,7 +87,7 @@ TEST_F(LargeFontTest, WhateverTheTabKeyReachesOnAnyPageIsInSight) {
 }
 
 TEST_F(LargeFontTest, ADialogStaysOnTheScreenAndItsTextsScroll) {
-    use(46);
+    font.setPointSize(46);
     container.showingXMLSaveAlert = true;
     settle();
 
@@ -112,7 +105,7 @@ TEST_F(LargeFontTest, ADialogStaysOnTheScreenAndItsTextsScroll) {
 }
 
 TEST_F(LargeFontTest, TheTextsOfADialogAreAsWideAsItsButtonsWhereTheseAreWider) {
-    use(4);
+    font.setPointSize(4);
     container.showingXMLSaveAlert = true;
     settle();
 

@@ -56,7 +56,6 @@ TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
 TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResult) {
     const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
-    container.currentState = wizardState::Summary;
     container.saveButtonPressed();
     EXPECT_EQ(container.currentButtons().rawValue, 1);
     ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return dongle.state().stored.has_value(); }));

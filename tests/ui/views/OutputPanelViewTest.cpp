@@ -78,40 +78,14 @@ TEST_F(OutputPanelViewTest, WithOnlyTheLongOutputOnlyTheLongHumKeystrokeIsShown)
 TEST_F(OutputPanelViewTest, EveryListOffersAllKeysInDisplayOrder) {
     const auto entries = OutputPanelView::keyEntries();
 
-    std::vector<std::string_view> labels;
+    std::string labels;
     for (std::size_t index = 0; index < entries.size(); ++index) {
         EXPECT_EQ(entries[index].value, VelmorindalSwitch::keyDisplayOrder().at(index));
-        labels.push_back(entries[index].label);
+        labels.append(entries[index].label).append(", ");
     }
-    EXPECT_THAT(labels, testing::ElementsAreArray({"Space",
-                                                   "Enter",
-                                                   "Tab",
-                                                   "Shift+Tab",
-                                                   "0",
-                                                   "1",
-                                                   "2",
-                                                   "3",
-                                                   "4",
-                                                   "~1",
-                                                   "~2",
-                                                   "~3",
-                                                   "~4",
-                                                   "[Up Arrow]",
-                                                   "[Down Arrow]",
-                                                   "[Left Arrow]",
-                                                   "[Right Arrow]",
-                                                   "F1",
-                                                   "F2",
-                                                   "F3",
-                                                   "F4",
-                                                   "F5",
-                                                   "F6",
-                                                   "F7",
-                                                   "F8",
-                                                   "F9",
-                                                   "F10",
-                                                   "F11",
-                                                   "F12"}));
+    EXPECT_EQ(labels,
+              "Space, Enter, Tab, Shift+Tab, 0, 1, 2, 3, 4, ~1, ~2, ~3, ~4, [Up Arrow], [Down Arrow], "
+              "[Left Arrow], [Right Arrow], F1, F2, F3, F4, F5, F6, F7, F8, F9, F10, F11, F12, ");
 }
 
 TEST_F(OutputPanelViewTest, ChoosingAKeyChangesThatOneOnly) {
