@@ -120,9 +120,9 @@ TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
 }
 
 TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
-    EXPECT_THAT(linesPrintedBy(
+    EXPECT_THAT(stepsOfRaising(
                     [&] { container.connectionAttemptEnded({.succeeded = false, .text = "The reason."}); }),
-                ElementsAre("Could not connect."));
+                ElementsAre("", "title ", "title message ", "title message flag Could not connect.\n"));
 
     EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
     EXPECT_EQ(container.alertMessage.get(), "The reason.");
@@ -137,9 +137,10 @@ TEST_F(ContainerConnectionTest, AFailureWithoutATextIsAnUnknownError) {
     EXPECT_TRUE(container.showingGenericAlert.get());
 }
 
-TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({.text = "Be careful."}); }),
-                ElementsAre("Connected, with warnings."));
+TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDialogIsRaised) {
+    EXPECT_THAT(
+        stepsOfRaising([&] { container.connectionAttemptEnded({.text = "Be careful."}); }),
+        ElementsAre("", "title ", "title message ", "title message flag Connected, with warnings.\n"));
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
     EXPECT_EQ(container.alertMessage.get(), "Be careful.");

@@ -137,9 +137,16 @@ TEST_F(ContainerWriteDialogsTest, TheTextsOfAFailureAreInPlaceBeforeItsDialogIsR
     EXPECT_TRUE(container.showingXMLSaveAlert.get());
 }
 
-TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarning) {
-    EXPECT_THAT(linesPrintedBy([&] { container.writeEnded(true, "Be careful."); }),
-                ElementsAre("Saved, with warnings."));
+TEST_F(ContainerWriteDialogsTest, AFailureIsLoggedAfterItsDialogIsRaised) {
+    // The first step is that of the offer to save a file.
+    EXPECT_THAT(stepsOfRaising([&] { container.writeEnded(false, "The reason."); }),
+                ElementsAre("", "", "title ", "title message ", "title message flag Could not save.\n"));
+}
+
+TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDialogIsRaised) {
+    EXPECT_THAT(
+        stepsOfRaising([&] { container.writeEnded(true, "Be careful."); }),
+        ElementsAre("", "", "title ", "title message ", "title message flag Saved, with warnings.\n"));
     container.offerSettingsFile();
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
