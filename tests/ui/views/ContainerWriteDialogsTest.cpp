@@ -157,6 +157,19 @@ TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDi
     EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
 }
 
+TEST_F(ContainerWriteDialogsTest, ATextThatIsThereWhenAWriteHasSucceededIsShownAsAWarning) {
+    const InProcessDongle dongle{system, directory.path()};
+    ASSERT_TRUE(connect());
+    container.saveButtonPressed();
+    // The write has taken away the text of whatever came before it, and waits for its state.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    velmorindal.lastError = "Be careful.";
+    finishBackground();
+
+    EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
+    EXPECT_EQ(container.alertMessage.get(), "Be careful.");
+}
+
 TEST_F(ContainerWriteDialogsTest, TheOfferOfAFileFollowsEveryWrite) {
     InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
