@@ -26,6 +26,19 @@ TEST_F(ContainerConnectionTest, NextFromWelcomeShowsConnectAndStartsTheAttempt) 
     EXPECT_THAT(raisedTitles(), ElementsAre("Connection Failed"));
 }
 
+TEST_F(ContainerConnectionTest, ThePageIsSetBeforeTheAttemptStartsAndJustSavedIsClearedAfterThat) {
+    std::vector<std::pair<wizardState, bool>> steps;
+    const auto note = [&] { steps.emplace_back(container.currentState.get(), scheduler.hasOtherThreads()); };
+    const auto page = container.objectWillChange.subscribe(note);
+    const auto justSaved = velmorindal.objectWillChange.subscribe(note);
+
+    container.nextButtonPressed();
+
+    EXPECT_THAT(steps, ElementsAre(testing::Pair(wizardState::Welcome, false),
+                                   testing::Pair(wizardState::Connect, true)));
+    finishBackground();
+}
+
 TEST_F(ContainerConnectionTest, ANewAttemptTakesAwayEveryReason) {
     container.connectPanel.connectionFailed("No dongle.");
     container.connectPanel.loadFailed("Missing cutoff");
