@@ -8,8 +8,11 @@
 #include <QStringList>
 #include <QTest>
 #include <memory>
+#include <stdexcept>
 
 #include "MainWindow.h"
+#include "PageScroller.h"
+#include "PageWidget.h"
 #include "WizardTest.h"
 
 namespace velmorindal {
@@ -61,6 +64,18 @@ class WindowTest : public WizardTest {
         }
         return nullptr;
     }
+
+    PageWidget& visiblePage() {
+        for (const auto* scroller : window().findChildren<PageScroller*>()) {
+            if (scroller->isVisible()) {
+                return scroller->page();
+            }
+        }
+        throw std::logic_error{"no page"};
+    }
+
+    /// Where a control stands in the window.
+    QRect placeOf(const QWidget* control) { return {control->mapTo(&window(), QPoint{}), control->size()}; }
 
     bool showsText(const QString& text) { return find<QLabel>(text) != nullptr; }
 
