@@ -58,6 +58,14 @@ TEST_F(MainWindowTest, ItLeavesATenthOfTheScreenFreeHoweverLargeTheFontIs) {
     EXPECT_EQ(window().minimumSize(), window().screen()->availableSize() * 9 / 10);
 }
 
+TEST_F(MainWindowTest, ItHasATitleAndCanBeClosedMinimizedAndResized) {
+    const Qt::WindowFlags wanted =
+        Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint;
+    EXPECT_EQ(window().windowType(), Qt::Window);
+    EXPECT_EQ(window().windowFlags() & wanted, wanted);
+    EXPECT_EQ(window().maximumSize(), (QSize{QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}));
+}
+
 TEST_F(MainWindowTest, ClosingItAsksTheApplicationToEnd) {
     window().close();
 

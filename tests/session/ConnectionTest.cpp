@@ -38,16 +38,34 @@ TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
                   "Status updated now:  connected\n");
 }
 
-TEST_F(ConnectionTest, TheLineIsSetAsTheDongleNeedsIt) {
-    EXPECT_TRUE(connect());
+void expectLineOfADongle(System& system, int descriptor) {
     termios line{};
-    ASSERT_TRUE(system.lineAttributes(velmorindal.serialPort.get()->fileDescriptor().value(), line));
+    ASSERT_TRUE(system.lineAttributes(descriptor, line));
     EXPECT_EQ(cfgetispeed(&line), static_cast<speed_t>(B115200));
     EXPECT_EQ(cfgetospeed(&line), static_cast<speed_t>(B115200));
     EXPECT_EQ(line.c_cflag & (CSIZE | PARENB | CSTOPB | CRTSCTS), static_cast<tcflag_t>(CS8));
     EXPECT_EQ(line.c_iflag & (IXON | IXOFF), 0U);
     EXPECT_EQ(line.c_cc[VMIN], 0);
     EXPECT_EQ(line.c_cc[VTIME], 2);
+}
+
+TEST_F(ConnectionTest, TheLineIsSetAsTheDongleNeedsIt) {
+    EXPECT_TRUE(connect());
+    expectLineOfADongle(system, velmorindal.serialPort.get()->fileDescriptor().value());
+}
+
+TEST_F(ConnectionTest, TheProbeSetsTheLineBeforeItAsks) {
+    PrintedLines lines;
+    std::size_t questions = 0;
+    system.beforeFrame([&](std::size_t number) {
+        const std::string openResult = lines.take();
+        expectLineOfADongle(system, std::stoi(openResult.substr(openResult.rfind(' '))));
+        questions = number;
+    });
+
+    EXPECT_THAT(velmorindal.listDevices(), ElementsAre(path()));
+
+    EXPECT_EQ(questions, 1U);
 }
 
 TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {

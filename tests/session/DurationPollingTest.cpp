@@ -117,6 +117,22 @@ TEST_F(DurationPollingTest, TheFirstAnswerIsDiscardedAndTheReadingSetToZero) {
     EXPECT_EQ(dispatch.pendingMainWork(), 0U);
 }
 
+TEST_F(DurationPollingTest, AStartThatFailsIsTakenBackInOneStepThatTheRunWaitsFor) {
+    dongle.onFirst(Type::lastHumDuration, Fault::silence());
+    velmorindal.beginDurationPolling();
+    EXPECT_TRUE(runUntil(PollingState::duration));
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    system.sleepFor(std::chrono::seconds{1});
+    EXPECT_TRUE(scheduler.hasOtherThreads());
+    EXPECT_TRUE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::duration);
+
+    dispatch.runOneMainWork();
+
+    EXPECT_FALSE(velmorindal.bgIsProcessing);
+    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+}
+
 TEST_F(DurationPollingTest, TheStateOfTheOtherDisplayEndsTheRun) {
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(runUntil(PollingState::duration));

@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "FreshTerminal.h"
 #include "SerialPortTesting.h"
@@ -102,6 +106,30 @@ TEST(PosixSystem, WaitsNoShorterThanItWasAskedTo) {
     }
 
     posix.close(line);
+}
+
+TEST(PosixSystem, SetsALineWithoutWaitingForWhatIsOnItsWayOut) {
+    const FreshTerminal terminal;
+    const int line = ::open(terminal.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const std::vector<std::uint8_t> bytes(1U << 20U);
+    std::thread writer{[&] { EXPECT_EQ(::write(line, bytes.data(), bytes.size()), std::ssize(bytes)); }};
+    // The device takes nothing, so that the write does not end.
+    pollfd room{.fd = line, .events = POLLOUT, .revents = 0};
+    EXPECT_TRUE(eventually([&] { return ::poll(&room, 1, 0) == 0; }));
+    std::atomic<bool> isSet = false;
+    std::thread setter{[&] {
+        termios attributes{};
+        EXPECT_TRUE(posix.lineAttributes(line, attributes));
+        EXPECT_TRUE(posix.setLineAttributes(line, attributes));
+        isSet = true;
+    }};
+
+    EXPECT_TRUE(eventually([&] { return isSet.load(); }));
+
+    EXPECT_EQ(terminal.receive(bytes.size()), bytes);
+    writer.join();
+    setter.join();
+    ::close(line);
 }
 
 }  // namespace

@@ -36,7 +36,10 @@ QSize PageWidget::wholeSize(int width) const {
     };
     retainSizes(hideable_, true);
     countEveryText(true);
-    layout()->invalidate();
+    // With those within it, which would answer for what was shown when they were last laid out.
+    for (QLayout* const each : findChildren<QLayout*>()) {
+        each->invalidate();
+    }
     const int needed = std::max(width, layout()->totalMinimumSize().width());
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(needed)
                                                      : layout()->totalMinimumSize().height();

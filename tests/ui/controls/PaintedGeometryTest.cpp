@@ -1,16 +1,22 @@
 #include <QCheckBox>
+#include <QLayout>
 #include <QRadioButton>
 #include <QStyle>
 #include <algorithm>
+#include <initializer_list>
+#include <string_view>
 #include <vector>
 
 #include "ApplicationFont.h"
 #include "IndicatorWidget.h"
+#include "KeyList.h"
 #include "LogoWidget.h"
 #include "Look.h"
+#include "PageWidget.h"
 #include "ProgressBarWidget.h"
 #include "ShowButton.h"
 #include "StepSlider.h"
+#include "SummaryPanelWidget.h"
 #include "TextLabel.h"
 #include "ThresholdMeter.h"
 #include "ToQt.h"
@@ -58,6 +64,20 @@ class PaintedGeometryTest : public WindowTest {
         return bounds;
     }
 
+    const QLabel* text(std::string_view words) { return find<QLabel>(toQString(words)); }
+    const QWidget* button(const char* label) { return find<QAbstractButton>(QString::fromLatin1(label)); }
+    const QWidget* bar(std::string_view name) { return find<ProgressBarWidget>(toQString(name)); }
+
+    /// That each of these begins where the one before it has ended, or further down.
+    void expectFromTopToBottom(std::initializer_list<const QWidget*> controls) {
+        int end = 0;
+        for (const QWidget* control : controls) {
+            ASSERT_NE(control, nullptr);
+            EXPECT_GE(placeOf(control).top(), end) << control->metaObject()->className();
+            end = placeOf(control).bottom() + 1;
+        }
+    }
+
     static bool isRed(const QColor& color) { return color.red() > 150 && color.green() < 90; }
 };
 
@@ -76,6 +96,61 @@ TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyOnEverySide) {
     EXPECT_LE(painted.top(), 30 + look::spacing());
     EXPECT_LE(painted.right(), picture.width() - 30);
     EXPECT_EQ(pageOnScreen().heading()->geometry().right(), pageOnScreen().width() - 30 - 1);
+}
+
+TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyBelowItsLastLine) {
+    velmorindal.justSaved = true;
+    SummaryPanelWidget page{container.summaryPanel};
+    // As high as it needs to be.
+    page.resize(500, page.layout()->totalHeightForWidth(500));
+    const QImage picture = page.grab().toImage();
+    const QColor ground = picture.pixelColor(2, 2);
+
+    const QRect painted = boundsOf(picture, [&](const QColor& color) { return color != ground; });
+
+    EXPECT_LE(painted.bottom(), picture.height() - 30);
+    EXPECT_GE(painted.bottom(), picture.height() - 30 - look::spacing());
+}
+
+TEST_F(PaintedGeometryTest, WhatIsOnAPageStandsInItsOrder) {
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.shortEnabled = true;
+    velmorindal.outputPath = OutputPath::USBKeyboard;
+    expectFromTopToBottom({window().findChild<LogoWidget*>(), text(WelcomePanelView::title),
+                           text(WelcomePanelView::body), button("Next")});
+
+    velmorindal.connectionState = ConnectionStatus::connecting;
+    show(wizardState::Connect);
+    const QWidget* const progress = bar(ConnectPanelView::progressBarName);
+    expectFromTopToBottom({text(ConnectPanelView::title), text("Connecting..."), progress, button("Load")});
+    expectFromTopToBottom({progress, text(ConnectPanelView::loadText)});
+
+    show(wizardState::Mode);
+    expectFromTopToBottom({text(ModePanelView::introduction), text(ModePanelView::question),
+                           button("Direct Mode"), button("Long/Short Mode"), button("Enable short output"),
+                           button("Enable long output")});
+
+    show(wizardState::Output);
+    expectFromTopToBottom({text(OutputPanelView::question), button("Switch Output"), button("USB Keyboard"),
+                           button("Bluetooth Keyboard"), find<KeyList>(QStringLiteral("Short hum keystroke")),
+                           find<KeyList>(QStringLiteral("Long hum keystroke"))});
+
+    velmorindal.connectionState = ConnectionStatus::writing;
+    show(wizardState::Summary);
+    expectFromTopToBottom({text(SummaryPanelView::introduction), text("Clarity:"), text("Writing data..."),
+                           bar(SummaryPanelView::progressBarName)});
+}
+
+TEST_F(PaintedGeometryTest, EachBarStandsUnderItsSliderAndThatUnderItsButton) {
+    using View = CalibrationPanelView;
+    show(wizardState::Calibration);
+    const auto slider = [this](const char* name) { return find<StepSlider>(QString::fromLatin1(name)); };
+
+    expectFromTopToBottom({text(View::title), text(View::placement), text(View::clarityHeading),
+                           text(View::clarityExplanation), button("Show Clarity"),
+                           slider("Clarity threshold"), bar(View::clarityBarName),
+                           text(View::durationHeading), text(View::durationExplanation),
+                           button("Show Duration"), slider("Cutoff"), bar(View::durationBarName)});
 }
 
 TEST_F(PaintedGeometryTest, AnIndicatorIsACircleTwentyAcross) {

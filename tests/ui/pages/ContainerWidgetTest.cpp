@@ -34,6 +34,19 @@ class ContainerWidgetTest : public WindowTest {
     }
 };
 
+TEST_F(ContainerWidgetTest, TheStepsStandLeftOfThePageAndTheButtonsBelowIt) {
+    for (const wizardState state : allWizardStates) {
+        show(state);
+        const auto* scroller = find<PageScroller>(QString::fromUtf8(stepLabel(state).data()));
+        ASSERT_NE(scroller, nullptr);
+        const QRect steps = placeOf(window().findChild<StepColumn*>());
+        const QRect buttons = placeOf(window().findChild<NavigationRow*>());
+        EXPECT_LT(steps.right(), placeOf(scroller).left());
+        EXPECT_LT(steps.right(), buttons.left());
+        EXPECT_LT(placeOf(scroller).bottom(), buttons.top());
+    }
+}
+
 TEST_F(ContainerWidgetTest, TheStepColumnNamesEveryStepAndTheVersion) {
     for (const char* text :
          {"Welcome", "Connect", "Mode", "Ouptut", "Calibration", "Summary", "Version 1.1M"}) {

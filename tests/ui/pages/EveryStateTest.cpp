@@ -1,5 +1,8 @@
 #include <QScrollBar>
 #include <functional>
+#include <map>
+#include <string>
+#include <utility>
 
 #include "FocusScroller.h"
 #include "Reason.h"
@@ -108,6 +111,22 @@ TEST_F(EveryStateTest, NoPageScrollsInTheWindowAtItsLeastSize) {
     visit([this] { expectNothingScrolls(); });
     velmorindal.connectionState = ConnectionStatus::connected;
     visitTroubles([this] { expectNothingScrolls(); });
+}
+
+TEST_F(EveryStateTest, APageIsMeasuredWithAllThatItMayShow) {
+    std::map<std::string, std::pair<int, int>> sizes;
+    const auto measure = [&] {
+        const PageWidget& page = pageOnScreen();
+        const QSize whole = page.wholeSize(400);
+        const std::pair size{whole.width(), whole.height()};
+        const std::string name = page.metaObject()->className();
+        EXPECT_EQ(sizes.try_emplace(name, size).first->second, size) << name;
+    };
+    visit(measure);
+    container.connectPanel.connectionFailed(longReason);
+    container.summaryPanel.writeEndedWith(longReason);
+    visit(measure);
+    visitTroubles(measure);
 }
 
 TEST_F(EveryStateTest, NoTwoButtonsOfADialogShareAnAccessKey) {

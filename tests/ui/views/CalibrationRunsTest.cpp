@@ -1,3 +1,6 @@
+#include <functional>
+#include <initializer_list>
+
 #include "Announcements.h"
 #include "InProcessDongle.h"
 #include "WizardTest.h"
@@ -61,6 +64,28 @@ TEST_F(CalibrationRunsTest, PressingShowDurationTwiceStartsAndThenStopsIt) {
 
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
     EXPECT_FALSE(velmorindal.bgIsProcessing);
+}
+
+TEST_F(CalibrationRunsTest, EveryPressThatStopsARunIsLoggedBeforeItsEndIsWaitedFor) {
+    for (const auto& press : std::initializer_list<std::function<void()>>{
+             [&] { page.showClarityPressed(); },
+             [&] { page.showDurationPressed(); },
+             [&] { container.closeButtonPressed(); },
+         }) {
+        page.showClarityPressed();
+        ASSERT_TRUE(runsOn(PollingState::clarity));
+        std::vector<std::string_view> statesWhenLogged;
+        {
+            const PrintDiversion log{[&](std::string_view line) {
+                if (line.starts_with("Setting polling state")) {
+                    statesWhenLogged.push_back(caseName(velmorindal.pollingState.get()));
+                }
+            }};
+            press();
+        }
+        EXPECT_THAT(statesWhenLogged, ElementsAre("clarity"));
+        page.stop();
+    }
 }
 
 TEST_F(CalibrationRunsTest, AfterStoppingClarityShowDurationStartsItsOwn) {

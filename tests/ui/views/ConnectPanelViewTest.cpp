@@ -187,13 +187,12 @@ TEST_F(ConnectPanelViewTest, StartsWithoutADialogAndWithEmptyTexts) {
     EXPECT_FALSE(page.raisedDialog().has_value());
 }
 
-TEST_F(ConnectPanelViewTest, RaisingTheDialogIsAnnounced) {
-    int announcements = 0;
-    const auto subscription = objectWillChange.subscribe([&] { ++announcements; });
+TEST_F(ConnectPanelViewTest, AFailureIsAnnouncedStepByStepAndLoggedAfterItsDialogIsRaised) {
+    const auto parts = [this] { return partsInPlace(page.alertTitle, page.alertMessage, page.showingAlert); };
 
-    page.loadFailed("Missing cutoff");
-
-    EXPECT_EQ(announcements, 3);
+    EXPECT_THAT(statesDuring(objectWillChange, parts, [&] { page.loadFailed("Missing cutoff"); }),
+                ElementsAre("", "title ", "title message ",
+                            "title message flag Could not read XML:  Missing cutoff\n"));
 }
 
 }  // namespace

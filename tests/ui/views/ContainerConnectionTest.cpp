@@ -26,6 +26,19 @@ TEST_F(ContainerConnectionTest, NextFromWelcomeShowsConnectAndStartsTheAttempt) 
     EXPECT_THAT(raisedTitles(), ElementsAre("Connection Failed"));
 }
 
+TEST_F(ContainerConnectionTest, ThePageIsSetBeforeTheAttemptStartsAndJustSavedIsClearedAfterThat) {
+    std::vector<std::pair<wizardState, bool>> steps;
+    const auto note = [&] { steps.emplace_back(container.currentState.get(), scheduler.hasOtherThreads()); };
+    const auto page = container.objectWillChange.subscribe(note);
+    const auto justSaved = velmorindal.objectWillChange.subscribe(note);
+
+    container.nextButtonPressed();
+
+    EXPECT_THAT(steps, ElementsAre(testing::Pair(wizardState::Welcome, false),
+                                   testing::Pair(wizardState::Connect, true)));
+    finishBackground();
+}
+
 TEST_F(ContainerConnectionTest, ANewAttemptTakesAwayEveryReason) {
     container.connectPanel.connectionFailed("No dongle.");
     container.connectPanel.loadFailed("Missing cutoff");
@@ -120,9 +133,9 @@ TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
 }
 
 TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
-    EXPECT_THAT(linesPrintedBy(
+    EXPECT_THAT(stepsOfRaising(
                     [&] { container.connectionAttemptEnded({.succeeded = false, .text = "The reason."}); }),
-                ElementsAre("Could not connect."));
+                ElementsAre("", "title ", "title message ", "title message flag Could not connect.\n"));
 
     EXPECT_EQ(container.alertTitle.get(), "Connection Failed");
     EXPECT_EQ(container.alertMessage.get(), "The reason.");
@@ -137,9 +150,10 @@ TEST_F(ContainerConnectionTest, AFailureWithoutATextIsAnUnknownError) {
     EXPECT_TRUE(container.showingGenericAlert.get());
 }
 
-TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarning) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({.text = "Be careful."}); }),
-                ElementsAre("Connected, with warnings."));
+TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDialogIsRaised) {
+    EXPECT_THAT(
+        stepsOfRaising([&] { container.connectionAttemptEnded({.text = "Be careful."}); }),
+        ElementsAre("", "title ", "title message ", "title message flag Connected, with warnings.\n"));
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
     EXPECT_EQ(container.alertMessage.get(), "Be careful.");

@@ -186,6 +186,20 @@ TEST_F(ContainerNavigationTest, EveryNextAndEveryBackClearsJustSaved) {
     }
 }
 
+TEST_F(ContainerNavigationTest, JustSavedIsClearedLast) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    const auto page = [this] { return std::string{stepLabel(container.currentState.get())}; };
+    for (const wizardState state : allWizardStates) {
+        for (const auto press : {&ContainerView::nextButtonPressed, &ContainerView::backButtonPressed}) {
+            container.currentState = state;
+            const auto steps =
+                statesDuring(velmorindal.objectWillChange, page, [&] { (container.*press)(); });
+            ASSERT_THAT(steps, testing::Not(IsEmpty()));
+            EXPECT_EQ(steps.back(), page());
+        }
+    }
+}
+
 TEST_F(ContainerNavigationTest, AfterASaveBackAndNextBringSaveBack) {
     container.currentState = wizardState::Summary;
     velmorindal.connectionState = ConnectionStatus::connected;

@@ -137,9 +137,16 @@ TEST_F(ContainerWriteDialogsTest, TheTextsOfAFailureAreInPlaceBeforeItsDialogIsR
     EXPECT_TRUE(container.showingXMLSaveAlert.get());
 }
 
-TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarning) {
-    EXPECT_THAT(linesPrintedBy([&] { container.writeEnded(true, "Be careful."); }),
-                ElementsAre("Saved, with warnings."));
+TEST_F(ContainerWriteDialogsTest, AFailureIsLoggedAfterItsDialogIsRaised) {
+    // The first step is that of the offer to save a file.
+    EXPECT_THAT(stepsOfRaising([&] { container.writeEnded(false, "The reason."); }),
+                ElementsAre("", "", "title ", "title message ", "title message flag Could not save.\n"));
+}
+
+TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDialogIsRaised) {
+    EXPECT_THAT(
+        stepsOfRaising([&] { container.writeEnded(true, "Be careful."); }),
+        ElementsAre("", "", "title ", "title message ", "title message flag Saved, with warnings.\n"));
     container.offerSettingsFile();
 
     EXPECT_EQ(container.alertTitle.get(), "Warning");
@@ -148,6 +155,19 @@ TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarning) {
     EXPECT_EQ(container.xmlSaveBody.get(), successBody);
     EXPECT_TRUE(velmorindal.justSaved.get());
     EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
+}
+
+TEST_F(ContainerWriteDialogsTest, ATextThatIsThereWhenAWriteHasSucceededIsShownAsAWarning) {
+    const InProcessDongle dongle{system, directory.path()};
+    ASSERT_TRUE(connect());
+    container.saveButtonPressed();
+    // The write has taken away the text of whatever came before it, and waits for its state.
+    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
+    velmorindal.lastError = "Be careful.";
+    finishBackground();
+
+    EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
+    EXPECT_EQ(container.alertMessage.get(), "Be careful.");
 }
 
 TEST_F(ContainerWriteDialogsTest, TheOfferOfAFileFollowsEveryWrite) {

@@ -11,10 +11,13 @@
 #include <utility>
 #include <vector>
 
+#include "ChangeNotifier.h"
 #include "ContainerView.h"
 #include "FilePanel.h"
 #include "InProcessDongle.h"
+#include "Print.h"
 #include "PrintedLines.h"
+#include "Published.h"
 #include "TemporaryDirectory.h"
 #include "VelmorindalSwitch.h"
 #include "VirtualWorld.h"
@@ -82,6 +85,28 @@ inline std::vector<std::string> linesStarting(std::string_view start, const std:
     return found;
 }
 
+/// What `state` says at each step of `action`: before each change that `notifier` announces, and at each line
+/// that is printed, which then stands behind it.
+template <typename State, typename Action>
+std::vector<std::string> statesDuring(ChangeNotifier& notifier, State state, Action action) {
+    std::vector<std::string> states;
+    const auto subscription = notifier.subscribe([&] { states.push_back(state()); });
+    const PrintDiversion diversion{
+        [&](std::string_view line) { states.push_back(state() + std::string{line}); }};
+    action();
+    return states;
+}
+
+/// Which parts of a dialog are in place, in words.
+inline std::string partsInPlace(const Published<std::string>& title, const Published<std::string>& message,
+                                const Published<bool>& flag) {
+    std::string parts;
+    parts += title.get().empty() ? "" : "title ";
+    parts += message.get().empty() ? "" : "message ";
+    parts += flag.get() ? "flag " : "";
+    return parts;
+}
+
 /// A model without a device, for pages that only read and edit it.
 class PanelTest : public testing::Test, protected VirtualWorld {
   protected:
@@ -132,6 +157,15 @@ class WizardTest : public testing::Test, protected VirtualWorld {
             titles.push_back(dialog.title);
         }
         return titles;
+    }
+
+    /// The parts of the general message that are in place at each step of `action`, and what it prints.
+    template <typename Action>
+    std::vector<std::string> stepsOfRaising(Action action) {
+        const auto parts = [this] {
+            return partsInPlace(container.alertTitle, container.alertMessage, container.showingGenericAlert);
+        };
+        return statesDuring(container.objectWillChange, parts, action);
     }
 
     /// Presses a button of the dialog shown first, as a toolkit does: the dialog goes, then the button acts.
