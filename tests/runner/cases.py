@@ -148,11 +148,14 @@ def names_of(command, environment):
     return [name for name in names if "DISABLED_" not in name]
 
 
-def jobs_of(preset, directory, environment):
-    """Every job of a build directory: first those that are one long test, which mostly wait, the longest at the front."""
+def jobs_of(preset, directory, environment, without=()):
+    """Every job of a build directory that has none of the labels `without`: first those that are one long test, which
+    mostly wait, the longest at the front."""
     checks, shares = [], []
     for test in tests_in(directory):
         labels = next((each["value"] for each in test["properties"] if each["name"] == "LABELS"), [])
+        if not set(labels).isdisjoint(without):
+            continue
         if "googletest" not in labels:
             checks.append(Job(preset, test, environment))
             continue

@@ -193,7 +193,8 @@ def main():
     for preset in ["check", "asan", "tsan"] if everything else ["check"]:
         if build(preset, count, TARGETS_OF_ALL.get(preset, ("all",)) if everything else ("all",)):
             built.append(preset)
-            jobs = cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests())
+            without = () if everything else ("before_merge",)
+            jobs = cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests(), without)
             # What is one long test waits most, and so it begins while the next preset is built.
             tests.start([job for job in jobs if not job.is_share])
             shares += [job for job in jobs if job.is_share]

@@ -126,6 +126,14 @@ class Runner(unittest.TestCase):
         jobs = cases.jobs_of("preset", self.directory, os.environ)
         self.assertEqual([job.name for job in jobs], ["long", "medium", "short"])
 
+    def test_what_has_a_label_that_is_not_wanted_is_left_out(self):
+        (self.directory / "CTestTestfile.cmake").write_text(
+            "add_test(always true)\nadd_test(late true)\nset_tests_properties(late PROPERTIES LABELS before_merge)\n"
+        )
+        for without, names in (((), ["always", "late"]), (("before_merge",), ["always"])):
+            jobs = cases.jobs_of("preset", self.directory, os.environ, without)
+            self.assertEqual([job.name for job in jobs], names)
+
     def test_what_a_check_needs_and_is_missing_skips_it(self):
         needing = str(HERE / "needing")
         found = self.run_test([needing, "sh", "no-such-program", "--", "false"], "SKIP_RETURN_CODE 77")
