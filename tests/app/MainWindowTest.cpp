@@ -119,6 +119,7 @@ TEST_F(MainWindowTest, HidingTheWindowCancelsAPendingMove) {
 
 TEST_F(MainWindowTest, AMoveWhileItIsHiddenIsNotTheUsers) {
     const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
+    ASSERT_NE(moment, nullptr);
     window().hide();
     QMoveEvent moved{QPoint{40, 40}, window().pos()};
     QResizeEvent resized{QSize{900, 900}, window().size()};

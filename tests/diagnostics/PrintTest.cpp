@@ -7,12 +7,13 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <clocale>
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "OtherLocales.h"
 
 namespace velmorindal {
 namespace {
@@ -69,12 +70,7 @@ TEST(Print, WritesFloatingPointNumbersInTheShortestFormThatReadsBack) {
 }
 
 TEST(Print, IgnoresTheLocale) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* commaLocale : {"de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
-        std::setlocale(LC_ALL, commaLocale);
-        EXPECT_EQ(printed(1.5, 1234567), "1.5 1234567\n") << commaLocale;
-    }
-    std::setlocale(LC_ALL, before.c_str());
+    inOtherLocales([](const char* locale) { EXPECT_EQ(printed(1.5, 1234567), "1.5 1234567\n") << locale; });
 }
 
 TEST(Print, LetsOnlyTheThreadThatHoldsTheLockPrint) {
@@ -106,7 +102,7 @@ TEST(Print, DropsWhatNobodyReadsInsteadOfWaitingForever) {
         writeLine(ends[1], line);
     }
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds{1});
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{20});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes{5});
 
     std::string received(1'000'000, '\0');
     ASSERT_EQ(::fcntl(ends[0], F_SETFL, O_NONBLOCK), 0);

@@ -39,7 +39,10 @@ PASS = "       OK :"
 FAIL = "  FAILED  :"
 SKIP = "  SKIPPED :"
 CRASH = PASS + "os.abort()"
-HANG = PASS + "import subprocess; subprocess.run(['sleep', '1000'])"
+HANG = (
+    PASS
+    + "import pathlib, subprocess; pathlib.Path(__file__).with_name('hangs').touch(); subprocess.run(['sleep', '1000'])"
+)
 
 
 class Runner(unittest.TestCase):
@@ -87,8 +90,20 @@ class Runner(unittest.TestCase):
         self.assertIn("SIGABRT", output)
 
     def test_a_silence_fails_like_a_crash_and_takes_the_processes_of_the_test_with_it(self):
-        seconds, cases.SILENCE = cases.SILENCE, 1
-        self.addCleanup(setattr, cases, "SILENCE", seconds)
+        hangs = self.directory / "hangs"
+
+        class WatchOfAHang(cases.Watch):
+            """Its time begins when the program hangs, however long that takes to come to it."""
+
+            def watch(self):
+                while not hangs.exists() and not self.ended.wait(0.01):
+                    pass
+                self.start = time.monotonic()
+                super().watch()
+
+        for name, value in (("SILENCE", 1), ("Watch", WatchOfAHang)):
+            self.addCleanup(setattr, cases, name, getattr(cases, name))
+            setattr(cases, name, value)
         passed, failed, skipped, output = self.run_program(PASS, HANG)
         self.assertEqual((passed, failed, skipped), (1, 1, 0))
         self.assertIn("was ended: it had gone on for 1 s", output)

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <limits>
-#include <string>
+
+#include "OtherLocales.h"
 
 namespace velmorindal {
 namespace {
@@ -23,12 +23,7 @@ TEST(TwoDecimals, WritesTheLargestNumberWhole) {
 }
 
 TEST(TwoDecimals, IgnoresTheLocale) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* commaLocale : {"de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
-        std::setlocale(LC_ALL, commaLocale);
-        EXPECT_EQ(twoDecimals(1234.5F), "1234.50") << commaLocale;
-    }
-    std::setlocale(LC_ALL, before.c_str());
+    inOtherLocales([](const char* locale) { EXPECT_EQ(twoDecimals(1234.5F), "1234.50") << locale; });
 }
 
 }  // namespace

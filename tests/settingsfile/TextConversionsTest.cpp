@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#include "OtherLocales.h"
+#include "OtherToolkitLocales.h"
 
 namespace velmorindal {
 namespace {
@@ -117,7 +117,7 @@ TEST(FloatValue, IsZeroForANumberTooSmallForAFloat) {
 }
 
 TEST(FloatValue, IgnoresTheLocale) {
-    inOtherLocales([](const char* locale) {
+    inOtherToolkitLocales([](const char* locale) {
         EXPECT_EQ(floatValue("1.50"), 1.5F) << locale;
         EXPECT_EQ(floatValue("1,50"), 1.0F) << locale;
     });

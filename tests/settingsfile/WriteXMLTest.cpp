@@ -1,7 +1,7 @@
 #include <limits>
 #include <string>
 
-#include "OtherLocales.h"
+#include "OtherToolkitLocales.h"
 #include "SettingsFileTest.h"
 
 namespace velmorindal {
@@ -89,7 +89,7 @@ TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
 
 TEST_F(WriteXML, TheLocaleChangesNothing) {
     model.cutoff = 1234.5F;
-    inOtherLocales([this](const char* locale) {
+    inOtherToolkitLocales([this](const char* locale) {
         save(path("settings.xml"));
         EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Cutoff"), "1234.50") << locale;
     });

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLocale>
 #include <clocale>
 #include <locale>
 #include <string>
@@ -14,21 +13,18 @@ class CommaNumbers : public std::numpunct<char> {
     std::string do_grouping() const override { return "\3"; }
 };
 
-/// Calls `check` in several locales of the C library, with its name, while the standard library and the
-/// toolkit write a decimal comma.
+/// Calls `check` in several locales of the C library, with its name, while the standard library writes a
+/// decimal comma. The C library has only those that are installed.
 template <typename Check>
 void inOtherLocales(Check check) {
     const std::locale standardBefore =
         std::locale::global(std::locale{std::locale::classic(), new CommaNumbers});
-    const QLocale toolkitBefore;
-    QLocale::setDefault(QLocale::German);
     const std::string libraryBefore = std::setlocale(LC_ALL, nullptr);
     for (const char* locale : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", ""}) {
         std::setlocale(LC_ALL, locale);
         check(locale);
     }
     std::setlocale(LC_ALL, libraryBefore.c_str());
-    QLocale::setDefault(toolkitBefore);
     std::locale::global(standardBefore);
 }
 
