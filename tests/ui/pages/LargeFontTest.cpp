@@ -65,10 +65,16 @@ TEST_F(LargeFontTest, OneScrollBarIsEnoughFromSideToSide) {
     }
 }
 
-TEST_F(LargeFontTest, TheButtonWithTheFocusIsInSightWhenTheWindowOpens) {
-    const QWidget* next = window().focusWidget();
-    ASSERT_NE(next, nullptr);
+TEST_F(LargeFontTest, TheButtonWithTheFocusIsInSightWhenTheFontHasGrown) {
+    auto* next = find<QPushButton>(QStringLiteral("Next"));
+    next->setFocus();
+
+    use(60);
+    settle();
+
+    EXPECT_EQ(window().focusWidget(), next);
     EXPECT_EQ(seen(*next), next->rect());
+    EXPECT_GT(outer().verticalScrollBar()->value(), 0);
 }
 
 TEST_F(LargeFontTest, WhateverTheTabKeyReachesOnAnyPageIsInSight) {
