@@ -9,10 +9,10 @@ namespace velmorindal {
 /// inOtherLocales(), while the toolkit too writes a decimal comma.
 template <typename Check>
 void inOtherToolkitLocales(Check check) {
-    const QLocale before;
+    const QLocale toolkitBefore;
     QLocale::setDefault(QLocale::German);
     inOtherLocales(check);
-    QLocale::setDefault(before);
+    QLocale::setDefault(toolkitBefore);
 }
 
 }  // namespace velmorindal

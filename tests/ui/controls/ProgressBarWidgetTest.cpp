@@ -29,9 +29,9 @@ class Frames final : public QAnimationDriver {
     /// Lets time pass up to the next frame; `justBefore` it is the last moment for a new value.
     template <typename Action>
     void pass(int milliseconds, Action justBefore) {
-        elapsed_ += milliseconds;
         // What was started counts from the next turn of the event loop on.
         QCoreApplication::processEvents();
+        elapsed_ += milliseconds;
         justBefore();
         advance();
     }
@@ -175,7 +175,10 @@ TEST(ProgressBarWidget, AGlideThatGetsANewValueOnItsWayGoesOnFromWhereItIs) {
     ProgressBarWidget widget{QStringLiteral("Clarity level")};
     widget.show();
     widget.setBar(barAt(1.0));
-    frames.pass(30, [] {});
+    // The toolkit may begin to count at the first frame.
+    for (int frame = 0; frame < 4 && widget.shownFraction() == 0.0; ++frame) {
+        frames.pass(16, [] {});
+    }
     const double reached = widget.shownFraction();
     ASSERT_GT(reached, 0.0);
     ASSERT_LT(reached, 1.0);

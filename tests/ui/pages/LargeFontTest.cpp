@@ -69,7 +69,7 @@ TEST_F(LargeFontTest, TheButtonWithTheFocusIsInSightWhenTheFontHasGrown) {
     auto* next = find<QPushButton>(QStringLiteral("Next"));
     next->setFocus();
 
-    use(60);
+    font.setPointSize(60);
     settle();
 
     EXPECT_EQ(window().focusWidget(), next);
