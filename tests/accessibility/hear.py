@@ -134,7 +134,8 @@ class Hearing:
             self._cleanup.append(self.wizard.stop)
             self._reader = ScreenReader(self.wizard.process.pid)
 
-        self.hears("(opens)", start, WINDOW, early("Next button"), on_one_line(*texts.WELCOME_PAGE[1:]))
+        # Of a program that has only just started, Orca does not always say the window and the focus.
+        self.hears("(opens)", start, Maybe(WINDOW), Maybe("Next button"), on_one_line(*texts.WELCOME_PAGE[1:]))
 
     def key(self, key, *expected):
         self.hears(key, lambda: press(key), *expected)
@@ -320,6 +321,8 @@ def whole_setup(hearing):
 
 def no_dongle(hearing):
     hearing.opens()
+    hearing.key("Tab", "Close button")
+    hearing.key("shift+Tab", "Next button")
     hearing.meets_by(
         "Return",
         texts.connection_failed(
