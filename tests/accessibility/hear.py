@@ -320,17 +320,19 @@ def whole_setup(hearing):
 
 
 def no_dongle(hearing):
+    """The only one leaves while it is asked, so that the page is there before the dialog."""
+    hearing.plug_in().send("hold version")
     hearing.opens()
     hearing.key("Tab", "Close button")
     hearing.key("shift+Tab", "Next button")
-    hearing.meets_by(
-        "Return",
+    hearing.key("Return", early(CONNECT_TITLE), LOAD_TEXT)
+    hearing.meets(
+        "(pull-out)",
+        lambda: hearing.dongle.send("pull-out"),
         texts.connection_failed(
             "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
         ),
         "OK",
-        Maybe(CONNECT_TITLE),
-        LOAD_TEXT,
     )
     hearing.key("Return", WINDOW, CONNECT_TITLE, BROKEN)
     hearing.key("Tab", "Load button")
