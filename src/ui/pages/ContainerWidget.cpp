@@ -150,6 +150,14 @@ int ContainerWidget::heightOfPages(int width) const {
     return height;
 }
 
+void ContainerWidget::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    // A window without a focus would give it to what scrolls.
+    if (window()->focusWidget() == nullptr) {
+        placeFocus();
+    }
+}
+
 void ContainerWidget::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     QPushButton* const button = buttons_->defaultButton();

@@ -39,6 +39,7 @@ class ContainerWidget final : public QWidget {
   protected:
     /// Enter presses the default button unless the control with the focus uses it.
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     void addPage(PageWidget* page);

@@ -65,6 +65,13 @@ TEST_F(LargeFontTest, OneScrollBarIsEnoughFromSideToSide) {
     }
 }
 
+TEST_F(LargeFontTest, TheWindowOpensWithTheFocusOnItsButtonInSight) {
+    const auto* next = find<QPushButton>(QStringLiteral("Next"));
+
+    EXPECT_EQ(window().focusWidget(), next);
+    EXPECT_EQ(seen(*next), next->rect());
+}
+
 TEST_F(LargeFontTest, TheButtonWithTheFocusIsInSightWhenTheFontHasGrown) {
     auto* next = find<QPushButton>(QStringLiteral("Next"));
     next->setFocus();
