@@ -53,6 +53,11 @@ std::vector<std::string> publishedBy(const VelmorindalSwitch& velmorindal);
 /// A model beside one simulated dongle, its main queue in the hands of the test.
 template <typename World>
 class SessionTestOn : public testing::Test, protected World {
+  public:
+    ~SessionTestOn() override { World::end(); }
+    SessionTestOn(const SessionTestOn&) = delete;
+    SessionTestOn& operator=(const SessionTestOn&) = delete;
+
   protected:
     using World::directory;
     using World::dispatch;
@@ -60,7 +65,6 @@ class SessionTestOn : public testing::Test, protected World {
     using World::system;
 
     explicit SessionTestOn(const SimulatedDongle::Options& options = {}) : World{options} {}
-    ~SessionTestOn() override { World::end(); }
 
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;

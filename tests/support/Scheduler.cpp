@@ -40,7 +40,7 @@ void Scheduler::endOtherThreads() {
 }
 
 void Scheduler::endThread(Thread& thread) {
-    if (!thread.worker) {
+    if (thread.worker == nullptr) {
         return;
     }
     if (!thread.finished) {
