@@ -18,10 +18,10 @@ class ReplayedLine final : public VirtualLine {
   public:
     using Clock = System::Clock;
 
-    ReplayedLine(VirtualSystem& system, const std::filesystem::path& path, std::vector<RecordedEvent> events)
-        : system_{system}, path_{path}, replay_{std::move(events), [this](const std::string& text) {
-                                                    departures_.push_back(text);
-                                                }} {
+    ReplayedLine(VirtualSystem& system, std::filesystem::path path, std::vector<RecordedEvent> events)
+        : system_{system},
+          path_{std::move(path)},
+          replay_{std::move(events), [this](const std::string& text) { departures_.push_back(text); }} {
         std::filesystem::create_symlink("/dev/null", path_);
         system_.add(path_, *this);
     }
