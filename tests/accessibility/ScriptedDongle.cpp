@@ -128,6 +128,7 @@ void ScriptedDongle::hold(Type type) {
                                        return;
                                    }
                                    held_ = plan.answer;
+                                   print("held");
                                    plan.delivery = AnswerPlan::Delivery::never;
                                }});
 }

@@ -77,11 +77,13 @@ class Dongle(Program):
             directory, "velmorindal-scripted-dongle", [devices, name, f"{directory}/silences"], stdin=subprocess.PIPE
         )
         self._orders = 0
+        self._holds = 0
         wait_for("the simulated dongle", self.lines)
         self.path = self.lines()[0]
 
     def send(self, *orders):
         for order in orders:
+            self._holds += order.startswith("hold ")
             self.process.stdin.write(order.encode() + b"\n")
             self.process.stdin.flush()
             self._orders += 1
@@ -89,6 +91,10 @@ class Dongle(Program):
                 lambda order=order: f"{order!r} being done; {self.errors()}",
                 lambda: self.lines().count("done") == self._orders,
             )
+
+    def holds(self):
+        """Waits until each answer that is to be held back is due: the wizard waits for it from then on."""
+        wait_for("an answer to hold back", lambda: self.lines().count("held") == self._holds)
 
     def received(self):
         """The frames that the wizard has sent, in hexadecimal digits."""

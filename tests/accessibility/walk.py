@@ -136,6 +136,20 @@ class Walk(unittest.TestCase):
         self.press("Next")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
 
+    def starts_to_connect(self):
+        """The dongle keeps its answer about the link back."""
+        self.dongle.send("hold status")
+        self.press("Next")
+        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.dongle.holds()
+
+    def starts_to_write(self):
+        """The dongle keeps its answer about the thresholds back."""
+        self.dongle.send("hold humThresholds")
+        self.press("Save", "Yes")
+        self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
+        self.dongle.holds()
+
     def walk_to(self, step):
         """From the Connect page, once connected, to a later one."""
         for following in texts.STEPS[2 : texts.STEPS.index(step) + 1]:

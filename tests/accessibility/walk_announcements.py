@@ -70,9 +70,7 @@ class Announcements(Walk):
         self.same(self.ears.heard(kind, role), list(names), f"what is announced: {kind}")
 
     def test_the_status_line_is_announced_once_each_time_it_changes(self):
-        self.dongle.send("hold status")
-        self.press("Next")
-        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.starts_to_connect()
         self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTING)
         self.ears.forget()
         self.dongle.send("release")
@@ -80,9 +78,7 @@ class Announcements(Walk):
         self.announced("name", pyatspi.ROLE_LABEL, texts.CONNECTED)
 
     def test_a_failed_connection_is_announced_by_its_line_and_one_dialog(self):
-        self.dongle.send("hold status")
-        self.press("Next")
-        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.starts_to_connect()
         self.ears.forget()
         self.dongle.send("link 0", "pull-out")
         dialog = texts.connection_failed("The device sent an unrecognized response.\n\n(Error code: VS/CC)")
@@ -115,9 +111,8 @@ class Announcements(Walk):
     def test_the_result_of_a_write_is_announced_once(self):
         self.connect()
         self.walk_to("Summary")
-        self.dongle.send("hold humThresholds")
         self.ears.forget()
-        self.press("Save", "Yes")
+        self.starts_to_write()
         self.becomes(lambda: texts.WRITING in self.spoken(), True, "the write")
         self.becomes(lambda: self.ears.heard("name", pyatspi.ROLE_LABEL).count(texts.WRITING), 1, "the write announced")
         self.dongle.send("release")

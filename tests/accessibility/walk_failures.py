@@ -177,9 +177,7 @@ class FailedWrites(Walk):
 
 class Cancelling(Walk):
     def test_cancel_asks_on_every_page_and_no_changes_nothing(self):
-        self.dongle.send("hold status")
-        self.press("Next")
-        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.starts_to_connect()
         self.cancels()
         self.dongle.send("release")
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
@@ -188,9 +186,7 @@ class Cancelling(Walk):
             self.press("Next")
             self.is_at(step)
             self.cancels()
-        self.dongle.send("hold humThresholds")
-        self.press("Save", "Yes")
-        self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
+        self.starts_to_write()
         self.becomes(
             lambda: self.spoken()[-3:],
             [texts.WRITING, "[progress bar] Write progress 3", "[button] Cancel"],

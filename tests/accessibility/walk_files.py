@@ -143,9 +143,7 @@ class Loading(Walk):
         self.logged("Could not read XML:  Could not load contents of XML file")
 
     def test_a_connection_may_fail_while_a_file_is_chosen(self):
-        self.dongle.send("hold status")
-        self.press("Next")
-        self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+        self.starts_to_connect()
         self.press("Load")
         self.hears_panel(texts.LOAD_PANEL)
         self.dongle.send("pull-out")

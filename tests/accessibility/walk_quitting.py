@@ -74,9 +74,7 @@ class WhileConnecting(Quitting):
     def test_every_way_out_leaves_at_once(self):
         for leave in (self.leaves_by_window_manager, self.leaves_by_signal, self.leaves_by_key, self.leaves_by_cancel):
             with self.subTest(leave.__name__):
-                self.dongle.send("hold status")
-                self.press("Next")
-                self.hears_page(texts.connect_page(texts.CONNECTING, progress="1"), "Cancel")
+                self.starts_to_connect()
                 leave()
                 # Nobody waits for the answer any more, and the next wizard must not take it for its own.
                 self.dongle.send("forget")
@@ -122,6 +120,7 @@ class WhileMeasuring(Quitting):
         self.dongle.send("hold autoTune")
         self.press("Show Clarity")
         self.logged("Starting clarity polling")
+        self.dongle.holds()
         self.close_by_window_manager()
         self.logged("Quitting program!")
         self.dongle.send("forget")
@@ -129,12 +128,6 @@ class WhileMeasuring(Quitting):
 
 
 class WhileWriting(Quitting):
-    def start_writing(self):
-        self.go_to("Summary")
-        self.dongle.send("hold humThresholds")
-        self.press("Save", "Yes")
-        self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
-
     def waits_for_the_write(self):
         self.logged("Waiting for write to finish.")
         self.same(self.dongle.stored(), ["Nothing was stored."])
@@ -144,12 +137,14 @@ class WhileWriting(Quitting):
         self.same(self.dongle.stored()[-1], "Times stored: 1")
 
     def test_the_window_manager_waits_for_the_write(self):
-        self.start_writing()
+        self.go_to("Summary")
+        self.starts_to_write()
         self.close_by_window_manager()
         self.waits_for_the_write()
 
     def test_yes_to_closing_waits_for_the_write(self):
-        self.start_writing()
+        self.go_to("Summary")
+        self.starts_to_write()
         self.press("Cancel")
         self.hears_dialog(texts.CLOSE_PROGRAM)
         self.press("Yes")
@@ -157,9 +152,7 @@ class WhileWriting(Quitting):
 
     def test_a_signal_waits_for_the_write_and_a_failed_one_ends_it(self):
         self.go_to("Summary")
-        self.dongle.send("hold humThresholds")
-        self.press("Save", "Yes")
-        self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
+        self.starts_to_write()
         self.wizard.terminate()
         self.logged("Waiting for write to finish.")
         self.dongle.send("pull-out")
