@@ -1,9 +1,11 @@
 #include "FocusRing.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QCommonStyle>
 #include <QLabel>
 #include <QPainter>
+#include <QRadioButton>
 #include <algorithm>
 
 #include "Look.h"
@@ -20,10 +22,13 @@ class RingStyle final : public QCommonStyle {
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         if (metric == PM_FocusFrameHMargin || metric == PM_FocusFrameVMargin) {
-            // The ring stays inside its control, since the control's row would clip it outside. A text fills
-            // its label, and there is room around it.
+            // The ring stays inside most controls, since the control's row would clip it outside. A text
+            // fills its label, and the mark of a choice stands at its edge; there is room around them.
             const bool aroundText = qobject_cast<const QLabel*>(ring_->widget()) != nullptr;
-            return aroundText ? std::max(4, look::spacing() / 2) : 0;
+            const bool besideMark = metric == PM_FocusFrameHMargin &&
+                                    (qobject_cast<const QRadioButton*>(ring_->widget()) != nullptr ||
+                                     qobject_cast<const QCheckBox*>(ring_->widget()) != nullptr);
+            return aroundText || besideMark ? std::max(4, look::spacing() / 2) : 0;
         }
         return QCommonStyle::pixelMetric(metric, option, widget);
     }

@@ -72,9 +72,29 @@ void drawFrame(const QStyleOption& option, QPainter& painter) {
 /// mark, since it is also its accessible name.
 QString withAccessKey(const QPushButton& button, const QString& text) {
     const QKeySequence shortcut = button.shortcut();
-    const qsizetype at =
-        shortcut.isEmpty() ? -1 : text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
+    if (shortcut.isEmpty() || !QKeySequence::mnemonic(text).isEmpty()) {
+        return text;
+    }
+    const qsizetype at = text.indexOf(shortcut.toString().right(1), 0, Qt::CaseInsensitive);
     return at < 0 ? text : text.left(at) + u'&' + text.mid(at);
+}
+
+bool isFlat(const QStyleOptionButton& button) {
+    return (button.features & QStyleOptionButton::Flat) != 0;
+}
+
+bool hasPlainText(const QStyleOptionButton& button) {
+    return button.icon.isNull() && (button.features & QStyleOptionButton::HasMenu) == 0;
+}
+
+/// How much wider than its text a control has to be, for its mark and the space between them.
+int besideText(const QStyle& style, QStyle::SubElement text, const QStyleOption* option,
+               const QWidget* widget) {
+    const auto* given = qstyleoption_cast<const QStyleOptionButton*>(option);
+    QStyleOptionButton wide = given != nullptr ? *given : QStyleOptionButton{};
+    constexpr int width = 1000;
+    wide.rect = QRect{0, 0, width, look::targetHeight()};
+    return width - style.subElementRect(text, &wide, widget).width();
 }
 
 }  // namespace
@@ -86,14 +106,20 @@ void LegibleStyle::markAsLeading(QPushButton& button) {
 void LegibleStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
     const auto* pushed = qobject_cast<const QPushButton*>(widget);
-    const auto* label = qstyleoption_cast<const QStyleOptionButton*>(option);
-    if (element != CE_PushButtonLabel || pushed == nullptr || label == nullptr) {
-        QProxyStyle::drawControl(element, option, painter, widget);
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element == CE_PushButtonLabel && pushed != nullptr && button != nullptr && hasPlainText(*button)) {
+        // Some styles show the letter only while Alt is down, and ask no proxy.
+        proxy()->drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextShowMnemonic, button->palette,
+                              (button->state & State_Enabled) != 0, withAccessKey(*pushed, button->text),
+                              QPalette::ButtonText);
         return;
     }
-    QStyleOptionButton marked{*label};
-    marked.text = withAccessKey(*pushed, label->text);
-    QProxyStyle::drawControl(element, &marked, painter, widget);
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_PushButtonBevel && button != nullptr && !isFlat(*button)) {
+        painter->save();
+        drawFrame(*option, *painter);
+        painter->restore();
+    }
 }
 
 QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
@@ -107,7 +133,11 @@ QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
             return size.expandedTo(least);
         }
         case CT_RadioButton:
-        case CT_CheckBox:
+        case CT_CheckBox: {
+            const SubElement text = type == CT_CheckBox ? SE_CheckBoxContents : SE_RadioButtonContents;
+            return size.expandedTo(
+                {contents.width() + besideText(*this, text, option, widget), look::targetHeight()});
+        }
         case CT_ComboBox:
         case CT_Slider:
             return size.expandedTo({0, look::targetHeight()});
@@ -131,9 +161,6 @@ void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         drawCheckMark(*option, *painter);
     } else {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
-        if (element == PE_PanelButtonCommand) {
-            drawFrame(*option, *painter);
-        }
     }
     painter->restore();
 }

@@ -13,6 +13,9 @@
 namespace velmorindal {
 namespace {
 
+/// How wide the ring is drawn.
+constexpr int ringLine = 2;
+
 class FocusRingTest : public WindowTest {
   protected:
     FocusRing* ring() { return window().findChild<FocusRing*>(); }
@@ -27,6 +30,7 @@ TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
 
         EXPECT_EQ(ring()->widget(), control);
         EXPECT_TRUE(ring()->isVisible());
+        EXPECT_TRUE(placeOf(ring()).contains(placeOf(control).adjusted(-ringLine, 0, ringLine, 0))) << name;
     }
 }
 
@@ -42,7 +46,6 @@ TEST_F(FocusRingTest, ItIsWholeWithinWhatItsControlStandsIn) {
 }
 
 TEST_F(FocusRingTest, ItTouchesNoText) {
-    constexpr int line = 2;
     const ApplicationFont font;
     for (const int points : {9, 10, 13, 16}) {
         font.setPointSize(points);
@@ -54,7 +57,7 @@ TEST_F(FocusRingTest, ItTouchesNoText) {
             heading->setFocus();
             settle();
 
-            const QRect inside = placeOf(ring()).adjusted(line, line, -line, -line);
+            const QRect inside = placeOf(ring()).adjusted(ringLine, ringLine, -ringLine, -ringLine);
             EXPECT_TRUE(inside.adjusted(1, 1, -1, -1).contains(placeOf(heading))) << points;
             EXPECT_TRUE(ring()->parentWidget()->rect().contains(ring()->geometry())) << points;
             for (const auto* text : heading->parentWidget()->findChildren<QLabel*>()) {
