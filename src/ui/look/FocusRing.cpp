@@ -35,8 +35,16 @@ class RingStyle final : public QCommonStyle {
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
-        // Below its control, the ring would be hidden by a control that paints its whole background.
-        return hint == SH_FocusFrame_AboveWidget ? 1 : QCommonStyle::styleHint(hint, option, widget, data);
+        switch (hint) {
+            case SH_FocusFrame_AboveWidget:
+                // Below its control, the ring would be hidden by a control that paints its whole background.
+                return 1;
+            case SH_FocusFrame_Mask:
+                // The toolkit's mask cuts off what lies over the control.
+                return 0;
+            default:
+                return QCommonStyle::styleHint(hint, option, widget, data);
+        }
     }
 
   private:
@@ -47,6 +55,8 @@ class RingStyle final : public QCommonStyle {
 
 FocusRing::FocusRing(QWidget* window) : QFocusFrame{window}, window_{window} {
     setStyle(new RingStyle{this});
+    // A window that opens without the focus would show its ring with its other children.
+    hide();
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*before*/, QWidget* focused) { follow(focused); });
 }

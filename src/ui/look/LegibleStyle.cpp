@@ -108,10 +108,10 @@ void LegibleStyle::drawControl(ControlElement element, const QStyleOption* optio
     const auto* pushed = qobject_cast<const QPushButton*>(widget);
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     if (element == CE_PushButtonLabel && pushed != nullptr && button != nullptr && hasPlainText(*button)) {
-        // Some styles show the letter only while Alt is down, and ask no proxy.
-        proxy()->drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextShowMnemonic, button->palette,
-                              (button->state & State_Enabled) != 0, withAccessKey(*pushed, button->text),
-                              QPalette::ButtonText);
+        // Not by the desktop's style: some show the letter only while Alt is down.
+        QStyle::drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextShowMnemonic, button->palette,
+                             (button->state & State_Enabled) != 0, withAccessKey(*pushed, button->text),
+                             QPalette::ButtonText);
         return;
     }
     QProxyStyle::drawControl(element, option, painter, widget);

@@ -4,8 +4,11 @@
 #include <QPainter>
 #include <QRadioButton>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
+#include <array>
 
 #include "ApplicationFont.h"
+#include "Look.h"
 #include "StepSlider.h"
 #include "TextLabel.h"
 #include "WindowTest.h"
@@ -19,6 +22,17 @@ constexpr int ringLine = 2;
 class FocusRingTest : public WindowTest {
   protected:
     FocusRing* ring() { return window().findChild<FocusRing*>(); }
+
+    /// In the middle of each side.
+    bool isPaintedWhole() {
+        const QImage picture = window().grab().toImage();
+        const QColor color = look::focusColor(ring()->palette());
+        const QRect place = placeOf(ring());
+        const QPoint middle = place.center();
+        const std::array sides{QPoint{place.left(), middle.y()}, QPoint{place.right(), middle.y()},
+                               QPoint{middle.x(), place.top()}, QPoint{middle.x(), place.bottom()}};
+        return std::ranges::all_of(sides, [&](const QPoint& at) { return picture.pixelColor(at) == color; });
+    }
 };
 
 TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
@@ -31,6 +45,7 @@ TEST_F(FocusRingTest, ItSurroundsTheControlThatHasTheFocus) {
         EXPECT_EQ(ring()->widget(), control);
         EXPECT_TRUE(ring()->isVisible());
         EXPECT_TRUE(placeOf(ring()).contains(placeOf(control).adjusted(-ringLine, 0, ringLine, 0))) << name;
+        EXPECT_TRUE(isPaintedWhole()) << name;
     }
 }
 
@@ -92,6 +107,18 @@ TEST_F(FocusRingTest, TheFocusCanBeSeenInThePicture) {
     settle();
 
     EXPECT_NE(window().grab().toImage(), without);
+}
+
+TEST_F(FocusRingTest, ItIsNotThereInAWindowWithoutTheFocus) {
+    QWidget opened;
+    opened.setAttribute(Qt::WA_ShowWithoutActivating);
+    QPushButton button{&opened};
+    const FocusRing itsRing{&opened};
+
+    opened.show();
+
+    ASSERT_FALSE(button.hasFocus());
+    EXPECT_FALSE(itsRing.isVisible());
 }
 
 TEST_F(FocusRingTest, ItIsGoneWithItsControl) {

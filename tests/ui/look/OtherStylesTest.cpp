@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <QCheckBox>
 #include <QPainter>
 #include <QProxyStyle>
@@ -22,11 +24,17 @@ class DesktopStyle final : public QProxyStyle {
             painter->fillRect(option->rect, option->palette.color(QPalette::Button));
         } else if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
                    button != nullptr && element == CE_PushButtonLabel) {
-            QProxyStyle::drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextHideMnemonic,
-                                      button->palette, true, button->text, QPalette::ButtonText);
+            proxy()->drawItemText(painter, button->rect, Qt::AlignCenter, button->palette, true, button->text,
+                                  QPalette::ButtonText);
         } else {
             QProxyStyle::drawControl(element, option, painter, widget);
         }
+    }
+
+    void drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette, bool enabled,
+                      const QString& text, QPalette::ColorRole role) const override {
+        const int unmarked = (flags & ~int{Qt::TextShowMnemonic}) | int{Qt::TextHideMnemonic};
+        QProxyStyle::drawItemText(painter, rect, unmarked, palette, enabled, text, role);
     }
 
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
@@ -67,10 +75,17 @@ TEST_F(OtherStylesTest, AButtonHasAFrameThatCanBeSeen) {
 TEST_F(OtherStylesTest, AButtonUnderlinesTheLetterOfItsShortcut) {
     QPushButton button{QStringLiteral("Next")};
     const QImage without = picture(button);
-
     button.setShortcut(Qt::ALT | Qt::Key_N);
+    const QImage with = picture(button);
 
-    EXPECT_NE(picture(button), without);
+    int rows = 0;
+    for (int y = 0; y < with.height(); ++y) {
+        const QRect row{0, y, with.width(), 1};
+        rows += with.copy(row) == without.copy(row) ? 0 : 1;
+    }
+
+    EXPECT_EQ(with.size(), without.size());
+    EXPECT_THAT(rows, testing::AllOf(testing::Ge(1), testing::Le(2))) << "the line below the letter";
 }
 
 TEST_F(OtherStylesTest, ATextThatMarksItsLetterItselfIsNotMarkedTwice) {
