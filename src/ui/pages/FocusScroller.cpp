@@ -38,11 +38,6 @@ void FocusScroller::adaptToRange() {
     layoutMade_.start();
 }
 
-void FocusScroller::showEvent(QShowEvent* event) {
-    QScrollArea::showEvent(event);
-    layoutMade_.start();
-}
-
 void FocusScroller::showFocusOfWindow() {
     showFocus(window()->focusWidget());
 }

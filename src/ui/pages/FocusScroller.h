@@ -17,9 +17,6 @@ class FocusScroller : public QScrollArea {
     FocusScroller& operator=(const FocusScroller&) = delete;
     ~FocusScroller() override;
 
-  protected:
-    void showEvent(QShowEvent* event) override;
-
   private:
     void adaptToRange();
     void showFocusOfWindow();

@@ -1,3 +1,4 @@
+#include <QLayout>
 #include <QScrollBar>
 #include <functional>
 #include <map>
@@ -127,6 +128,28 @@ TEST_F(EveryStateTest, APageIsMeasuredWithAllThatItMayShow) {
     container.summaryPanel.writeEndedWith(longReason);
     visit(measure);
     visitTroubles(measure);
+}
+
+TEST_F(EveryStateTest, APageIsMeasuredHighEnoughForAllThatItMayShow) {
+    std::map<std::pair<std::string, int>, QSize> measured;
+    const auto compare = [&] {
+        PageWidget& page = pageOnScreen();
+        for (int width = 320; width <= 480; width += 16) {
+            const std::pair named{std::string{page.metaObject()->className()}, width};
+            const QSize whole = measured.try_emplace(named, page.wholeSize(width)).first->second;
+            EXPECT_LE(page.layout()->totalMinimumSize().width(), whole.width()) << named.first;
+            EXPECT_LE(page.layout()->totalHeightForWidth(whole.width()), whole.height())
+                << named.first << ", " << width;
+        }
+    };
+    for (const wizardState page : allWizardStates) {
+        show(page);
+        compare();
+    }
+    container.connectPanel.connectionFailed(longReason);
+    container.summaryPanel.writeEndedWith(longReason);
+    visit(compare);
+    visitTroubles(compare);
 }
 
 TEST_F(EveryStateTest, NoTwoButtonsOfADialogShareAnAccessKey) {
