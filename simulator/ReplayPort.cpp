@@ -54,14 +54,15 @@ void ReplayPort::serve() {
 }
 
 void ReplayPort::turn(Clock::time_point now) {
+    // Bytes before opens: a host opens the port before it sends, so its open is noticed with its first bytes.
+    std::array<std::uint8_t, 4096> bytes{};
+    const ssize_t count = ::read(terminal_.descriptor(), bytes.data(), bytes.size());
     if (hosts_.portWasLeft(now)) {
         terminal_.forgetHost();
     }
     if (hosts_.portWasOpened(now)) {
         replay_.opened(now);
     }
-    std::array<std::uint8_t, 4096> bytes{};
-    const ssize_t count = ::read(terminal_.descriptor(), bytes.data(), bytes.size());
     replay_.receive(std::span{bytes}.first(count > 0 ? static_cast<std::size_t>(count) : 0), now);
     const ByteBuffer sent = replay_.take(now);
     unsent_.insert(unsent_.end(), sent.begin(), sent.end());

@@ -67,7 +67,7 @@ def type_text(text):
 
 
 class Maybe(str):
-    """What a screen reader does not come to say of a focus that a dialog takes away at once."""
+    """Words that may be missing, such as those about a focus that a dialog takes away at once."""
 
 
 def early(focus):
@@ -230,7 +230,7 @@ class Hearing:
 
 
 def starts_to_connect(hearing):
-    """Held up at its second question: what has gone before it is shown is not said."""
+    """The dongle keeps its answer about the link back: a state that lasts only a moment is not said."""
     hearing.dongle.send("hold status")
     hearing.opens()
     hearing.key("Return", early(CONNECT_TITLE), LOAD_TEXT, CONNECTING)
@@ -251,7 +251,7 @@ def reach_summary(hearing, rows):
 
 
 def starts_to_write(hearing):
-    """Held up at its second command."""
+    """The dongle keeps its second acknowledgement back."""
     hearing.dongle.send("hold outputPath")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
@@ -320,7 +320,7 @@ def whole_setup(hearing):
 
 
 def no_dongle(hearing):
-    """The only one leaves while it is asked, so that the page is there before the dialog."""
+    """The only dongle is unplugged while it is asked, so that the page is shown before the dialog."""
     hearing.plug_in().send("hold version")
     hearing.opens()
     hearing.key("Tab", "Close button")
@@ -360,7 +360,7 @@ def torn_file(hearing):
 
     def answer():
         type_text("torn.xml")
-        # A screen reader that is behind with the letters silences itself for them when the dialog is there.
+        # A screen reader that is behind handles the letters after the dialog, and stops saying it for them.
         hearing.come_to_rest()
         press("Return")
 

@@ -123,18 +123,22 @@ class Walk(unittest.TestCase):
         self.control("File name:", pyatspi.ROLE_TEXT).set_text(str(path))
         self.press("Open" if title == texts.LOAD_PANEL else "Save")
 
-    @staticmethod
-    def key(*keys):
-        """Presses keys on the keyboard, one after the other."""
+    def key(self, *keys):
+        """Presses keys on the keyboard, one after the other. A key that comes before the window is active is lost."""
+        wait_for("the window being active", lambda: "active" in self.windows(details=False)[-1].states)
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
 
     def close_by_window_manager(self):
-        wait_for("the window being active", lambda: "active" in self.windows(details=False)[-1].states)
         self.key("alt+F4")
 
     def connect(self):
         self.press("Next")
+        self.is_connected()
+
+    def is_connected(self):
+        """The page says so, and then the last line of the attempt is in the log, which another thread prints."""
         self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
+        self.logged("Status updated now:  connected")
 
     def starts_to_connect(self):
         """The dongle keeps its answer about the link back."""

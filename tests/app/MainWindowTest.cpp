@@ -2,6 +2,7 @@
 
 #include <QScreen>
 #include <algorithm>
+#include <chrono>
 
 #include "ApplicationFont.h"
 #include "WindowTest.h"
@@ -106,9 +107,11 @@ TEST_F(MainWindowTest, ItRemembersItsFrameAMomentAfterAChange) {
 }
 
 TEST_F(MainWindowTest, HidingTheWindowCancelsAPendingMove) {
-    const auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
+    auto* moment = window().findChild<QTimer*>(QStringLiteral("frame"));
     ASSERT_NE(moment, nullptr);
     ASSERT_TRUE(eventually([&] { return !moment->isActive(); }));
+    // It must not run out before it is looked at.
+    moment->setInterval(std::chrono::hours{1});
 
     window().move(window().x() + 30, window().y() + 30);
     EXPECT_TRUE(eventually([&] { return moment->isActive(); }));
@@ -161,7 +164,7 @@ TEST_F(MainWindowTest, AHumWhileAnotherWindowIsActiveIsNotSaidLater) {
     humArrives(1.6);
 
     window().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), patience));
     settle();
     humArrives(0.4);
 

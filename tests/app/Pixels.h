@@ -5,7 +5,7 @@
 
 namespace velmorindal {
 
-/// Whether `wanted` holds for the colour of a pixel.
+/// Whether `wanted` holds for the colour of any pixel.
 template <typename Wanted>
 bool hasPixel(const QImage& picture, Wanted wanted) {
     for (int y = 0; y < picture.height(); ++y) {

@@ -17,10 +17,13 @@
 
 namespace velmorindal {
 
-/// Runs the event loop until `condition` holds. @returns false when half a minute has passed first.
+/// Milliseconds: longer than anything takes even on a busy machine.
+constexpr int patience = 600'000;
+
+/// Runs the event loop until `condition` holds. @returns false when patience ended first.
 template <typename Condition>
 bool eventually(Condition condition) {
-    return QTest::qWaitFor(condition, 30'000);
+    return QTest::qWaitFor(condition, patience);
 }
 
 /// The real window over the real views, without a device.
@@ -34,7 +37,7 @@ class WindowTest : public WizardTest {
         window_ = std::make_unique<MainWindow>(container, [this] { ++closeRequests; });
         window_->show();
         window_->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get(), patience));
         settle();
     }
 

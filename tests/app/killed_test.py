@@ -76,7 +76,7 @@ def main():
         with keyboard_run.Program([sys.argv[1]], environment):
             window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window of the second run")[0]
             keyboard_run.wait_for(
-                lambda: is_near_the_corner(place_of(screen, window)), "the window to come back where it was", seconds=60
+                lambda: is_near_the_corner(place_of(screen, window)), "the window to come back where it was"
             )
 
 

@@ -195,7 +195,7 @@ def main():
             built.append(preset)
             without = () if everything else ("before_merge",)
             jobs = cases.jobs_of(preset, ROOT / "build" / preset, environment_of_tests(), without)
-            # What is one long test waits most, and so it begins while the next preset is built.
+            # A job of one long test mostly waits, so it begins while the next preset is built.
             tests.start([job for job in jobs if not job.is_share])
             shares += [job for job in jobs if job.is_share]
     tests.start(shares)

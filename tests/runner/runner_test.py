@@ -93,7 +93,7 @@ class Runner(unittest.TestCase):
         hangs = self.directory / "hangs"
 
         class WatchOfAHang(cases.Watch):
-            """Its time begins when the program hangs, however long that takes to come to it."""
+            """Counts from the moment at which the program hangs."""
 
             def watch(self):
                 while not hangs.exists() and not self.ended.wait(0.01):

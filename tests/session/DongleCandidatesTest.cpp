@@ -38,10 +38,10 @@ class EndlessLine final : public VirtualLine {
     const bool takesBytes_;
 };
 
-/// A device that has sent the head of a version text and nothing else, on a system whose reads take a moment.
-class HeadAlone final : public VirtualLine {
+/// A device that sends the header of a version answer and nothing else, on a system whose reads take time.
+class HeaderAlone final : public VirtualLine {
   public:
-    explicit HeadAlone(System& system) : system_{system} {}
+    explicit HeaderAlone(System& system) : system_{system} {}
 
   private:
     using Moment = System::Clock::time_point;
@@ -49,24 +49,24 @@ class HeadAlone final : public VirtualLine {
     std::ptrdiff_t read(std::span<std::uint8_t> buffer, Moment /*now*/) override {
         system_.sleepFor(std::chrono::milliseconds{1});
         errno = EAGAIN;
-        if (head_.empty()) {
+        if (header_.empty()) {
             return -1;
         }
-        std::ranges::copy(std::exchange(head_, {}), buffer.begin());
+        std::ranges::copy(std::exchange(header_, {}), buffer.begin());
         return std::ssize(buffer);
     }
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes, Moment /*now*/) override {
         return std::ssize(bytes);
     }
     bool isReady(System::Readiness readiness, Moment /*now*/) override {
-        return readiness == System::Readiness::toWrite || !head_.empty();
+        return readiness == System::Readiness::toWrite || !header_.empty();
     }
     std::optional<Moment> due() override { return std::nullopt; }
     bool isPresent() const override { return true; }
     void closed() override {}
 
     System& system_;
-    ByteBuffer head_{0x72, 0x62, 0x76, 0x10};
+    ByteBuffer header_{0x72, 0x62, 0x76, 0x10};
 };
 
 TEST_F(DongleCandidatesTest, WithoutAnyEntryItFailsWithTheNoDongleText) {
@@ -123,9 +123,9 @@ TEST_F(DongleCandidatesTest, AVersionTextCutShortIsJudgedByWhatArrivedBeforeTheT
 
 TEST_F(DongleCandidatesTest, AVersionTextIsReadNoFurtherOnceTheTimeOutHasPassed) {
     dongle.unplug();
-    HeadAlone line{system};
-    std::filesystem::create_symlink("/dev/null", directory.path() / "cu.usbmodem-head");
-    system.add(directory.path() / "cu.usbmodem-head", line);
+    HeaderAlone line{system};
+    std::filesystem::create_symlink("/dev/null", directory.path() / "cu.usbmodem-header");
+    system.add(directory.path() / "cu.usbmodem-header", line);
     EXPECT_THAT(secondsTakenBy([this] { EXPECT_THAT(velmorindal.listDevices(), IsEmpty()); }),
                 testing::AllOf(testing::Ge(2.0), testing::Le(2.1)));
 }

@@ -3,8 +3,9 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
+#include <unistd.h>
 
-#include <chrono>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -12,6 +13,8 @@
 #include <system_error>
 #include <thread>
 
+#include "Eventually.h"
+#include "InsideWait.h"
 #include "RawHost.h"
 #include "TemporaryDirectory.h"
 #include "VirtualDongle.h"
@@ -110,7 +113,12 @@ TEST_F(Plugging, UnpluggingTakesTheLinkAwayAndEndsEveryRead) {
 TEST_F(Plugging, UnpluggingEndsAReadThatIsWaiting) {
     VirtualDongle dongle{directory_.path()};
     const RawHost host{dongle.path()};
-    std::thread reader{[&] { EXPECT_TRUE(host.sawTheEnd()); }};
+    std::atomic<pid_t> readerId{0};
+    std::thread reader{[&] {
+        readerId = ::gettid();
+        EXPECT_TRUE(host.sawTheEnd());
+    }};
+    EXPECT_TRUE(eventually([&] { return isInsideWait(readerId); }));
     dongle.unplug();
     reader.join();
 }
@@ -148,28 +156,16 @@ TEST_F(Plugging, OneHostAfterTheOtherIsServed) {
 
 TEST_F(Plugging, TheExclusiveModeAndUnreadBytesOfAHostThatLeftEndSoonAfterwards) {
     const VirtualDongle dongle{directory_.path()};
-    const auto deadline = std::chrono::steady_clock::now() + RawHost::patience;
+    // It has the port open all the time, and so sees the mode without being another host that comes and goes.
+    const RawHost onlooker{dongle.path()};
     {
         const RawHost host{dongle.path()};
         ASSERT_EQ(::ioctl(host.descriptor(), TIOCEXCL), 0);
-        ASSERT_TRUE(isExclusive(host));
+        ASSERT_TRUE(isExclusive(onlooker));
         host.ask(query('s') + query('s'), 5);
     }
-    bool stillExclusive = true;
-    while (stillExclusive && std::chrono::steady_clock::now() < deadline) {
-        // Each look is a host too, and must leave the port alone for a while before the next.
-        std::this_thread::sleep_for(2 * HostWatch::absence);
-        try {
-            const RawHost next{dongle.path()};
-            stillExclusive = isExclusive(next);
-            if (!stillExclusive) {
-                EXPECT_EQ(next.ask(query('x'), 5), frame('r', 'x', {0}));
-            }
-        } catch (const std::system_error& error) {
-            ASSERT_EQ(error.code(), std::errc::device_or_resource_busy);
-        }
-    }
-    EXPECT_FALSE(stillExclusive);
+    EXPECT_TRUE(eventually([&] { return !isExclusive(onlooker); }));
+    EXPECT_EQ(RawHost{dongle.path()}.ask(query('x'), 5), frame('r', 'x', {0}));
 }
 
 TEST_F(Plugging, TheExclusiveModeOfAHostThatHoldsTheLockIsLeftAlone) {

@@ -15,7 +15,7 @@ pid_t startChild(const std::function<int()>& work) {
         throw std::system_error{errno, std::generic_category(), "fork"};
     }
     if (child == 0) {
-        ::alarm(60);
+        ::alarm(300);
         ::_exit(work());
     }
     return child;

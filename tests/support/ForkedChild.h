@@ -7,7 +7,7 @@
 namespace velmorindal {
 
 /// Starts `work` in a copy of this process, which ends with the status that `work` returns (0 to 255), or by
-/// an alarm after a minute. Do not use EXPECT in there: its result would be lost.
+/// an alarm after five minutes. Do not use EXPECT in there: its result would be lost.
 pid_t startChild(const std::function<int()>& work);
 
 /// Waits for the child's end. @returns its status, or minus the signal that ended it.

@@ -24,8 +24,9 @@ void inOtherLocales(Check check) {
         std::setlocale(LC_ALL, locale);
         check(locale);
     }
-    std::setlocale(LC_ALL, libraryBefore.c_str());
+    // In this order, since the standard library's locale sets that of the C library too.
     std::locale::global(standardBefore);
+    std::setlocale(LC_ALL, libraryBefore.c_str());
 }
 
 }  // namespace velmorindal

@@ -35,6 +35,21 @@ class TerminalSystem final : public UnhurriedSystem {
     std::atomic<Clock::time_point> now_{};
 };
 
+/// Time passes only where nothing comes: a wait for it ends at once.
+class ImpatientSystem final : public PosixSystem {
+  public:
+    Clock::time_point now() override { return now_; }
+    void sleepFor(Clock::duration duration) override { now_ += duration; }
+    bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override {
+        const bool ready = PosixSystem::wait(descriptor, readiness, Clock::now());
+        now_ = ready ? now_ : until.value();
+        return ready;
+    }
+
+  private:
+    Clock::time_point now_{};
+};
+
 termios attributesOf(int descriptor) {
     termios attributes{};
     EXPECT_EQ(::tcgetattr(descriptor, &attributes), 0);
@@ -156,9 +171,10 @@ TEST_F(SerialPortOnATerminal, ReadsWhatHasArrivedThoughAnotherProgramWantsMoreBy
 }
 
 TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgramMakesOfTheLine) {
+    ImpatientSystem system;
     const FreshTerminal device;
     const int foreign = ::open(device.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    SerialPort port{device.path(), posix};
+    SerialPort port{device.path(), system};
     port.openPort();
     port.setSettings(dongleSettings(1));
     termios attributes = attributesOf(foreign);
@@ -168,6 +184,7 @@ TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgr
 
     // With these attributes a read that waits inside the system would never return.
     EXPECT_EQ(port.readData(4), ByteBuffer{});
+    EXPECT_EQ(system.now().time_since_epoch(), std::chrono::seconds{1});
 
     port.closePort();
     ::close(foreign);

@@ -2,12 +2,11 @@
 
 #include <fcntl.h>
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
-#include <thread>
 #include <vector>
 
+#include "Eventually.h"
 #include "PosixSystem.h"
 #include "SerialPort.h"
 
@@ -37,21 +36,6 @@ std::optional<PortError> errorOf(Operation operation) {
         return exception.error;
     }
     return std::nullopt;
-}
-
-/// Looks again and again until `condition` holds, for a generous while.
-///
-/// @returns false when it never did.
-template <typename Condition>
-bool eventually(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes{2};
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds{1});
-    }
-    return true;
 }
 
 /// Every value that a byte can have, in order.

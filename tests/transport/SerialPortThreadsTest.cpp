@@ -1,17 +1,16 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <optional>
 
 #include "FreshTerminal.h"
+#include "InsideWait.h"
 #include "SerialPort.h"
 #include "SerialPortTesting.h"
 #include "UnhurriedSystem.h"
@@ -49,13 +48,7 @@ class Reader {
         }
     }
 
-    /// Whether the system says that the thread is asleep in a wait for a line.
-    bool isInsideWait() const {
-        std::ifstream file{"/proc/self/task/" + std::to_string(threadId_) + "/syscall"};
-        long call = -1;
-        file >> call;
-        return call == SYS_ppoll || call == waitingCall;
-    }
+    bool isWaiting() const { return isInsideWait(threadId_); }
 
     void interrupt(int signal) { ::pthread_kill(thread_.native_handle(), signal); }
 
@@ -68,12 +61,6 @@ class Reader {
     const ByteBuffer& bytes() const { return bytes_; }
 
   private:
-#ifdef SYS_poll
-    static constexpr long waitingCall = SYS_poll;
-#else
-    static constexpr long waitingCall = SYS_ppoll;
-#endif
-
     std::atomic<pid_t> threadId_{0};
     std::optional<PortError> outcome_;
     ByteBuffer bytes_;
@@ -94,7 +81,7 @@ class SerialPortUnderAReader : public testing::Test {
 
     /// Waits until the reader of the port waits for the line for that many times.
     bool readerComesToWait(const Reader& reader, int times = 1) {
-        return eventually([&] { return system.waits >= times && reader.isInsideWait(); });
+        return eventually([&] { return system.waits >= times && reader.isWaiting(); });
     }
 
     CountingSystem system;

@@ -17,7 +17,7 @@ void say(const std::string& line) {
     velmorindal::writeLine(2, line);
 }
 
-/// Leaves out what the platform without a screen says of every window: that it does not support something.
+/// Drops a warning that the platform without a screen prints for every window.
 void passOn(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
     if (!message.startsWith(QLatin1String{"This plugin does not support"})) {
         say(message.toStdString());

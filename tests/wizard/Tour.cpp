@@ -2,12 +2,17 @@
 
 #include <QApplication>
 #include <QPixmap>
-#include <QTest>
+#include <algorithm>
+#include <cmath>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
+#include "Guarded.h"
 #include "Print.h"
+#include "ProgressBarWidget.h"
+#include "ToQt.h"
 
 namespace velmorindal {
 namespace {
@@ -23,6 +28,47 @@ void expect(bool holds, const std::string& what) {
 void waitFor(const std::function<bool()>& condition, const std::string& what) {
     expect(WizardDriver::waitUntil(condition), what);
 }
+
+/// The bars on the screen, after all that is due has been shown.
+QList<ProgressBarWidget*> shownBars(WizardDriver& driver) {
+    QApplication::processEvents();
+    auto bars = driver.wizard().window().findChildren<ProgressBarWidget*>();
+    bars.removeIf([](const ProgressBarWidget* bar) { return !bar->isVisible(); });
+    return bars;
+}
+
+void waitForBarsAtRest(WizardDriver& driver) {
+    waitFor(
+        [&] {
+            return std::ranges::all_of(shownBars(driver), [](const ProgressBarWidget* bar) {
+                return bar->shownFraction() == bar->targetFraction();
+            });
+        },
+        "bars that have glided to their values");
+}
+
+/// While one exists, the answer to the next frame of a type is held back.
+class HeldAnswer {
+  public:
+    HeldAnswer(VirtualDongle& dongle, Type type) : dongle_{dongle} {
+        dongle.onNext(type, Fault{"held", [answer = answer_](AnswerPlan& plan) {
+                                      *answer = plan.answer;
+                                      plan.delivery = AnswerPlan::Delivery::never;
+                                  }});
+    }
+    HeldAnswer(const HeldAnswer&) = delete;
+    HeldAnswer& operator=(const HeldAnswer&) = delete;
+    ~HeldAnswer() { dongle_.send(answer_->get()); }
+
+    void waitUntilDue() const {
+        waitFor([this] { return !answer_->get().empty(); }, "the frame whose answer is held back");
+    }
+
+  private:
+    VirtualDongle& dongle_;
+    /// Shared with the dongle, which keeps the fault.
+    const std::shared_ptr<Guarded<ByteBuffer>> answer_ = std::make_shared<Guarded<ByteBuffer>>();
+};
 
 constexpr const char* settingsFile = "settings of a wearer.xml";
 
@@ -52,11 +98,13 @@ void Tour::programADevice() {
     arrange(driver);
     takePicture(driver, "01-welcome");
 
-    dongle.onFirst(Type::humThresholds, Fault::lateBy(std::chrono::milliseconds{300}));
-    driver.press("Next");
-    waitFor([&] { return driver.velmorindal().readWriteProgress.get() >= 5.0; }, "reading the settings");
-    QTest::qWait(200);  // for the bar to have drawn itself
-    takePicture(driver, "02-connecting");
+    {
+        const HeldAnswer thresholds{dongle, Type::humThresholds};
+        driver.press("Next");
+        thresholds.waitUntilDue();
+        waitForBarsAtRest(driver);
+        takePicture(driver, "02-connecting");
+    }
     waitFor([&] { return driver.shows("Connection successful. Press \"Next\" to continue."); }, "connecting");
     takePicture(driver, "03-connected");
 
@@ -92,12 +140,13 @@ void Tour::programADevice() {
     driver.press("Save");
     driver.dialog();
     takePicture(driver, "13-save-settings");
-    dongle.onNext(Type::keyboardConfig, Fault::lateBy(std::chrono::milliseconds{400}));
-    driver.press("Yes");
-    waitFor([&] { return driver.velmorindal().readWriteProgress.get() >= 4.0; },
-            "writing most of the settings");
-    QTest::qWait(200);
-    takePicture(driver, "14-writing");
+    {
+        const HeldAnswer keys{dongle, Type::keyboardConfig};
+        driver.press("Yes");
+        keys.waitUntilDue();
+        waitForBarsAtRest(driver);
+        takePicture(driver, "14-writing");
+    }
     expect(driver.dialog().title == "Write Configuration File?", "the offer of a settings file");
     takePicture(driver, "15-write-configuration-file");
     driver.press("Yes");
@@ -120,8 +169,11 @@ void Tour::programADevice() {
 
 void Tour::calibrate(WizardDriver& driver, VirtualDongle& dongle) {
     driver.press("Show Clarity");
-    waitFor([&] { return driver.velmorindal().detectedClarity.get() > 0.55; }, "a clear hum");
-    QTest::qWait(200);
+    const auto showsAClearHum = [](const ProgressBarWidget* bar) {
+        return bar->accessibleName() == toQString(CalibrationPanelView::clarityBarName) &&
+               bar->shownFraction() > 0.55 && std::abs(bar->shownFraction() - bar->targetFraction()) < 0.1;
+    };
+    waitFor([&] { return std::ranges::any_of(shownBars(driver), showsAClearHum); }, "a clear hum");
     takePicture(driver, "09-calibration-clarity");
     expect(driver.buttons().empty(), "no navigation while a reading is shown");
     driver.press("Show Clarity");
@@ -132,7 +184,7 @@ void Tour::calibrate(WizardDriver& driver, VirtualDongle& dongle) {
     waitFor([&] { return dongle.timesReceived(Type::lastHumDuration) > 2; }, "asking for the last hum");
     dongle.humOnce(40);
     waitFor([&] { return driver.wizard().container().calibrationPanel.lastHum() > 0.0; }, "the last hum");
-    QTest::qWait(100);
+    waitForBarsAtRest(driver);
     takePicture(driver, "10-calibration-duration");
     driver.press("Show Duration");
     waitFor([&] { return !driver.buttons().empty(); }, "the end of the duration display");

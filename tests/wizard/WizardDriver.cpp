@@ -12,6 +12,7 @@
 #include <QRadioButton>
 #include <QSlider>
 #include <QTest>
+#include <algorithm>
 #include <stdexcept>
 
 #include "MessageDialog.h"
@@ -19,6 +20,8 @@
 
 namespace velmorindal {
 namespace {
+
+constexpr int boundMilliseconds{std::chrono::milliseconds{WizardDriver::bound}.count()};
 
 [[noreturn]] void fail(const std::string& what) {
     throw std::runtime_error{what};
@@ -70,7 +73,7 @@ void WizardDriver::open(const std::filesystem::path& deviceDirectory, Dispatch& 
     wizard_ = std::make_unique<Wizard>(dispatch, system, DongleSearch{.directory = deviceDirectory.string()},
                                        QtFilePanel::Kind::toolkit, [this] { left_ = true; });
     wizard_->applicationDidFinishLaunching();
-    if (!QTest::qWaitForWindowExposed(&wizard_->window())) {
+    if (!QTest::qWaitForWindowExposed(&wizard_->window(), boundMilliseconds)) {
         fail("The window did not appear.");
     }
 }
@@ -86,7 +89,7 @@ void WizardDriver::shutDown() {
 }
 
 bool WizardDriver::waitUntil(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds{bound}.count()));
+    return QTest::qWaitFor(condition, boundMilliseconds);
 }
 
 QWidget& WizardDriver::top() const {

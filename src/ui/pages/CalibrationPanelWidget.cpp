@@ -87,7 +87,8 @@ std::vector<CalibrationPanelWidget::IndicatorRow> CalibrationPanelWidget::addMet
     auto* cell = new QGridLayout;
     cell->setHorizontalSpacing(look::spacing() / 2);
     cell->setVerticalSpacing(look::spacing() / 2);
-    // Behind the readings, which stay beside their circles where the layout is from right to left.
+    // An empty column takes the spare width, so that the readings stay beside their circles in a layout from
+    // right to left.
     cell->setColumnStretch(3, 1);
     std::vector<IndicatorRow> rows;
     for (const CalibrationPanelView::Indicator& indicator : indicators) {

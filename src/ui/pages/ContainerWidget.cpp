@@ -152,7 +152,7 @@ int ContainerWidget::heightOfPages(int width) const {
 
 void ContainerWidget::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    // A window without a focus would give it to what scrolls.
+    // Otherwise the toolkit gives the focus to a scroll area when the window becomes active.
     if (window()->focusWidget() == nullptr) {
         placeFocus();
     }

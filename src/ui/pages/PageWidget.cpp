@@ -36,7 +36,7 @@ QSize PageWidget::wholeSize(int width) const {
     };
     retainSizes(hideable_, true);
     countEveryText(true);
-    // With those within it, which would answer for what was shown when they were last laid out.
+    // Nested layouts too: they keep the sizes of what was shown when they were last laid out.
     for (QLayout* const each : findChildren<QLayout*>()) {
         each->invalidate();
     }

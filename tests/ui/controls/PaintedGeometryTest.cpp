@@ -30,7 +30,7 @@ class Paints final : public QObject {
   public:
     explicit Paints(QWidget& control) {
         control.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&control));
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&control, patience));
         for (int turn = 0; turn < 3; ++turn) {
             QApplication::processEvents();
         }
@@ -68,7 +68,7 @@ class PaintedGeometryTest : public WindowTest {
     const QWidget* button(const char* label) { return find<QAbstractButton>(QString::fromLatin1(label)); }
     const QWidget* bar(std::string_view name) { return find<ProgressBarWidget>(toQString(name)); }
 
-    /// That each of these begins where the one before it has ended, or further down.
+    /// Each control must begin below the end of the one before it.
     void expectFromTopToBottom(std::initializer_list<const QWidget*> controls) {
         int end = 0;
         for (const QWidget* control : controls) {
@@ -112,7 +112,7 @@ TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyBelowItsLastLine) {
     EXPECT_GE(painted.bottom(), picture.height() - 30 - look::spacing());
 }
 
-TEST_F(PaintedGeometryTest, WhatIsOnAPageStandsInItsOrder) {
+TEST_F(PaintedGeometryTest, TheControlsOfAPageAreInTheirOrder) {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.shortEnabled = true;
     velmorindal.outputPath = OutputPath::USBKeyboard;

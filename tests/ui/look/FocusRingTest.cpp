@@ -140,7 +140,7 @@ TEST_F(FocusRingTest, ItSurroundsNoControlOfAnotherWindow) {
     QPushButton button{&other};
     other.show();
     other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, patience));
 
     button.setFocus();
 

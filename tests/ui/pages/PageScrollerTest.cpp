@@ -16,7 +16,7 @@ class PageScrollerTest : public WindowTest {
         scroller.resize(400, 160);
         scroller.show();
         scroller.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&scroller));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&scroller, patience));
         settle();
     }
 

@@ -41,14 +41,14 @@ class QtFilePanelTest : public testing::Test {
     void accept(const std::string& name) {
         dialog()->selectFile(QString::fromStdString(name));
         QMetaObject::invokeMethod(dialog(), "accept");
-        ASSERT_TRUE(QTest::qWaitFor([this] { return completions > 0; }, 30'000));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return completions > 0; }, 600'000));
     }
 
     void acceptAndAwaitTheSecondQuestion(const char* name) {
         const QPointer<QFileDialog> first = dialog();
         first->selectFile(QLatin1String{name});
         QMetaObject::invokeMethod(first, "accept");
-        ASSERT_TRUE(QTest::qWaitFor([&first] { return first.isNull(); }, 30'000));
+        ASSERT_TRUE(QTest::qWaitFor([&first] { return first.isNull(); }, 600'000));
         EXPECT_EQ(completions, 0);
         ASSERT_NE(dialog(), nullptr);
     }

@@ -85,8 +85,8 @@ inline std::vector<std::string> linesStarting(std::string_view start, const std:
     return found;
 }
 
-/// What `state` says at each step of `action`: before each change that `notifier` announces, and at each line
-/// that is printed, which then stands behind it.
+/// The values of `state` during `action`: before each change that `notifier` announces, and at each line that
+/// is printed, followed by that line.
 template <typename State, typename Action>
 std::vector<std::string> statesDuring(ChangeNotifier& notifier, State state, Action action) {
     std::vector<std::string> states;
@@ -97,7 +97,7 @@ std::vector<std::string> statesDuring(ChangeNotifier& notifier, State state, Act
     return states;
 }
 
-/// Which parts of a dialog are in place, in words.
+/// The parts of a dialog that are set, in words.
 inline std::string partsInPlace(const Published<std::string>& title, const Published<std::string>& message,
                                 const Published<bool>& flag) {
     std::string parts;
@@ -159,7 +159,7 @@ class WizardTest : public testing::Test, protected VirtualWorld {
         return titles;
     }
 
-    /// The parts of the general message that are in place at each step of `action`, and what it prints.
+    /// The parts of the general message that are set at each step of `action`, and the lines that it prints.
     template <typename Action>
     std::vector<std::string> stepsOfRaising(Action action) {
         const auto parts = [this] {
