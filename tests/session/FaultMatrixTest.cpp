@@ -107,7 +107,7 @@ void FaultMatrixTest::beforeFrame(std::size_t number) {
 }
 
 bool FaultMatrixTest::waitForThePull() {
-    dongle.waitForFrames(std::numeric_limits<std::size_t>::max(), dispatch.bound);
+    dongle.waitForFrames(std::numeric_limits<std::size_t>::max(), TestDispatch::bound);
     return !dongle.isPlugged();
 }
 

@@ -68,7 +68,7 @@ class StoryTest : public SessionTest {
     VelmorindalSwitch model{atOnce_, system, {.directory = directory.path().string() + "/"}};
 
   private:
-    std::string currentText() { return model.lastError.get().value_or("none"); }
+    std::string currentText() const { return model.lastError.get().value_or("none"); }
 
     void run(std::string_view how, const Work& work) {
         noteText();

@@ -17,6 +17,14 @@ std::atomic<int> interruptions{0};
 
 /// A pipe that is full, or one that is empty.
 class InterruptedWaitTest : public testing::TestWithParam<System::Readiness> {
+  public:
+    ~InterruptedWaitTest() override {
+        ::sigaction(SIGUSR1, &before_, nullptr);
+        for (const int end : ends_) {
+            ::close(end);
+        }
+    }
+
   protected:
     InterruptedWaitTest() {
         EXPECT_EQ(::pipe(ends_.data()), 0);
@@ -29,13 +37,6 @@ class InterruptedWaitTest : public testing::TestWithParam<System::Readiness> {
         interrupting.sa_handler = [](int) { ++interruptions; };
         ::sigaction(SIGUSR1, &interrupting, &before_);
         interruptions = 0;
-    }
-
-    ~InterruptedWaitTest() override {
-        ::sigaction(SIGUSR1, &before_, nullptr);
-        for (const int end : ends_) {
-            ::close(end);
-        }
     }
 
     static bool forRoom() { return GetParam() == System::Readiness::toWrite; }

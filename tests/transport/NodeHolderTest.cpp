@@ -50,7 +50,7 @@ INSTANTIATE_TEST_SUITE_P(NodeHolder, NodeHolderTest, testing::Values(holdByLock,
 TEST(NodeHolder, OfTwoTheOwnerOfTheLockIsNamed) {
     const TemporaryDirectory directory;
     const std::string node = directory.path() / "node";
-    std::ofstream{node};
+    std::ofstream{node}.close();
     // Processes are looked through in the order of their numbers, which is that of their start but for a
     // wrap.
     std::vector<std::unique_ptr<ChildProcess>> openers;
@@ -80,7 +80,7 @@ TEST(NodeHolder, IsThisProcessOnlyWhereThereIsNoOther) {
 TEST(NodeHolder, IsCalledByTheNameThatItHasGivenItself) {
     const TemporaryDirectory directory;
     const std::string node = directory.path() / "node";
-    std::ofstream{node};
+    std::ofstream{node}.close();
     ChildProcess other{
         python("open('/proc/self/comm', 'w').write('modem keeper')\n" + std::string{holdByOpening}, {node})};
     ASSERT_TRUE(other.says("held")) << other.output();
