@@ -44,7 +44,12 @@ void handleQuitSignals(void (*handler)(int)) {
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     for (const int signal : quitSignals) {
-        ::sigaction(signal, &action, nullptr);
+        struct sigaction before {};
+        ::sigaction(signal, nullptr, &before);
+        // Who starts the program may have it ignore a signal, as nohup does.
+        if (before.sa_handler != SIG_IGN) {
+            ::sigaction(signal, &action, nullptr);
+        }
     }
 }
 

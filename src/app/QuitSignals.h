@@ -6,8 +6,8 @@
 namespace velmorindal {
 
 /// Turns the signals by which a system asks a program to end (SIGTERM, SIGINT, SIGHUP) into a call on the
-/// event loop, so that a write to the device is not cut off in the middle. A process may have one at a time.
-/// Main thread only.
+/// event loop, so that a write to the device is not cut off in the middle. A signal that is ignored stays
+/// so. A process may have one at a time. Main thread only.
 class QuitSignals final : public QObject {
     Q_OBJECT
 

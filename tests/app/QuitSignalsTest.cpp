@@ -25,6 +25,21 @@ TEST(QuitSignals, ASignalToEndReachesTheEventLoopAsOneCall) {
     }
 }
 
+TEST(QuitSignals, ASignalThatIsIgnoredStaysSo) {
+    const auto action = [] {
+        struct sigaction now {};
+        ::sigaction(SIGHUP, nullptr, &now);
+        return now.sa_handler;
+    };
+    std::signal(SIGHUP, SIG_IGN);
+    {
+        const QuitSignals quitSignals{[] {}};
+        EXPECT_EQ(action(), SIG_IGN);
+    }
+    EXPECT_EQ(action(), SIG_IGN);
+    std::signal(SIGHUP, SIG_DFL);
+}
+
 /// The open descriptors of this process, by number.
 std::set<int> descriptors() {
     std::set<int> numbers;

@@ -127,11 +127,18 @@ class Setup(unittest.TestCase):
     def test_names_what_several_purposes_need_once(self):
         self.assertEqual(self.refused("test", "lint").count("Clang 14,"), 2, "a compiler or Clang; Clang")
 
-    def test_goes_on_where_there_is_no_apt_and_nothing_is_missing(self):
+    def link_build_tools(self):
         for name in ("cmake", "ninja", "c++", "g++", "as", "ld"):
             if shutil.which(name):
                 (self.bin / name).symlink_to(shutil.which(name))
+
+    def test_goes_on_where_there_is_no_apt_and_nothing_is_missing(self):
+        self.link_build_tools()
         self.assertEqual(self.setup("run")[:3], (0, "", ""))
+
+    def test_searches_for_the_libraries_whatever_else_is_missing(self):
+        self.link_build_tools()
+        self.assertRegex(self.refused("package"), r"first: dpkg-dev\.$")
 
     def test_refuses_an_unknown_purpose(self):
         status, output, errors, _ = self.setup("nonsense")
