@@ -17,6 +17,11 @@ QEvent::Type wakeEventType() {
     return static_cast<QEvent::Type>(type);
 }
 
+QEvent::Type startEventType() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
 }  // namespace
 
 void QtDispatch::postToMain(Work work) {
@@ -41,11 +46,33 @@ void QtDispatch::runOnMainAndWait(Work work) {
 }
 
 void QtDispatch::runInBackground(Work work) {
-    // At normal priority: at a lower one, work could miss the device's deadlines on a busy machine.
-    std::thread{std::move(work)}.detach();
+    {
+        const Lock lock{mutex_};
+        toStart_.push_back(std::move(work));
+    }
+    // After the events by which windows are refreshed and drawn.
+    QCoreApplication::postEvent(this, new QEvent{startEventType()}, Qt::LowEventPriority - 1);
+}
+
+void QtDispatch::startBackgroundWork() {
+    std::vector<Work> starting;
+    {
+        const Lock lock{mutex_};
+        starting.swap(toStart_);
+    }
+    for (Work& work : starting) {
+        // At normal priority: at a lower one, work could miss the device's deadlines on a busy machine.
+        std::thread{std::move(work)}.detach();
+    }
 }
 
 void QtDispatch::runPendingMainWork() {
+    // A wait on the main thread may be for it.
+    startBackgroundWork();
+    runQueue();
+}
+
+void QtDispatch::runQueue() {
     std::size_t submitted = 0;
     {
         const Lock lock{mutex_};
@@ -62,6 +89,10 @@ void QtDispatch::runPendingMainWork() {
 }
 
 bool QtDispatch::event(QEvent* event) {
+    if (event->type() == startEventType()) {
+        startBackgroundWork();
+        return true;
+    }
     if (event->type() != wakeEventType()) {
         return QObject::event(event);
     }
@@ -69,7 +100,7 @@ bool QtDispatch::event(QEvent* event) {
         const Lock lock{mutex_};
         woken_ = false;
     }
-    runPendingMainWork();
+    runQueue();
     return true;
 }
 

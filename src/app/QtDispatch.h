@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <deque>
+#include <vector>
 
 #include "Dispatch.h"
 #include "Mutex.h"
@@ -12,8 +13,9 @@ namespace velmorindal {
 
 /// The main queue on the event loop of the thread that creates this object, which is the main thread.
 ///
-/// Background work runs on threads that are never joined: a run that is still inside an exchange with the
-/// device must not delay the end of the program.
+/// Background work starts when the windows show all that has changed before: to draw a page would take the
+/// main thread, and a slow computer's processor, from an exchange with the device. It runs on threads that
+/// are never joined: a run that is still inside an exchange must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 
@@ -29,11 +31,15 @@ class QtDispatch final : public QObject, public Dispatch {
     bool event(QEvent* event) override;
 
   private:
+    void startBackgroundWork();
+    void runQueue();
     /// The next piece of work, or none.
     Work takeNext();
 
     Mutex mutex_;
     std::deque<Work> queue_ GUARDED_BY(mutex_);
+    /// Background work that has not been started yet.
+    std::vector<Work> toStart_ GUARDED_BY(mutex_);
     /// An event that will run the queue has been posted.
     bool woken_ GUARDED_BY(mutex_) = false;
 };

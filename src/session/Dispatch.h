@@ -23,10 +23,11 @@ class Dispatch {
     /// for itself.
     virtual void runOnMainAndWait(Work work) = 0;
 
-    /// Starts work on a background thread and returns at once. From any thread.
+    /// Starts work on a background thread, soon, and returns at once. From any thread.
     virtual void runInBackground(Work work) = 0;
 
     /// Runs what has been submitted to the main queue so far, and nothing else: no user input, no repaint.
+    /// Background work that has not started yet starts.
     /// Main thread only. Every wait on the main thread calls this between its checks.
     virtual void runPendingMainWork() = 0;
 };

@@ -97,6 +97,22 @@ class Receiver final : public QObject {
     bool handled = false;
 };
 
+TEST(QtDispatch, BackgroundWorkStartsWhenTheScreenIsUpToDate) {
+    QtDispatch dispatch;
+    Receiver screen;
+    std::promise<bool> seen;
+    std::future<bool> screenWasFirst = seen.get_future();
+
+    dispatch.runInBackground([&] { seen.set_value(screen.handled); });
+    QCoreApplication::postEvent(&screen, std::make_unique<QEvent>(QEvent::User).release(),
+                                Qt::LowEventPriority);
+    // Long enough for a thread to start; nothing starts one yet.
+    EXPECT_EQ(screenWasFirst.wait_for(std::chrono::milliseconds{20}), std::future_status::timeout);
+    QCoreApplication::processEvents();
+
+    EXPECT_TRUE(screenWasFirst.get());
+}
+
 TEST(QtDispatch, RunningPendingWorkHandlesNoOtherEvent) {
     QtDispatch dispatch;
     Receiver receiver;
@@ -147,6 +163,7 @@ TEST(QtDispatch, BackgroundWorkRunsOnASeparateThread) {
     auto ranOn = id.get_future();
 
     dispatch.runInBackground([&] { id.set_value(std::this_thread::get_id()); });
+    QCoreApplication::processEvents();
 
     ASSERT_EQ(ranOn.wait_for(std::chrono::milliseconds{bound}), std::future_status::ready);
     EXPECT_NE(ranOn.get(), std::this_thread::get_id());
