@@ -113,15 +113,6 @@ TEST_F(Streaming, AReportOfTheTestMeetsTheFaultOfItsNumberToo) {
     EXPECT_THAT(readReports(1), ElementsAre(0.75F));
 }
 
-TEST_F(Streaming, AFaultMeetsTheReportOfItsNumber) {
-    plugIn({.reportInterval = 1ms});
-    dongle_->onReport(2, Fault::answerWith({1, 2, 3}));
-    host_->ask(startStreaming, 5);
-    readReports(1);
-    EXPECT_EQ(host_->read(3), (ByteBuffer{1, 2, 3}));
-    readReports(1);
-}
-
 TEST_F(Streaming, TheDongleCanBePulledOutInTheMiddleOfAReport) {
     plugIn({.reportInterval = 1ms});
     dongle_->onReport(2, Fault::unplugDuringAnswer());
@@ -136,22 +127,6 @@ TEST_F(Streaming, KeepsUpWithTheFastestRateThatTheLineCarries) {
     plugIn({.reportInterval = std::chrono::microseconds{1'000'000 / 960}});
     host_->ask(startStreaming, 5);
     EXPECT_NEAR(secondsTakenBy([&] { EXPECT_EQ(readReports(reports).size(), reports); }), 1.0, 0.002);
-}
-
-TEST_F(Streaming, AHummingDeviceReportsClaritiesThatRiseAndFall) {
-    plugIn({.hums = true, .reportInterval = 1ms});
-    host_->ask(startStreaming, 5);
-    float highest = 0.0F;
-    const auto deadline = system.now() + 10s;
-    while (highest < 0.3F && system.now() < deadline) {
-        highest = std::max(highest, readReports(1).at(0));
-    }
-    ASSERT_GE(highest, 0.3F);
-    float lowest = 1.0F;
-    while (lowest > 0.1F && system.now() < deadline) {
-        lowest = std::min(lowest, readReports(1).at(0));
-    }
-    EXPECT_LE(lowest, 0.1F);
 }
 
 TEST_F(Streaming, AHummingDeviceReportsEachFinishedHumOnce) {
