@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <iterator>
@@ -75,20 +74,6 @@ TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
     ChildProcess late{python(tryToOpen, {terminal.path()})};
     EXPECT_EQ(late.finish(), 0);
     EXPECT_EQ(late.output(), "opened\n");
-}
-
-TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
-    const FreshTerminal terminal;
-    SerialPort first{terminal.path(), posix};
-    SerialPort second{terminal.path(), posix};
-    first.openPort();
-
-    EXPECT_EQ(errorOf([&] { second.openPort(); }), PortError::failedToOpen);
-    EXPECT_EQ(first.writeData(std::vector<std::uint8_t>{0x63}), 1) << "the first is not disturbed";
-
-    first.closePort();
-    EXPECT_EQ(errorOf([&] { second.openPort(); }), std::nullopt);
-    second.closePort();
 }
 
 TEST(SerialPortExclusiveUse, IsTheTerminalsExclusiveModeToo) {

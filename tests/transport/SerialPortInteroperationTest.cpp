@@ -27,25 +27,6 @@ class SerialCable : public testing::Test {
         {"socat", "-d", "-d", "pty,raw,echo=0,link=" + nearEnd, "pty,raw,echo=0,link=" + farEnd}};
 };
 
-TEST_F(SerialCable, CarriesEveryByteBothWaysBetweenTwoPorts) {
-    SerialPort nearPort{nearEnd, system};
-    SerialPort farPort{farEnd, system};
-    for (SerialPort* port : {&nearPort, &farPort}) {
-        port->openPort();
-        port->setSettings(dongleSettings(2));
-    }
-    ByteBuffer backwards = everyByte();
-    std::ranges::reverse(backwards);
-
-    EXPECT_EQ(nearPort.writeData(everyByte()), 256);
-    EXPECT_EQ(farPort.readData(256), everyByte());
-    EXPECT_EQ(farPort.writeData(backwards), 256);
-    EXPECT_EQ(nearPort.readData(256), backwards);
-
-    nearPort.closePort();
-    farPort.closePort();
-}
-
 TEST_F(SerialCable, CarriesEveryByteToAndFromAnotherSerialLibrary) {
     constexpr const char* answerBackwards = R"(
 import serial, sys

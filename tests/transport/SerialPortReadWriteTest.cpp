@@ -79,13 +79,6 @@ TEST_F(SerialPortOnVirtualTime, OneReadWaitsForItsFirstByteWithoutEndWhereOneIsT
     EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readBytes(buffer), 1); }), 1000.0);
 }
 
-TEST_F(SerialPortOnVirtualTime, LeavesBytesBeyondTheLengthForTheNextRead) {
-    send({1, 2, 3, 4, 5, 6});
-
-    EXPECT_EQ(port.readData(4), (ByteBuffer{1, 2, 3, 4}));
-    EXPECT_EQ(port.readData(2), (ByteBuffer{5, 6}));
-}
-
 TEST_F(SerialPortOnVirtualTime, ReadsUpToTheMomentOfTheLastByte) {
     line.sendAt(300ms, {0x72, 0x62});
     line.sendAt(1700ms, {0x76, 0x00});

@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "FreshTerminal.h"
-#include "LineAttributes.h"
 #include "SerialPort.h"
 #include "SerialPortTesting.h"
 #include "UnhurriedSystem.h"
@@ -69,14 +68,6 @@ class SerialPortOnATerminal : public testing::Test {
         return taken;
     }
 
-    void changeAttributesAsAnotherProgram() const {
-        termios attributes = attributesOf(foreign);
-        attributes.c_lflag |= ECHO;
-        attributes.c_cc[VMIN] = 1;
-        attributes.c_cc[VTIME] = 0;
-        EXPECT_EQ(::tcsetattr(foreign, TCSANOW, &attributes), 0);
-    }
-
     TerminalSystem system;
     FreshTerminal device;
     /// Another program's, from before the port was opened.
@@ -126,23 +117,6 @@ TEST_F(SerialPortOnATerminal, DoesNotLookForAVanishedDeviceWhenItWrites) {
     device.unplug();
 
     EXPECT_EQ(port.writeData(ByteBuffer{0x63, 0x62, 0x76, 0x00}), -1);
-}
-
-TEST_F(SerialPortOnATerminal, ClosesAfterTheDeviceHasVanished) {
-    device.unplug();
-
-    port.closePort();
-
-    EXPECT_EQ(port.fileDescriptor(), std::nullopt);
-}
-
-TEST_F(SerialPortOnATerminal, PutsBackWhatAnotherProgramHasChanged) {
-    const termios before = attributesOf(foreign);
-    changeAttributesAsAnotherProgram();
-
-    port.renewSettings();
-
-    EXPECT_TRUE(sameAttributes(attributesOf(foreign), before));
 }
 
 TEST_F(SerialPortOnATerminal, ReadsWhatHasArrivedThoughAnotherProgramWantsMoreBytesAtOnce) {
