@@ -39,11 +39,6 @@ class AppDelegateTest : public testing::Test, protected VirtualWorld {
                             [this] { delegate.applicationShouldTerminate(); }};
 };
 
-TEST_F(AppDelegateTest, MakesTheModelBeforeAnythingElse) {
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::idle);
-    EXPECT_EQ(velmorindal.serialPort.get(), nullptr);
-}
-
 TEST_F(AppDelegateTest, ClosingTheWindowEndsTheProgram) {
     EXPECT_TRUE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }
@@ -57,24 +52,6 @@ TEST_F(AppDelegateTest, QuittingWithoutADeviceDisconnectsAllTheSame) {
 
     EXPECT_THAT(lines, ElementsAre("I'm being told to go now.", "Quitting program!",
                                    "Setting polling state from  none none"));
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
-}
-
-TEST_F(AppDelegateTest, QuittingTwiceIsHarmless) {
-    EXPECT_TRUE(delegate.applicationShouldTerminate());
-    EXPECT_TRUE(delegate.applicationShouldTerminate());
-
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
-}
-
-TEST_F(AppDelegateTest, QuittingClosesThePort) {
-    const InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-    ASSERT_TRUE(portIsOpen());
-
-    delegate.applicationShouldTerminate();
-
-    EXPECT_FALSE(portIsOpen());
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
 }
 
@@ -139,25 +116,6 @@ TEST_F(AppDelegateTest, EveryTurnOfTheWaitForAWriteIsLogged) {
     EXPECT_EQ(scheduler.now() - start, 2 * std::chrono::milliseconds{200});
 }
 
-TEST_F(AppDelegateTest, QuittingDuringAWriteLetsTheDeviceStoreItAll) {
-    InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-    dongle.onEvery(VelmorindalMessageType::keyboardConfig, Fault::lateBy(std::chrono::milliseconds{300}));
-    container.saveButtonPressed();
-    ASSERT_TRUE(dispatch.runOneMainWork());
-    ASSERT_EQ(velmorindal.connectionState.get(), ConnectionStatus::writing);
-
-    const auto lines = linesPrintedBy([&] {
-        container.cancelButtonPressed();
-        container.raisedDialogs().front().buttons.front().action();
-    });
-
-    EXPECT_THAT(lines, Contains("Waiting for write to finish."));
-    EXPECT_EQ(dongle.state().timesStored, 1U);
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
-    EXPECT_FALSE(portIsOpen());
-}
-
 TEST_F(AppDelegateTest, QuittingBeforeASubmittedWriteHasAnnouncedItselfWritesNothing) {
     InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
@@ -173,18 +131,6 @@ TEST_F(AppDelegateTest, QuittingBeforeASubmittedWriteHasAnnouncedItselfWritesNot
     dispatch.waitForBackground();
     EXPECT_EQ(dongle.receivedFrames().size(), framesOfConnecting);
     EXPECT_EQ(dongle.state().timesStored, 0U);
-}
-
-TEST_F(AppDelegateTest, QuittingWhileConnectingClosesThePortUnderTheAttempt) {
-    InProcessDongle dongle{system, directory.path()};
-    dongle.staySilentOn(VelmorindalMessageType::status);
-    container.nextButtonPressed();
-    ASSERT_TRUE(dispatch.runMainWorkUntil([&] { return portIsOpen(); }));
-
-    EXPECT_TRUE(delegate.applicationShouldTerminate());
-
-    EXPECT_FALSE(portIsOpen());
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::disconnected);
 }
 
 }  // namespace

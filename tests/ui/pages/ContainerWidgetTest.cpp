@@ -2,7 +2,6 @@
 
 #include <QLayout>
 #include <QRadioButton>
-#include <QScrollBar>
 
 #include "KeyList.h"
 #include "Look.h"
@@ -101,10 +100,6 @@ TEST_F(ContainerWidgetTest, AButtonIsTheSameObjectEachTimeItIsThere) {
     EXPECT_EQ(find<QPushButton>(QStringLiteral("Next")), before);
 }
 
-TEST_F(ContainerWidgetTest, TheFocusStartsOnNext) {
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-}
-
 TEST_F(ContainerWidgetTest, AfterNextTheFocusIsOnTheFirstControlOrOnTheHeading) {
     press(QStringLiteral("Next"));
     EXPECT_EQ(focusedText(), QStringLiteral("It's time to connect to the Velmorindal."));
@@ -148,20 +143,6 @@ TEST_F(ContainerWidgetTest, TheFocusComesToItsPlaceWithoutAStopOnTheWay) {
     QObject::disconnect(connection);
 }
 
-TEST_F(ContainerWidgetTest, AfterBackTheFocusStaysOnBackAsLongAsThereIsOne) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    show(wizardState::Summary);
-    for (int page = 0; page < 4; ++page) {
-        find<QPushButton>(QStringLiteral("Back"))->setFocus();
-        press(QStringLiteral("Back"));
-        EXPECT_EQ(focusedLabel(), QStringLiteral("Back"));
-    }
-
-    press(QStringLiteral("Back"));
-
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-}
-
 TEST_F(ContainerWidgetTest, AfterASaveTheFocusIsOnClose) {
     show(wizardState::Summary);
     velmorindal.connectionState = ConnectionStatus::writing;
@@ -183,18 +164,6 @@ TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
     settle();
 
     EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
-}
-
-TEST_F(ContainerWidgetTest, EnterOnTheHeadingPressesTheDefaultButton) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    press(QStringLiteral("Next"));
-    auto* heading = qobject_cast<QLabel*>(window().focusWidget());
-    ASSERT_NE(heading, nullptr);
-
-    QTest::keyClick(heading, Qt::Key_Return);
-    settle();
-
-    EXPECT_EQ(container.currentState.get(), wizardState::Mode);
 }
 
 TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {
@@ -276,37 +245,6 @@ TEST_F(ContainerWidgetTest, AltWithALetterPressesAButtonWithoutAMarkInItsText) {
     show(wizardState::Connect);
     QTest::keyClick(window().focusWidget(), Qt::Key_O, Qt::AltModifier);
     EXPECT_TRUE(eventually([this] { return filePanel.isOpen(); }));
-}
-
-TEST_F(ContainerWidgetTest, NoTwoControlsOfAPageShareAShortcut) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    for (const wizardState page : allWizardStates) {
-        show(page);
-        QStringList shortcuts;
-        for (const auto* button : window().findChildren<QPushButton*>()) {
-            if (button->isVisible()) {
-                shortcuts << button->shortcut().toString();
-            }
-        }
-        const auto count = shortcuts.size();
-        EXPECT_EQ(shortcuts.removeDuplicates(), 0) << count;
-    }
-}
-
-TEST_F(ContainerWidgetTest, NoPageNeedsToScrollInTheWindowAsItOpens) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.shortEnabled = true;
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    velmorindal.connectionState = ConnectionStatus::writing;
-    for (const wizardState page : allWizardStates) {
-        show(page);
-        for (const auto* scroller : window().findChildren<PageScroller*>()) {
-            if (scroller->isVisible()) {
-                EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0) << stepLabel(page);
-                EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << stepLabel(page);
-            }
-        }
-    }
 }
 
 TEST_F(ContainerWidgetTest, ALineStaysComfortablyShortInAWideWindow) {
