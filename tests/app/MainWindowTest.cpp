@@ -80,19 +80,6 @@ TEST_F(MainWindowTest, TheQuitKeysAskTheApplicationToEnd) {
     EXPECT_EQ(closeRequests, 1);
 }
 
-TEST_F(MainWindowTest, ItRemembersItsFrameAsMainWindow) {
-    window().setGeometry(40, 50, window().minimumWidth() + 30, window().minimumHeight() + 20);
-    settle();
-    const QRect before = window().geometry();
-
-    window().saveFrame();
-    EXPECT_TRUE(QSettings{}.contains(QStringLiteral("Main Window")));
-    closeWindow();
-    openWindow();
-
-    EXPECT_EQ(window().geometry(), before);
-}
-
 TEST_F(MainWindowTest, ItRemembersItsFrameAMomentAfterAChange) {
     window().setGeometry(60, 70, window().minimumWidth() + 10, window().minimumHeight() + 40);
     const QRect chosen = window().geometry();

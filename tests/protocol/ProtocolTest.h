@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -28,19 +26,6 @@ std::optional<VelmorindalError> errorOf(Action action) {
         return exception.error;
     }
     return std::nullopt;
-}
-
-/// Floats are compared by these: the same bytes, or not the same.
-inline std::uint32_t bitsOf(float value) {
-    return std::bit_cast<std::uint32_t>(value);
-}
-
-/// `message` serialized, decoded by a new object of its class.
-template <typename Message>
-Message throughTheWire(const Message& message) {
-    Message decoded;
-    EXPECT_TRUE(decoded.deserialize(message.serialize()));
-    return decoded;
 }
 
 }  // namespace velmorindal

@@ -40,13 +40,6 @@ TEST(VelmorindalMessageFactory, BuildsTheMessageOfEachTypeThatIsReceived) {
     expectValid<VCRelayConfig>({'r', 'b', 'y', 0x0B, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
 }
 
-TEST(VelmorindalMessageFactory, DecodesTheFieldsOfTheFrame) {
-    const auto message = created({'r', 'b', 's', 0x01, 0x02});
-    const auto* const status = dynamic_cast<const VCStatus*>(message.get());
-    ASSERT_NE(status, nullptr);
-    EXPECT_EQ(status->_linkState, 2);
-}
-
 TEST(VelmorindalMessageFactory, YieldsNothingForAFrameShorterThanItsHeaderAndPrintsNothing) {
     EXPECT_EQ(printedBy([] {
                   EXPECT_EQ(created({}), nullptr);
@@ -78,23 +71,6 @@ TEST(VelmorindalMessageFactory, LooksAtTheTypeAloneBeforeTheMessageLooksAtTheRes
     ASSERT_NE(dynamic_cast<const VCStatus*>(message.get()), nullptr);
     EXPECT_FALSE(message->_valid);
     EXPECT_EQ(lines, "Message type unexpected:  101  command/response/error are  99 114 101\n");
-}
-
-TEST(VelmorindalMessageFactory, ReturnsAHumDurationOfWrongLengthAsAnInvalidObject) {
-    std::unique_ptr<VelmorindalCommand> message;
-    const std::string lines = printedBy([&] {
-        message = created({'r', 'b', 'd', 0x0A, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    });
-    ASSERT_NE(dynamic_cast<const VCHumDuration*>(message.get()), nullptr);
-    EXPECT_FALSE(message->_valid);
-    EXPECT_EQ(lines, "");
-}
-
-TEST(VelmorindalMessageFactory, ReportsChannelZeroForAnAutoTuneWhateverWasAsked) {
-    const auto message = created({'r', 'b', 't', 0x08, 1, 2, 3, 4, 5, 6, 7, 8});
-    const auto* const report = dynamic_cast<const VCAutoTune*>(message.get());
-    ASSERT_NE(report, nullptr);
-    EXPECT_EQ(report->channel, 0);
 }
 
 }  // namespace

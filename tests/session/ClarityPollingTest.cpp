@@ -8,7 +8,6 @@ using testing::ElementsAre;
 using testing::Ge;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Type = VelmorindalMessageType;
 
 class ClarityPollingTest : public CalibrationPollingTest {};
 
@@ -49,17 +48,6 @@ TEST_F(ClarityPollingTest, LineSettingsThatAnotherProgramChangedAreRestoredWhenN
         [&] { return system.lineAttributes(descriptor, attributes) && attributes.c_cc[VMIN] == 0; }));
 }
 
-TEST_F(ClarityPollingTest, AStoppedClarityRunLeavesAutoTuneAndZeroesItsReading) {
-    velmorindal.beginClarityPolling();
-    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
-    velmorindal.stopPollingAndWait();
-    dispatch.runPendingMainWork();
-    EXPECT_EQ(velmorindal.detectedClarity.get(), 0.0);
-    EXPECT_FALSE(velmorindal.bgIsProcessing);
-    expectOneRunOnTheWire();
-    EXPECT_TRUE(deviceHasStoppedReporting());
-}
-
 TEST_F(ClarityPollingTest, TheFinalZeroComesAfterTheLastReading) {
     dongle.reportClarity(0.6F);
     velmorindal.beginClarityPolling();
@@ -98,14 +86,6 @@ TEST_F(ClarityPollingTest, ClarityWithoutAPortSendsNothingAndLeavesTheState) {
     EXPECT_THAT(dongle.receivedFrames(), IsEmpty());
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
     EXPECT_EQ(lines.take(), "Starting clarity polling\n");
-}
-
-TEST_F(ClarityPollingTest, ARefusedStartEndsTheRunWithoutAnotherByte) {
-    dongle.onFirst(Type::autoTune, Fault::errorFrame());
-    velmorindal.beginClarityPolling();
-    EXPECT_TRUE(runUntilIdle());
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(startFrame));
 }
 
 TEST_F(ClarityPollingTest, FramesOfOtherTypesAndUnknownOnesAreIgnoredWithoutAMessage) {

@@ -1,7 +1,5 @@
 #include <termios.h>
 
-#include <filesystem>
-
 #include "ConnectionTest.h"
 #include "FrameOracle.h"
 
@@ -15,28 +13,6 @@ using Type = VelmorindalMessageType;
 constexpr const char* openFailedText = "Error connecting to the serial port. It might already be in use.";
 constexpr const char* linkDownText =
     "Please ensure that your Velmorindal is turned on and in configuration mode.";
-
-TEST_F(ConnectionTest, ASuccessPrintsItsWholeStory) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    PrintedLines lines;
-    EXPECT_TRUE(connect());
-    EXPECT_EQ(withoutDescriptors(lines.take()),
-              "Open Result:  N\n"
-              "Got version string:  Velmorindal 1.1M\n"
-              "Definitely this one  " +
-                  path() +
-                  "\n"
-                  "Have device(s) :  [\"" +
-                  path() +
-                  "\"]\n"
-                  "We made it this far... version code is  Velmorindal 1.1M\n"
-                  "Have a status:  1\n"
-                  "Connected. Going to read settings\n"
-                  "Test: cutoff is  1.0\n"
-                  "Settings read successfully.\n"
-                  "Successful connection!\n"
-                  "Status updated now:  connected\n");
-}
 
 void expectLineOfADongle(System& system, int descriptor) {
     termios line{};
@@ -68,37 +44,10 @@ TEST_F(ConnectionTest, TheProbeSetsTheLineBeforeItAsks) {
     EXPECT_EQ(questions, 1U);
 }
 
-TEST_F(ConnectionTest, ASuccessMovesStateAndProgressInOrder) {
-    dongle.prepare([](DeviceState& device) {
-        device.settings.outputPath = 0;
-        device.settings.thresholds.ap = 0.25F;
-    });
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.readWriteProgress = 5.0;
-    EXPECT_THAT(
-        changesWhile([this] { velmorindal.connect(); }),
-        ElementsAre("readWriteProgress 0.0", "connectionState connecting", "readWriteProgress 1.0",
-                    "readWriteProgress 2.0", "readWriteProgress 3.0", "outputPath USBKeyboard",
-                    "readWriteProgress 4.0", "shortEnabled true", "cutoff 1.0", "readWriteProgress 5.0",
-                    "clarity 0.25", "readWriteProgress 6.0", "directKey Enter", "connectionState connected"));
-    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
-    EXPECT_TRUE(velmorindal.isValid);
-}
-
 TEST_F(ConnectionTest, TheConversationIsTheProbeTheChecksAndTheFiveReadings) {
     EXPECT_TRUE(connect());
     EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query('v'), query('v'), query('s'), query('x'),
                                                      query('p'), query('d'), query('h'), query('k')));
-}
-
-TEST_F(ConnectionTest, TheConnectingStateIsInPlaceBeforeTheFirstByteOfTheConnectionGoesOut) {
-    std::vector<std::string> states;
-    dongle.whenReceived([&](std::span<const std::uint8_t>) {
-        states.emplace_back(caseName(velmorindal.connectionState.get()));
-    });
-    EXPECT_TRUE(connect());
-    EXPECT_THAT(states, ElementsAre("idle", "connecting", "connecting", "connecting", "connecting",
-                                    "connecting", "connecting", "connecting"));
 }
 
 TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
@@ -117,15 +66,6 @@ TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
     dispatch.runPendingMainWork();
     EXPECT_TRUE(result.get());
     EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-}
-
-TEST_F(ConnectionTest, ASecondAttemptAfterASuccessIsRefused) {
-    EXPECT_TRUE(connect());
-    PrintedLines lines;
-    EXPECT_FALSE(connect());
-    EXPECT_EQ(velmorindal.lastError.get(), "Already connected to the Velmorindal Device.");
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-    EXPECT_NE(lines.take().find("Attempting re-connection\n"), std::string::npos);
 }
 
 TEST_F(ConnectionTest, ASecondAttemptIsRefusedAfterDisconnectingTooBecauseThePortIsKept) {
@@ -151,21 +91,6 @@ TEST_F(ConnectionTest, ADongleThatVanishesBeforeItIsOpenedSaysSoAndThePortObject
     EXPECT_EQ(velmorindal.serialPort.get()->fileDescriptor(), -1);
 }
 
-TEST_F(ConnectionTest, ASilentVersionCheckIsCcNr) {
-    dongle.onOccurrence(2, Type::version, Fault::silence());
-    PrintedLines lines;
-    expectFailure("The device sent an unrecognized response.\n\n(Error code: CC/NR)");
-    EXPECT_NE(lines.take().find("Error; could not make any sense of the device\n"), std::string::npos);
-}
-
-TEST_F(ConnectionTest, AVersionCheckThatBringsNothingIsCcIc) {
-    system.cutWrite(Type::version, 2, -1);
-    PrintedLines lines;
-    expectFailure("The device sent an unrecognized response.\n\n(Error code: CC/IC)");
-    EXPECT_NE(lines.take().find("Could not write my whole sequence.\nInvalid response.\n"),
-              std::string::npos);
-}
-
 TEST_F(ConnectionTest, ALinkThatIsDownEndsDisconnectedAndAsksForNoSetting) {
     dongle.prepare([](DeviceState& device) { device.linkState = 0; });
     PrintedLines lines;
@@ -184,13 +109,6 @@ TEST_F(ConnectionTest, EveryOtherStateOfTheLinkIsUp) {
         velmorindal.disconnect(false);
         velmorindal.serialPort = nullptr;
     }
-}
-
-TEST_F(ConnectionTest, AFailedReadingEndsInErrorWithTheReadingsOwnText) {
-    dongle.onFirst(Type::humDuration, Fault::payloadOneByteLonger());
-    PrintedLines lines;
-    expectFailure("Invalid response from dongle (Error code: VCHD/IV)");
-    EXPECT_NE(lines.take().find("Failed to read settings.\n"), std::string::npos);
 }
 
 TEST_F(ConnectionTest, ClosingThePortUnderARunningConnectionEndsItWithoutAnotherByte) {

@@ -36,31 +36,6 @@ TEST_F(DurationPollingTest, TheLastHumBecomesSecondsAndIsPrinted) {
     EXPECT_EQ(lines.take(), "Last hum duration was  1.0 s\n");
 }
 
-TEST_F(DurationPollingTest, AHumOfNoTicksIsZeroAndPrintsNothing) {
-    PrintedLines lines;
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(5, dispatch.bound));
-    velmorindal.stopPollingAndWait();
-    EXPECT_EQ(lines.take(), "");
-    EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
-}
-
-TEST_F(DurationPollingTest, AHumFromBeforeTheRunIsDiscardedFirst) {
-    dongle.humOnce(50);
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(dongle.waitForFrames(4, dispatch.bound));
-    double highest = 0.0;
-    velmorindal.pollingState = PollingState::none;
-    dispatch.waitForBackground();
-    while (dispatch.pendingMainWork() > 0) {
-        dispatch.runOneMainWork();
-        highest = std::max(highest, velmorindal.detectedDuration.get());
-    }
-    EXPECT_EQ(highest, 0.0);
-}
-
 TEST_F(DurationPollingTest, TheDurationStateIsSetBeforeTheFirstQuery) {
     velmorindal.beginDurationPolling();
     EXPECT_TRUE(dispatch.waitForPendingMainWork(1));
@@ -131,17 +106,6 @@ TEST_F(DurationPollingTest, AStartThatFailsIsTakenBackInOneStepThatTheRunWaitsFo
 
     EXPECT_FALSE(velmorindal.bgIsProcessing);
     EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-}
-
-TEST_F(DurationPollingTest, TheStateOfTheOtherDisplayEndsTheRun) {
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(runUntil(PollingState::duration));
-
-    velmorindal.pollingState = PollingState::clarity;
-    system.sleepFor(std::chrono::seconds{1});
-
-    EXPECT_FALSE(velmorindal.bgIsProcessing);
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::clarity);
 }
 
 }  // namespace

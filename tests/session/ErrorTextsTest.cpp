@@ -1,7 +1,6 @@
 // Connecting and loading a settings file can go on together, and both leave a text in `lastError`.
 
 #include <fstream>
-#include <span>
 
 #include "SessionTest.h"
 
@@ -37,35 +36,6 @@ TEST_F(ErrorTextsTest, AFailedLoadLeavesTheReasonOfAFailedConnectionAlone) {
     EXPECT_FALSE(connection.get());
     EXPECT_THAT(connection.get().text, Optional(std::string{readingText}));
     EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{tornText}));
-}
-
-TEST_F(ErrorTextsTest, ALoadThatFailsWhileTheSettingsAreReadDoesNotReplaceTheReasonOfTheFailure) {
-    dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter());
-    // Between the question and its answer.
-    OperationResult load;
-    dongle.whenReceived([&](std::span<const std::uint8_t> frame) {
-        if (frame[2] == static_cast<std::uint8_t>(Type::humDuration)) {
-            load = loadATornFile();
-        }
-    });
-    const OperationResult connection = connect();
-    dongle.whenReceived({});
-
-    EXPECT_FALSE(load);
-    EXPECT_THAT(load.text, Optional(std::string{tornText}));
-    EXPECT_FALSE(connection);
-    EXPECT_THAT(connection.text, Optional(std::string{readingText}));
-    EXPECT_THAT(velmorindal.lastError.get(), Optional(std::string{readingText}));
-}
-
-TEST_F(ErrorTextsTest, ConnectingStartsWithoutTheTextOfAnEarlierLoad) {
-    EXPECT_FALSE(loadATornFile());
-
-    const OperationResult connection = connect();
-
-    EXPECT_TRUE(connection);
-    EXPECT_EQ(connection.text, std::nullopt);
-    EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
 }
 
 }  // namespace

@@ -76,22 +76,6 @@ TEST_F(PollingStopTest, StoppingWhenNothingRunsReturnsAtOnceAndAnnouncesNothing)
     EXPECT_EQ(announcements, 0);
 }
 
-TEST_F(PollingStopTest, SwitchingFromClarityToDurationAndBackKeepsThePortToOneRun) {
-    velmorindal.beginClarityPolling();
-    EXPECT_TRUE(runUntil(PollingState::clarity));
-    velmorindal.stopPollingAndWait();
-    velmorindal.beginDurationPolling();
-    EXPECT_TRUE(runUntil(PollingState::duration));
-    EXPECT_TRUE(
-        dispatch.runMainWorkUntil([this] { return dongle.timesReceived(Type::lastHumDuration) >= 3; }));
-    velmorindal.stopPollingAndWait();
-    velmorindal.beginClarityPolling();
-    EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return velmorindal.detectedClarity.get() > 0.0; }));
-    velmorindal.stopPollingAndWait();
-    EXPECT_TRUE(deviceHasStoppedReporting());
-    EXPECT_EQ(dongle.skippedBytes(), 0U);
-}
-
 TEST_F(PollingStopTest, StoppingLooksEveryTwentyMilliseconds) {
     velmorindal.bgIsProcessing = true;
     dispatch.runInBackground([this] {

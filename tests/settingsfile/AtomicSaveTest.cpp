@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <sys/ptrace.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,28 +16,6 @@ namespace velmorindal {
 namespace {
 
 using AtomicSave = SettingsFileTest;
-
-TEST_F(AtomicSave, AFullDiskLeavesTheOldFileAndNothingElse) {
-    writeFile(path("settings.xml"), "old");
-    const int status = inChild([&] {
-        // Files end after ten bytes; what is printed goes to a pipe, which has no such end.
-        std::array<int, 2> output{};
-        const rlimit tenBytes{.rlim_cur = 10, .rlim_max = 10};
-        if (::pipe(output.data()) != 0 || ::dup2(output[1], STDOUT_FILENO) < 0 ||
-            std::signal(SIGXFSZ, SIG_IGN) == SIG_ERR || ::setrlimit(RLIMIT_FSIZE, &tenBytes) != 0) {
-            return 1;
-        }
-        if (!model.writeXML(path("settings.xml"))) {
-            return 2;
-        }
-        std::array<char, 4096> text{};
-        const auto length = static_cast<std::size_t>(::read(output[0], text.data(), text.size()));
-        return std::string_view{text.data(), length}.ends_with("\nWrite failed. Boo.\n") ? 0 : 3;
-    });
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(contentsOf(path("settings.xml")), "old");
-    EXPECT_EQ(entriesOf(directory.path()), 1);
-}
 
 TEST_F(AtomicSave, ASaveLeavesNothingBesideTheFile) {
     save(path("settings.xml"));

@@ -33,7 +33,6 @@ TEST_F(HostileFile, WhateverFollowsTheRootMakesTheWholeFileWrong) {
 
 TEST_F(HostileFile, ANulByteMakesTheWholeFileWrong) {
     expectRefused(dataFile("nul-byte-in-value.xml"), notParsable);
-    expectRefused(dataFile("nul-byte-after-root.xml"), notParsable);
 }
 
 TEST_F(HostileFile, AFileCutOffAnywhereIsRefused) {
@@ -50,10 +49,6 @@ TEST_F(HostileFile, AnEntityBombIsRefused) {
     for (const char* name : {"entity-bomb-in-value.xml", "entity-bomb-in-text.xml", "entity-in-circle.xml"}) {
         expectRefused(dataFile(name), notParsable);
     }
-}
-
-TEST_F(HostileFile, AnExternalEntityInAValueIsRefused) {
-    expectRefused(dataFile("external-entity-in-value.xml"), notParsable);
 }
 
 /// Reports whether any process opens or reads a file.
@@ -98,15 +93,12 @@ TEST_F(HostileFile, APipeThatADocumentPointsToIsNotWaitedFor) {
     expectLoaded(path("pointing.xml"));
 }
 
-TEST_F(HostileFile, AMissingFileCannotBeLoaded) {
+TEST_F(HostileFile, AMissingFileOrADirectoryCannotBeLoaded) {
+    expectRefused(directory.path(), notLoadable);
     expectRefused(path("missing.xml"), notLoadable);
     expectRefused(path("missing") / "settings.xml", notLoadable);
     expectRefused("", notLoadable);
     EXPECT_EQ(printed, "");
-}
-
-TEST_F(HostileFile, ADirectoryCannotBeLoaded) {
-    expectRefused(directory.path(), notLoadable);
 }
 
 TEST_F(HostileFile, APipeOrADeviceIsRefusedWithoutWaiting) {

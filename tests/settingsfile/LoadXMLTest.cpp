@@ -32,11 +32,8 @@ TEST_F(LoadXML, AnOutputModeInTheWrongCaseCountsAsMissing) {
     EXPECT_EQ(printed, "Found element:  VibrationSwitch\nMissing output mode\n");
 }
 
-TEST_F(LoadXML, AnUnknownOutputPathCountsAsMissing) {
+TEST_F(LoadXML, ANameThatIsNoneCountsAsMissing) {
     expectRefused(dataFile("output-path-unknown.xml"), "Missing output path");
-}
-
-TEST_F(LoadXML, AKeyThatNoPickerShowsCountsAsMissing) {
     expectRefused(dataFile("key-unknown.xml"), "Missing long output key");
 }
 
@@ -55,9 +52,7 @@ TEST_F(LoadXML, EverySettingMustBeThere) {
     expectRefused(dataFile("without-Sensitivity.xml"), "Missing sensitivity");
     expectRefused(dataFile("without-Cutoff.xml"), "Missing cutoff");
     expectRefused(dataFile("no-attributes.xml"), "Missing output path");
-}
-
-TEST_F(LoadXML, ADirectModeFileStillNeedsTheKeysOfTheOtherMode) {
+    // Also the keys of the other mode.
     expectRefused(dataFile("direct-without-short-key.xml"), "Missing short output key");
 }
 

@@ -33,47 +33,6 @@ void start(VelmorindalXML& xml, const std::vector<XMLAttribute>& attributes) {
     printedBy([&] { xml.parser("VibrationSwitch", attributes); });
 }
 
-TEST(VelmorindalXML, StartsEmpty) {
-    const VelmorindalXML xml;
-    EXPECT_FALSE(xml.outputPath || xml.outputMode || xml.longEnabled || xml.shortEnabled ||
-                 xml.longOutputKey || xml.shortOutputKey || xml.directOutputKey || xml.sensitivity ||
-                 xml.cutoff || xml._lastError);
-}
-
-TEST(VelmorindalXML, TakesEachSettingFromItsAttribute) {
-    VelmorindalXML xml;
-    start(xml, {{"OutputPath", "BTKeyboard"},
-                {"OutputMode", "LongShort"},
-                {"LongOutputEnabled", "true"},
-                {"ShortOutputEnabled", "false"},
-                {"LongOutputKey", "[Up Arrow]"},
-                {"ShortOutputKey", "~4"},
-                {"DirectOutputKey", "0"},
-                {"Sensitivity", "0.25"},
-                {"Cutoff", "1.75"}});
-    EXPECT_EQ(xml.outputPath, OutputPath::BTKeyboard);
-    EXPECT_EQ(xml.outputMode, OutputMode::LongShort);
-    EXPECT_EQ(xml.longEnabled, true);
-    EXPECT_EQ(xml.shortEnabled, false);
-    EXPECT_EQ(xml.longOutputKey, OutputKey::UpArrow);
-    EXPECT_EQ(xml.shortOutputKey, OutputKey::Tilde4);
-    EXPECT_EQ(xml.directOutputKey, OutputKey::Num0);
-    EXPECT_EQ(xml.sensitivity, 0.25F);
-    EXPECT_EQ(xml.cutoff, 1.75F);
-}
-
-TEST(VelmorindalXML, TakesEveryNameThatExists) {
-    VelmorindalXML xml;
-    for (const OutputPath path : allOutputPaths) {
-        start(xml, {{"OutputPath", std::string{caseName(path)}}});
-        EXPECT_EQ(xml.outputPath, path);
-    }
-    for (const OutputMode mode : allOutputModes) {
-        start(xml, {{"OutputMode", std::string{caseName(mode)}}});
-        EXPECT_EQ(xml.outputMode, mode);
-    }
-}
-
 TEST(VelmorindalXML, StoresNothingForANameThatIsNotExact) {
     for (const char* text : {"", "usbkeyboard", " USBKeyboard", "USBKeyboard ", "USB", "0", "Direct"}) {
         VelmorindalXML xml = completeXML();
@@ -92,51 +51,6 @@ TEST(VelmorindalXML, KnowsKeysByTheirDisplayTextOnly) {
         EXPECT_EQ(xml.shortOutputKey, std::nullopt) << text;
         EXPECT_EQ(xml.directOutputKey, std::nullopt) << text;
     }
-}
-
-TEST(VelmorindalXML, StoresFalseAndZeroForTextsThatMeanNothing) {
-    VelmorindalXML xml;
-    start(
-        xml,
-        {{"LongOutputEnabled", "maybe"}, {"ShortOutputEnabled", ""}, {"Sensitivity", "abc"}, {"Cutoff", ""}});
-    EXPECT_EQ(xml.longEnabled, false);
-    EXPECT_EQ(xml.shortEnabled, false);
-    EXPECT_EQ(xml.sensitivity, 0.0F);
-    EXPECT_EQ(xml.cutoff, 0.0F);
-}
-
-TEST(VelmorindalXML, PrintsTheElementAndEachAttributeThatIsNoSetting) {
-    VelmorindalXML xml;
-    const std::vector<XMLAttribute> attributes{{"Foo", "bar"}, {"Cutoff", "1.5"}, {"cutoff", "2"}};
-    EXPECT_EQ(printedBy([&] { xml.parser("VibrationSwitch", attributes); }),
-              "Found element:  VibrationSwitch\nUrecognized key:  Foo\nUrecognized key:  cutoff\n");
-    EXPECT_EQ(xml.cutoff, 1.5F);
-}
-
-TEST(VelmorindalXML, IgnoresEveryOtherElementAndPrintsNothing) {
-    VelmorindalXML xml;
-    const std::vector<XMLAttribute> attributes{{"OutputPath", "Switch"}, {"Foo", "bar"}};
-    for (const char* name : {"", "vibrationSwitch", "VibrationSwitches", "v:VibrationSwitch", "Switch"}) {
-        EXPECT_EQ(printedBy([&] { xml.parser(name, attributes); }), "") << name;
-        EXPECT_EQ(xml.outputPath, std::nullopt) << name;
-    }
-}
-
-TEST(VelmorindalXML, LetsALaterAttributeOrElementOverwriteWhatAnEarlierOneSet) {
-    VelmorindalXML xml;
-    start(xml, {{"OutputPath", "Switch"}, {"Cutoff", "1"}, {"Cutoff", "2"}});
-    EXPECT_EQ(xml.cutoff, 2.0F);
-    start(xml, {{"Cutoff", "3"}});
-    EXPECT_EQ(xml.outputPath, OutputPath::Switch);
-    EXPECT_EQ(xml.cutoff, 3.0F);
-    start(xml, {{"OutputPath", "Serial"}});
-    EXPECT_EQ(xml.outputPath, std::nullopt);
-}
-
-TEST(VelmorindalXML, IsValidWithEverySettingAndSaysNothing) {
-    VelmorindalXML xml = completeXML();
-    EXPECT_EQ(printedBy([&] { EXPECT_TRUE(xml.valid()); }), "");
-    EXPECT_EQ(xml._lastError, std::nullopt);
 }
 
 struct Missing {
@@ -164,15 +78,6 @@ const std::vector<Missing>& missingSettings() {
         {[](VelmorindalXML& xml) { xml.cutoff.reset(); }, "Missing cutoff", "Missing cutoff\n"},
     };
     return settings;
-}
-
-TEST(VelmorindalXML, SaysWhichSettingIsMissing) {
-    for (const auto& [forget, text, expected] : missingSettings()) {
-        VelmorindalXML xml = completeXML();
-        forget(xml);
-        EXPECT_EQ(printedBy([&] { EXPECT_FALSE(xml.valid()); }), expected);
-        EXPECT_EQ(xml._lastError, text);
-    }
 }
 
 TEST(VelmorindalXML, SaysOnlyTheFirstOfSeveralMissingSettings) {

@@ -26,36 +26,6 @@ TEST_F(WriteXML, TheDocumentIsPrintedAsItIsWritten) {
     EXPECT_EQ(printed, "XML Document:\n" + contentsOf(path("settings.xml")) + "\n");
 }
 
-TEST_F(WriteXML, TheValuesAreThoseOfThatMoment) {
-    save(path("settings.xml"));
-    model.outputPath = OutputPath::Switch;
-    model.longEnabled = true;
-    model.cutoff = 0.37F;
-    save(path("settings.xml"));
-    const std::string document = contentsOf(path("settings.xml"));
-    EXPECT_EQ(attribute(document, "OutputPath"), "Switch");
-    EXPECT_EQ(attribute(document, "LongOutputEnabled"), "true");
-    EXPECT_EQ(attribute(document, "Cutoff"), "0.37");
-}
-
-TEST_F(WriteXML, EachKeyGoesToItsOwnAttribute) {
-    model.outputKeys =
-        keyList{.directKey = OutputKey::Tilde1, .shortKey = OutputKey::LeftArrow, .longKey = OutputKey::Num4};
-    save(path("settings.xml"));
-    const std::string document = contentsOf(path("settings.xml"));
-    EXPECT_EQ(attribute(document, "DirectOutputKey"), "~1");
-    EXPECT_EQ(attribute(document, "ShortOutputKey"), "[Left Arrow]");
-    EXPECT_EQ(attribute(document, "LongOutputKey"), "4");
-}
-
-TEST_F(WriteXML, ANumberIsRoundedToHundredthsAndLoadsAsThat) {
-    model.clarity = 0.456F;
-    save(path("settings.xml"));
-    EXPECT_EQ(attribute(contentsOf(path("settings.xml")), "Sensitivity"), "0.46");
-    EXPECT_TRUE(load(path("settings.xml")));
-    EXPECT_EQ(model.clarity.get(), 0.46F);
-}
-
 TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
     struct NumberCase {
         float number;

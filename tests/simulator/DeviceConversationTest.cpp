@@ -32,21 +32,6 @@ TEST_F(DeviceConversation, AnAutoTuneQueryIsAnsweredWithOneReport) {
               (ByteBuffer{'r', 'b', 't', 8, 0x00, 0x00, 0x80, 0x3E, 0x00, 0x00, 0x40, 0x3F}));
 }
 
-TEST_F(DeviceConversation, APreparedDeviceAnswersWhatItWasPreparedWith) {
-    dongle_.prepare([](DeviceState& state) {
-        state.version = "Velmorindal 2";
-        state.linkState = 0;
-        state.settings.protocol = 0xFF;
-        state.settings.humDuration.maxShort = 300;
-    });
-    EXPECT_EQ(host_.ask(query('v'), 17), (ByteBuffer{'r', 'b', 'v', 13, 'V', 'e', 'l', 'm', 'o', 'r', 'i',
-                                                     'n', 'd', 'a', 'l', ' ', '2'}));
-    EXPECT_EQ(host_.ask(query('s'), 5), (ByteBuffer{'r', 'b', 's', 1, 0}));
-    EXPECT_EQ(host_.ask(query('x'), 5), (ByteBuffer{'r', 'b', 'x', 1, 0xFF}));
-    EXPECT_EQ(host_.ask(query('d'), 15),
-              (ByteBuffer{'r', 'b', 'd', 11, 3, 0, 0, 0x2C, 0x01, 25, 0, 0xFF, 0xFF, 4, 0}));
-}
-
 TEST_F(DeviceConversation, OfAVersionBeyond255BytesTheRestIsNotSent) {
     dongle_.prepare([](DeviceState& state) { state.version = std::string(300, 'V'); });
     EXPECT_EQ(host_.ask(query('v'), 259), frame('r', 'v', ByteBuffer(255, 'V')));
@@ -77,27 +62,6 @@ INSTANTIATE_TEST_SUITE_P(Each, CommandConversation,
                                          Command{"keyboardConfig", 'k', {8, 7, 6, 5, 4, 3, 2, 1}},
                                          Command{"lastHumDuration", 'l', {0x2C, 0x01, 0x01}}),
                          [](const auto& command) { return command.param.name; });
-
-TEST_F(DeviceConversation, CommandsChangeTheStateThatTestsLookAt) {
-    host_.ask(frame('c', 'd', {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), 15);
-    host_.ask(frame('c', 'y', {2, 1, 3, 4, 5, 6, 1, 0, 7, 8, 9, 10}), 16);
-    host_.ask(frame('c', 'h', {0x00, 0x00, 0x80, 0x3E, 0x00, 0x00, 0x40, 0x3F}), 12);
-
-    const DeviceSettings settings = dongle_.state().settings;
-
-    EXPECT_EQ(settings.humDuration, (HumDurationSettings{.detectMode = 1,
-                                                         .minShort = 0x0302,
-                                                         .maxShort = 0x0504,
-                                                         .minLong = 0x0706,
-                                                         .maxLong = 0x0908,
-                                                         .holdOn = 10,
-                                                         .holdOff = 11}));
-    EXPECT_EQ(settings.shortRelay,
-              (RelaySettings{.mode = 2, .type = 1, .minPulse = 0x0403, .maxPulse = 0x0605}));
-    EXPECT_EQ(settings.longRelay,
-              (RelaySettings{.mode = 1, .type = 0, .minPulse = 0x0807, .maxPulse = 0x0A09}));
-    EXPECT_EQ(settings.thresholds, (HumThresholdSettings{.ap = 0.25F, .si = 0.75F}));
-}
 
 TEST_F(DeviceConversation, StoringKeepsACopyOfTheSettingsAsTheyAre) {
     host_.ask(frame('c', 'p', {0}), 5);

@@ -57,13 +57,6 @@ TEST_F(Plugging, TheTerminalIsRawAndDoesNotEcho) {
     EXPECT_EQ(settings.c_oflag & OPOST, 0U);
 }
 
-TEST_F(Plugging, SeveralDonglesLiveSideBySide) {
-    const VirtualDongle first{directory_.path(), {.name = "cu.usbmodem1"}};
-    const VirtualDongle second{directory_.path(), {.name = "cu.usbmodem2", .device = {.linkState = 2}}};
-    EXPECT_EQ(RawHost{first.path()}.ask(query('s'), 5), frame('r', 's', {1}));
-    EXPECT_EQ(RawHost{second.path()}.ask(query('s'), 5), frame('r', 's', {2}));
-}
-
 TEST_F(Plugging, AMissingDirectoryIsAnErrorThatNamesThePath) {
     try {
         const VirtualDongle dongle{directory_.path() / "missing"};
@@ -81,12 +74,6 @@ TEST_F(Plugging, ANameThatIsTakenIsAnErrorAndWhatHasItIsUnharmed) {
     std::string text;
     std::getline(std::ifstream{link_}, text);
     EXPECT_EQ(text, "somebody's file");
-}
-
-TEST_F(Plugging, ASecondDongleOfTheSameNameLeavesTheFirstServing) {
-    const VirtualDongle first{directory_.path()};
-    EXPECT_THROW(VirtualDongle{directory_.path()}, std::system_error);
-    EXPECT_EQ(RawHost{first.path()}.ask(query('s'), 5), frame('r', 's', {1}));
 }
 
 TEST_F(Plugging, ALinkThatSomebodyReplacedIsNotRemoved) {
@@ -132,26 +119,12 @@ TEST_F(Plugging, UnpluggingTwiceAndFromTwoThreadsIsOnce) {
     EXPECT_FALSE(dongle.isPlugged());
 }
 
-TEST_F(Plugging, AfterUnpluggingTheSameNameCanBePluggedInAgain) {
-    VirtualDongle first{directory_.path()};
-    first.unplug();
-    const VirtualDongle second{directory_.path()};
-    EXPECT_EQ(RawHost{second.path()}.ask(query('s'), 5), frame('r', 's', {1}));
-}
-
 TEST_F(Plugging, WhatWasDoneToTheDeviceCanStillBeAskedAfterUnplugging) {
     VirtualDongle dongle{directory_.path()};
     RawHost{dongle.path()}.ask(query('w'), 4);
     dongle.unplug();
     EXPECT_TRUE(dongle.state().stored);
     EXPECT_EQ(dongle.receivedFrames().size(), 1U);
-}
-
-TEST_F(Plugging, OneHostAfterTheOtherIsServed) {
-    const VirtualDongle dongle{directory_.path()};
-    for (int host = 0; host < 20; ++host) {
-        EXPECT_EQ(RawHost{dongle.path()}.ask(query('s'), 5), frame('r', 's', {1})) << host;
-    }
 }
 
 TEST_F(Plugging, TheExclusiveModeAndUnreadBytesOfAHostThatLeftEndSoonAfterwards) {

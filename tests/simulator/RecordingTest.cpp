@@ -33,12 +33,6 @@ TEST_F(Recording, BytesOfNoFrameAreCountedAndNotKept) {
     EXPECT_EQ(dongle_.skippedBytes(), 3U);
 }
 
-TEST_F(Recording, WaitingEndsWhenTheFramesAreThere) {
-    host_.write(query('v') + query('s'));
-    EXPECT_TRUE(dongle_.waitForFrames(2, RawHost::patience));
-    EXPECT_THAT(dongle_.receivedFrames(), ElementsAre(query('v'), query('s')));
-}
-
 TEST_F(Recording, WaitingForAFrameThatNeverComesEndsAtItsBound) {
     host_.ask(query('v'), 20);
     EXPECT_FALSE(dongle_.waitForFrames(2, 20ms));
@@ -51,12 +45,6 @@ TEST_F(Recording, TheHookSeesAFrameBeforeItIsAnsweredAndMayScriptTheDongle) {
         }
     });
     EXPECT_EQ(host_.ask(query('s'), 5), frame('r', 's', {7}));
-}
-
-TEST_F(Recording, TheHookMayPullTheDongleOutInsteadOfAnAnswer) {
-    dongle_.whenReceived([this](std::span<const std::uint8_t>) { dongle_.unplug(); });
-    EXPECT_EQ(host_.ask(query('s'), 5), ByteBuffer{});
-    EXPECT_TRUE(host_.sawTheNodeVanish());
 }
 
 TEST(RecordingOff, FramesAreCountedButNotKept) {

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "Child.h"
+#include "ChildProcess.h"
 #include "RawHost.h"
 #include "TemporaryDirectory.h"
 
@@ -40,83 +39,49 @@ class ReplayProgram : public testing::Test {
 
 TEST_F(ReplayProgram, AnswersAsTheRecordedDeviceDidAndEndsWell) {
     write(text_);
-    Child program{command(), STDOUT_FILENO};
-    EXPECT_EQ(program.readLine(), port_);
+    ChildProcess program{command()};
+    ASSERT_TRUE(program.says(port_));
     {
         RawHost host{port_};
         EXPECT_EQ(host.ask(query('s'), 5), frame('r', 's', {0}));
         EXPECT_EQ(host.ask(query('v'), 4), frame('e', 'v', {}));
     }
     program.signal(SIGINT);
-    EXPECT_EQ(program.readAll(), "The host has sent all that the record has of it.\n");
-    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.finish(), 0);
+    EXPECT_EQ(program.output(), port_ + "\nThe host has sent all that the record has of it.\n");
     EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
 }
 
 TEST_F(ReplayProgram, SaysWhereTheHostDepartsAndEndsWithAFailure) {
     write(text_);
-    std::vector<std::string> both{"/bin/sh", "-c", "exec \"$@\" 2>&1", "sh"};
-    const auto replaying = command();
-    both.insert(both.end(), replaying.begin(), replaying.end());
-    Child program{both, STDOUT_FILENO};
-    EXPECT_EQ(program.readLine(), port_);
-    const RawHost host{port_};
-    EXPECT_EQ(host.ask(query('v'), 4), frame('e', 'v', {}));
-    EXPECT_EQ(program.readLine(),
-              record_ + ":3: the host sent 63 62 76 00, the record has 63 62 73 00; going on at line 5");
+    ChildProcess program{command()};
+    ASSERT_TRUE(program.says(port_));
+    EXPECT_EQ(RawHost{port_}.ask(query('v'), 4), frame('e', 'v', {}));
+    EXPECT_TRUE(program.says(
+        record_ + ":3: the host sent 63 62 76 00, the record has 63 62 73 00; going on at line 5\n"));
     program.signal(SIGTERM);
-    EXPECT_EQ(program.wait(), 1);
-}
-
-TEST_F(ReplayProgram, SaysHowFarTheHostCame) {
-    write(text_);
-    Child program{command(), STDOUT_FILENO};
-    program.readLine();
-    EXPECT_EQ(RawHost{port_}.ask(query('s'), 5), frame('r', 's', {0}));
-    program.signal(SIGINT);
-    EXPECT_EQ(program.readAll(), "Next line of the record: 5\n");
-    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.finish(), 1);
 }
 
 TEST_F(ReplayProgram, ServesEveryPortOfTheRecord) {
     write(text_ + "0.030 5 open\n0.031 5 > 63 62 76 00\n0.032 5 < 72 62 76 01 56\n");
-    Child program{command(), STDOUT_FILENO};
-    EXPECT_EQ(program.readLine(), port_);
-    EXPECT_EQ(program.readLine(), port_ + "-2");
+    ChildProcess program{command()};
+    EXPECT_TRUE(program.says(port_ + "\n" + port_ + "-2\n"));
     EXPECT_EQ(RawHost{port_ + "-2"}.ask(query('v'), 5), frame('r', 'v', {0x56}));
     EXPECT_EQ(RawHost{port_}.ask(query('s'), 5), frame('r', 's', {0}));
 }
 
-TEST_F(ReplayProgram, UnplugsTheDongleWhereTheRecordDid) {
-    write("Velmorindal record 1\n0.000 1 open\n0.001 1 > 63 62 73 00\n0.010 1 lost\n");
-    Child program{command(), STDOUT_FILENO};
-    program.readLine();
-    RawHost host{port_};
-    host.ask(query('s'), 1);
-    EXPECT_FALSE(std::filesystem::exists(port_));
-    program.signal(SIGINT);
-    EXPECT_EQ(program.wait(), 0);
-}
-
 TEST_F(ReplayProgram, RefusesWhatIsNoRecordInOneLine) {
     const std::vector<std::pair<std::string, std::string>> cases{
-        {"", ":1: the file is empty\n"},
         {"<xml>\n", ":1: this is no record: its first line is not 'Velmorindal record 1'\n"},
-        {"Velmorindal record 1\n0.000 1 op", ":2: the file ends within this line\n"},
         {"Velmorindal record 1\n", ": no port was opened in this record\n"}};
     for (const auto& [text, complaint] : cases) {
         write(text);
-        Child program{command(), STDERR_FILENO};
-        EXPECT_EQ(program.readAll(), "velmorindal-simulator: " + record_ + complaint);
-        EXPECT_EQ(program.wait(), 1);
+        ChildProcess program{command()};
+        EXPECT_EQ(program.finish(), 1);
+        EXPECT_EQ(program.output(), "velmorindal-simulator: " + record_ + complaint);
         EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
     }
-}
-
-TEST_F(ReplayProgram, RefusesARecordThatIsMissing) {
-    Child program{command(), STDERR_FILENO};
-    EXPECT_EQ(program.readAll(), "velmorindal-simulator: " + record_ + ": No such file or directory\n");
-    EXPECT_EQ(program.wait(), 1);
 }
 
 }  // namespace

@@ -74,16 +74,6 @@ TEST_F(ReplayTest, ABusyReplayCatchesUpInTheRecordedOrder) {
     EXPECT_EQ(replay.take(start + 1s), both);
 }
 
-TEST_F(ReplayTest, AHostsFrameMayArriveByteByByte) {
-    Replay& replay = replaying({at(0ms, Kind::fromHost, question), at(0ms, Kind::fromDevice, answer)});
-    for (const std::uint8_t byte : question) {
-        EXPECT_THAT(replay.take(start + 1s), IsEmpty());
-        replay.receive({&byte, 1}, start);
-    }
-    EXPECT_EQ(replay.take(start + 1s), answer);
-    EXPECT_THAT(departures, IsEmpty());
-}
-
 TEST_F(ReplayTest, AHostThatIsFasterMissesWhatWasNotSentYet) {
     Replay& replay = replaying({at(0ms, Kind::fromHost, question), at(10ms, Kind::fromDevice, answer),
                                 at(60ms, Kind::fromDevice, report), at(70ms, Kind::fromHost, otherQuestion),

@@ -84,6 +84,10 @@ bool ChildProcess::says(std::string_view text) {
     return true;
 }
 
+void ChildProcess::signal(int number) const {
+    ::kill(process_, number);
+}
+
 int ChildProcess::finish() {
     closeInput();
     while (readMore()) {

@@ -23,6 +23,8 @@ class ChildProcess {
     /// @returns false when the program ended without saying it.
     bool says(std::string_view text);
 
+    void signal(int number) const;
+
     /// Closes the program's standard input, waits for its end and returns its exit code: 124 when it had to
     /// be ended, -1 when a signal ended it.
     int finish();

@@ -88,16 +88,6 @@ TEST(ProgressBarWidget, TheFillTakesItsPartOfTheTrack) {
     EXPECT_NEAR(filledPixels(widget), 80, 4);
 }
 
-TEST(ProgressBarWidget, AValueAboveTheMaximumFillsTheBarAndNoMore) {
-    ProgressBarWidget widget{QStringLiteral("Write progress")};
-    widget.resize(200, 12);
-
-    widget.setBar(barAt(7.0, 5.0));
-
-    EXPECT_EQ(widget.targetFraction(), 1.0);
-    EXPECT_NEAR(filledPixels(widget), 200, 4);
-}
-
 TEST(ProgressBarWidget, ANegativeValueAndWhatIsNotANumberFillNothing) {
     ProgressBarWidget widget{QStringLiteral("Clarity level")};
     widget.resize(200, 12);

@@ -49,14 +49,6 @@ TEST_F(ConnectPanelWidgetTest, TheTextBesideTheLoadButtonKeepsItsLineBreak) {
                                  "These settings will not be saved to the Velmorindal until the end.")));
 }
 
-TEST_F(ConnectPanelWidgetTest, LoadAsksForAnXmlFile) {
-    press(QStringLiteral("Load"));
-
-    EXPECT_TRUE(filePanel.isOpen());
-    EXPECT_EQ(filePanel.purpose, "open");
-    EXPECT_EQ(filePanel.allowedTypes, std::vector<std::string>{"xml"});
-}
-
 TEST_F(ConnectPanelWidgetTest, TheProgressDoesNotMoveWhatStandsBelowIt) {
     const int before = find<QPushButton>(QStringLiteral("Load"))->geometry().top();
 

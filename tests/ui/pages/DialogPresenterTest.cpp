@@ -69,18 +69,6 @@ TEST_F(DialogPresenterTest, YesIsNeverTheDefaultNorFocused) {
     }
 }
 
-TEST_F(DialogPresenterTest, YesDismissesAndActs) {
-    container.showingClosingAlert = true;
-    settle();
-
-    button(dialog(), "Yes")->click();
-    settle();
-
-    EXPECT_EQ(terminations, 1);
-    EXPECT_FALSE(container.showingClosingAlert.get());
-    EXPECT_EQ(dialog(), nullptr);
-}
-
 TEST_F(DialogPresenterTest, ADialogIsDismissedBeforeItsButtonActs) {
     container.showingXMLSaveAlert = true;
     settle();
@@ -142,28 +130,6 @@ TEST_F(DialogPresenterTest, ClosingADialogByItsFrameDeclines) {
 
     EXPECT_FALSE(container.showingSaveAlert.get());
     EXPECT_EQ(dialog(), nullptr);
-}
-
-TEST_F(DialogPresenterTest, DialogsRaisedTogetherAreShownOneAfterTheOther) {
-    container.alertTitle = "Save Failed";
-    container.alertMessage = "No answer.";
-    container.xmlSaveBody = "Would you like to save these settings to a file?";
-    container.showingGenericAlert = true;
-    container.showingXMLSaveAlert = true;
-    settle();
-
-    ASSERT_EQ(visibleDialogs().size(), 1);
-    EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Save Failed"));
-    button(dialog(), "OK")->click();
-    settle();
-
-    ASSERT_EQ(visibleDialogs().size(), 1);
-    EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Write Configuration File?"));
-    button(dialog(), "Yes")->click();
-    settle();
-
-    EXPECT_EQ(dialog(), nullptr);
-    EXPECT_EQ(filePanel.purpose, "save");
 }
 
 TEST_F(DialogPresenterTest, TheLoadErrorIsShownWithItsTexts) {

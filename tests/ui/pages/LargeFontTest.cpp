@@ -127,18 +127,5 @@ TEST_F(LargeFontTest, TheTextsOfADialogAreAsWideAsItsButtonsWhereTheseAreWider) 
     }
 }
 
-class OrdinaryFontTest : public WindowTest {};
-
-TEST_F(OrdinaryFontTest, NothingScrollsWhereTheScreenHasRoom) {
-    container.showingXMLSaveAlert = true;
-    settle();
-
-    for (const auto* scroller : window().findChildren<FocusScroller*>()) {
-        EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0) << scroller->accessibleName().toStdString();
-        EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << scroller->accessibleName().toStdString();
-    }
-    EXPECT_EQ(window().findChild<MessageDialog*>()->findChild<FocusScroller*>(), nullptr);
-}
-
 }  // namespace
 }  // namespace velmorindal

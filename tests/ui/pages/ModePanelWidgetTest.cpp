@@ -19,16 +19,6 @@ class ModePanelWidgetTest : public WindowTest {
     QCheckBox* box(const char* name) { return find<QCheckBox>(QString::fromLatin1(name)); }
 };
 
-TEST_F(ModePanelWidgetTest, ChoosingAModeChangesTheModelAtOnce) {
-    ASSERT_TRUE(radio("Direct Mode")->isChecked());
-
-    radio("Long/Short Mode")->click();
-    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::LongShort);
-
-    radio("Direct Mode")->click();
-    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::Direct);
-}
-
 TEST_F(ModePanelWidgetTest, ArrowKeysMoveTheChoice) {
     radio("Direct Mode")->setFocus();
 
@@ -46,29 +36,6 @@ TEST_F(ModePanelWidgetTest, TheCheckBoxesAreThereInLongShortModeOnly) {
     ASSERT_NE(box("Enable short output"), nullptr);
     EXPECT_FALSE(box("Enable short output")->isChecked());
     EXPECT_TRUE(box("Enable long output")->isChecked());
-}
-
-TEST_F(ModePanelWidgetTest, TheCheckBoxesSetTheirFlags) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    settle();
-
-    box("Enable short output")->click();
-    box("Enable long output")->click();
-
-    EXPECT_TRUE(velmorindal.shortEnabled.get());
-    EXPECT_FALSE(velmorindal.longEnabled.get());
-}
-
-TEST_F(ModePanelWidgetTest, NextGoesAndComesWithTheOutputs) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.longEnabled = false;
-    settle();
-    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back"}));
-
-    box("Enable short output")->click();
-    settle();
-
-    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Next"}));
 }
 
 TEST_F(ModePanelWidgetTest, RefreshingWritesNothingBack) {

@@ -21,15 +21,6 @@ class OutputPanelWidgetTest : public WindowTest {
     QComboBox* keys(const char* label) { return find<QComboBox>(QString::fromLatin1(label)); }
 };
 
-TEST_F(OutputPanelWidgetTest, ASwitchOutputShowsNoKeys) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    settle();
-
-    EXPECT_EQ(keys("Keystroke"), nullptr);
-    EXPECT_EQ(keys("Short hum keystroke"), nullptr);
-    EXPECT_EQ(keys("Long hum keystroke"), nullptr);
-}
-
 TEST_F(OutputPanelWidgetTest, AKeyboardOutputShowsTheKeysOfTheMode) {
     find<QRadioButton>(QStringLiteral("USB Keyboard"))->click();
     settle();
@@ -54,28 +45,6 @@ TEST_F(OutputPanelWidgetTest, AKeyListOffersEveryKeyInItsOrder) {
         EXPECT_EQ(keys("Keystroke")->itemText(static_cast<int>(i)).toStdString(),
                   VelmorindalSwitch::keyDisplayStrings().at(order[i]));
     }
-}
-
-TEST_F(OutputPanelWidgetTest, ChoosingAKeyChangesThatKeyAlone) {
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    settle();
-
-    keys("Keystroke")->setCurrentIndex(keys("Keystroke")->findData(static_cast<int>(OutputKey::Tab)));
-
-    EXPECT_EQ(velmorindal.outputKeys.get(), (keyList{.directKey = OutputKey::Tab}));
-}
-
-TEST_F(OutputPanelWidgetTest, AHiddenKeyKeepsItsChoice) {
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    velmorindal.outputKeys = keyList{.directKey = OutputKey::F7};
-    settle();
-
-    velmorindal.outputPath = OutputPath::Switch;
-    settle();
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    settle();
-
-    EXPECT_EQ(keys("Keystroke")->currentData().toInt(), static_cast<int>(OutputKey::F7));
 }
 
 TEST_F(OutputPanelWidgetTest, TheKeyOfAnOutputThatIsUncheckedAndCheckedAgainIsKept) {

@@ -15,18 +15,6 @@ class SummaryPanelWidgetTest : public WindowTest {
     }
 };
 
-TEST_F(SummaryPanelWidgetTest, ADirectSwitchSummaryHasThreeRows) {
-    EXPECT_TRUE(showsText(QStringLiteral("Mode:")));
-    EXPECT_TRUE(showsText(QStringLiteral("Direct mode")));
-    EXPECT_TRUE(showsText(QStringLiteral("Output:")));
-    EXPECT_TRUE(showsText(QStringLiteral("Switch Jack #2")));
-    EXPECT_TRUE(showsText(QStringLiteral("Clarity:")));
-    EXPECT_TRUE(showsText(QStringLiteral("0.50")));
-    EXPECT_FALSE(showsText(QStringLiteral("Long/Short outputs:")));
-    EXPECT_FALSE(showsText(QStringLiteral("Output Keystroke:")));
-    EXPECT_FALSE(showsText(QStringLiteral("Long/Short cutoff:")));
-}
-
 TEST_F(SummaryPanelWidgetTest, TheRowsOfALongSummaryStandInTheirOrderInTwoColumns) {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.outputPath = OutputPath::USBKeyboard;

@@ -116,14 +116,6 @@ TEST_F(CalibrationPanelViewTest, TheBarsShowTheReadingsInBlueOnVeryLightGrey) {
     }
 }
 
-TEST_F(CalibrationPanelViewTest, AReadingAboveItsBarsMaximumFillsTheBarAndNoMore) {
-    velmorindal.detectedClarity = 1.5;
-    velmorindal.detectedDuration = 4.0;
-
-    EXPECT_DOUBLE_EQ(page.clarityBar().fillWidth(300.0), 300.0);
-    EXPECT_DOUBLE_EQ(page.durationBar().fillWidth(300.0), 300.0);
-}
-
 TEST_F(CalibrationPanelViewTest, TheClarityIndicatorIsGreenFromTheThresholdUpwards) {
     velmorindal.clarity = 0.37F;
 

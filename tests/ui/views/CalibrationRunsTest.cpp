@@ -40,30 +40,21 @@ class CalibrationRunsTest : public WizardTest {
     CalibrationPanelView& page = container.calibrationPanel;
 };
 
-TEST_F(CalibrationRunsTest, PressingShowClarityTwiceStartsAndThenStopsIt) {
-    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
-                ElementsAre("Setting polling state from  none clarity"));
-    ASSERT_TRUE(runsOn(PollingState::clarity));
-    EXPECT_EQ(dongle.state().autoTuneChannel, 2);
+TEST_F(CalibrationRunsTest, PressingAShowButtonTwiceStartsAndThenStopsItsRun) {
+    for (const PollingState measurement : {PollingState::clarity, PollingState::duration}) {
+        const bool clarity = measurement == PollingState::clarity;
+        const std::string name{caseName(measurement)};
+        const auto press = [&] { clarity ? page.showClarityPressed() : page.showDurationPressed(); };
+        EXPECT_THAT(pollingLines(press), ElementsAre("Setting polling state from  none " + name));
+        ASSERT_TRUE(runsOn(measurement));
+        EXPECT_EQ(dongle.state().autoTuneChannel, clarity ? 2 : 0);
 
-    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
-                ElementsAre("Setting polling state from  clarity none"));
+        EXPECT_THAT(pollingLines(press), ElementsAre("Setting polling state from  " + name + " none"));
 
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-    EXPECT_FALSE(velmorindal.bgIsProcessing);
-    EXPECT_TRUE(deviceStopsReporting());
-}
-
-TEST_F(CalibrationRunsTest, PressingShowDurationTwiceStartsAndThenStopsIt) {
-    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
-                ElementsAre("Setting polling state from  none duration"));
-    ASSERT_TRUE(runsOn(PollingState::duration));
-
-    EXPECT_THAT(pollingLines([&] { page.showDurationPressed(); }),
-                ElementsAre("Setting polling state from  duration none"));
-
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-    EXPECT_FALSE(velmorindal.bgIsProcessing);
+        EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
+        EXPECT_FALSE(velmorindal.bgIsProcessing);
+        EXPECT_TRUE(deviceStopsReporting());
+    }
 }
 
 TEST_F(CalibrationRunsTest, EveryPressThatStopsARunIsLoggedBeforeItsEndIsWaitedFor) {
@@ -86,19 +77,6 @@ TEST_F(CalibrationRunsTest, EveryPressThatStopsARunIsLoggedBeforeItsEndIsWaitedF
         EXPECT_THAT(statesWhenLogged, ElementsAre("clarity"));
         page.stop();
     }
-}
-
-TEST_F(CalibrationRunsTest, AfterStoppingClarityShowDurationStartsItsOwn) {
-    page.showClarityPressed();
-    ASSERT_TRUE(runsOn(PollingState::clarity));
-    EXPECT_FALSE(page.showDurationEnabled());
-    page.showClarityPressed();
-    EXPECT_TRUE(page.showDurationEnabled());
-
-    page.showDurationPressed();
-
-    EXPECT_TRUE(runsOn(PollingState::duration));
-    EXPECT_FALSE(page.showClarityEnabled());
 }
 
 TEST_F(CalibrationRunsTest, ARunOfTheOtherKindIsStoppedBeforeTheNewOneStarts) {
@@ -137,18 +115,6 @@ TEST_F(CalibrationRunsTest, TheOtherButtonReplacesARunThatIsOnlyStarting) {
     EXPECT_TRUE(runsOn(PollingState::duration));
     page.showDurationPressed();
     EXPECT_FALSE(velmorindal.bgIsProcessing);
-}
-
-TEST_F(CalibrationRunsTest, ARunThatTheDeviceRefusedCanBeStartedAgain) {
-    dongle.onNext(VelmorindalMessageType::autoTune, Fault::errorFrame());
-    page.showClarityPressed();
-    finishBackground();
-    ASSERT_FALSE(velmorindal.bgIsProcessing);
-
-    EXPECT_THAT(pollingLines([&] { page.showClarityPressed(); }),
-                ElementsAre("Setting polling state from  none clarity"));
-
-    EXPECT_TRUE(runsOn(PollingState::clarity));
 }
 
 TEST_F(CalibrationRunsTest, ADisplayThatDidNotStartIsReportedBesideItsButtonUntilTheNextPress) {
@@ -213,31 +179,6 @@ TEST_F(CalibrationRunsTest, EachDisplayThatDidNotStartIsSaidOnce) {
         EXPECT_EQ(announcements.due(), CalibrationPanelView::couldNotStartText);
         EXPECT_EQ(announcements.due(), std::nullopt);
     }
-}
-
-TEST_F(CalibrationRunsTest, NoNavigationButtonIsShownWhileARunShowsReadings) {
-    container.currentState = wizardState::Calibration;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-
-    page.showClarityPressed();
-    ASSERT_TRUE(runsOn(PollingState::clarity));
-    EXPECT_EQ(container.currentButtons(), ButtonOptions::None);
-
-    page.showClarityPressed();
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-}
-
-TEST_F(CalibrationRunsTest, CloseStopsTheRunAndWaitsForItsEndBeforeTerminating) {
-    page.showClarityPressed();
-    ASSERT_TRUE(runsOn(PollingState::clarity));
-
-    EXPECT_THAT(pollingLines([&] { container.closeButtonPressed(); }),
-                ElementsAre("Setting polling state from  clarity none"));
-
-    EXPECT_EQ(terminations, 1);
-    EXPECT_FALSE(wasProcessingAtTermination);
-    EXPECT_EQ(velmorindal.pollingState.get(), PollingState::none);
-    EXPECT_TRUE(deviceStopsReporting());
 }
 
 }  // namespace

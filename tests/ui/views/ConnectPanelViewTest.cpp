@@ -121,16 +121,6 @@ TEST_F(ConnectPanelViewTest, DismissingThePanelDoesNothing) {
     EXPECT_EQ(velmorindal.lastError.get(), std::nullopt);
 }
 
-TEST_F(ConnectPanelViewTest, ThatThePanelIsGoneIsAnnounced) {
-    page.loadButtonPressed();
-    EXPECT_TRUE(page.filePanelIsOpen());
-    int announcements = 0;
-    const auto subscription = objectWillChange.subscribe([&announcements] { ++announcements; });
-    filePanel.dismiss();
-    EXPECT_FALSE(page.filePanelIsOpen());
-    EXPECT_EQ(announcements, 1);
-}
-
 TEST_F(ConnectPanelViewTest, AFileThatCannotBeReadRaisesTheLoadErrorDialogWithTheReason) {
     page.loadButtonPressed();
     const auto lines = linesPrintedBy([&] { filePanel.choose((directory.path() / "missing.xml").string()); });
@@ -144,15 +134,6 @@ TEST_F(ConnectPanelViewTest, AFileThatCannotBeReadRaisesTheLoadErrorDialogWithTh
     ASSERT_EQ(dialog.buttons.size(), 1U);
     EXPECT_EQ(dialog.buttons[0].label, "OK");
     EXPECT_EQ(dialog.buttons[0].role, DialogRole::acknowledge);
-}
-
-TEST_F(ConnectPanelViewTest, AnIncompleteFileLeavesTheSettingsAlone) {
-    page.loadButtonPressed();
-    filePanel.choose(file("incomplete.xml", R"(<VibrationSwitch OutputPath="USBKeyboard"/>)"));
-
-    EXPECT_EQ(page.raisedDialog().value().message,
-              "Missing output mode\n\nSettings from the file were NOT loaded.");
-    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::Switch);
 }
 
 TEST_F(ConnectPanelViewTest, AFailureWithoutATextIsUnknownInTheDialogAndWeirdInTheLog) {
@@ -178,13 +159,6 @@ TEST_F(ConnectPanelViewTest, AFileThatLoadsTakesAwayTheReasonOfLoadingAlone) {
     page.loadButtonPressed();
     filePanel.choose(file("settings.xml", completeFile));
     EXPECT_EQ(page.lastReason(), "No dongle.");
-}
-
-TEST_F(ConnectPanelViewTest, StartsWithoutADialogAndWithEmptyTexts) {
-    EXPECT_FALSE(page.showingAlert.get());
-    EXPECT_EQ(page.alertTitle.get(), "");
-    EXPECT_EQ(page.alertMessage.get(), "");
-    EXPECT_FALSE(page.raisedDialog().has_value());
 }
 
 TEST_F(ConnectPanelViewTest, AFailureIsAnnouncedStepByStepAndLoggedAfterItsDialogIsRaised) {

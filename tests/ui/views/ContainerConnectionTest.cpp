@@ -97,41 +97,6 @@ TEST_F(ContainerConnectionTest, TheEndOfAnAttemptIsAnnouncedAlsoWhereThereIsNoth
     EXPECT_EQ(announcements, 1);
 }
 
-TEST_F(ContainerConnectionTest, ConnectShowsConnectingMeanwhile) {
-    const InProcessDongle dongle{system, directory.path()};
-    container.nextButtonPressed();
-    EXPECT_EQ(container.currentButtons().rawValue, 18);
-    EXPECT_EQ(container.connectPanel.statusText(), "Initializing...");
-
-    // The progress of 0, and the state that the attempt waits for.
-    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
-    dispatch.runPendingMainWork();
-    EXPECT_EQ(container.currentButtons().rawValue, 1);
-    EXPECT_EQ(container.connectPanel.statusText(), "Connecting...");
-    EXPECT_TRUE(container.connectPanel.progressBar().has_value());
-
-    finishBackground();
-    EXPECT_EQ(container.connectPanel.statusText(), "Connection successful. Press \"Next\" to continue.");
-}
-
-TEST_F(ContainerConnectionTest, SeveralDonglesAreAWarningAfterTheSuccess) {
-    const InProcessDongle first{system, directory.path(), {.name = "cu.usbmodem-1"}};
-    const InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-2"}};
-
-    const auto lines = linesPrintedBy([&] {
-        container.nextButtonPressed();
-        finishBackground();
-    });
-
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-    EXPECT_EQ(lines.back(), "Connected, with warnings.");
-    EXPECT_THAT(raisedTitles(), ElementsAre("Warning"));
-    EXPECT_EQ(
-        container.alertMessage.get(),
-        "Multiple dongles found. To ensure that you program the correct device, please remove any extra USB "
-        "dongles.");
-}
-
 TEST_F(ContainerConnectionTest, AFailureIsLoggedAfterItsDialogIsRaised) {
     EXPECT_THAT(stepsOfRaising(
                     [&] { container.connectionAttemptEnded({.succeeded = false, .text = "The reason."}); }),
@@ -158,11 +123,6 @@ TEST_F(ContainerConnectionTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDial
     EXPECT_EQ(container.alertTitle.get(), "Warning");
     EXPECT_EQ(container.alertMessage.get(), "Be careful.");
     EXPECT_TRUE(container.showingGenericAlert.get());
-}
-
-TEST_F(ContainerConnectionTest, ASuccessWithoutATextPrintsNothing) {
-    EXPECT_THAT(linesPrintedBy([&] { container.connectionAttemptEnded({}); }), IsEmpty());
-    EXPECT_FALSE(container.showingGenericAlert.get());
 }
 
 /// A file is loaded while no attempt is under way.
@@ -273,23 +233,6 @@ TEST_F(ContainerConnectionTest, AFileThatLoadsWhileAConnectionFailsLeavesTheConn
     finishBackground();
 
     EXPECT_EQ(container.alertMessage.get(), "Invalid response from dongle (Error code: VCHD/IV)");
-}
-
-TEST_F(ContainerConnectionTest, AFileThatFailsToLoadWhileConnectingHasItsOwnDialog) {
-    const InProcessDongle dongle{system, directory.path()};
-    container.nextButtonPressed();
-    // Up to the point where the attempt waits for the main queue to show that it is connecting.
-    ASSERT_TRUE(dispatch.waitForPendingMainWork(2));
-
-    container.connectPanel.loadButtonPressed();
-    filePanel.choose((directory.path() / "missing.xml").string());
-    EXPECT_THAT(raisedTitles(), ElementsAre("Could Not Load XML File"));
-    finishBackground();
-
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-    EXPECT_EQ(container.connectPanel.alertMessage.get(),
-              "Could not load contents of XML file\n\nSettings from the file were NOT loaded.");
-    EXPECT_THAT(raisedTitles(), ElementsAre("Could Not Load XML File"));
 }
 
 }  // namespace

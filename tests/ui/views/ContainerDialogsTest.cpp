@@ -8,18 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Label and role of each button.
-std::vector<std::pair<std::string, DialogRole>> buttonsOf(const Dialog& dialog) {
-    std::vector<std::pair<std::string, DialogRole>> buttons;
-    for (const DialogButton& button : dialog.buttons) {
-        buttons.emplace_back(button.label, button.role);
-    }
-    return buttons;
-}
-
-const std::vector<std::pair<std::string, DialogRole>> yesAndNo{{"Yes", DialogRole::destructive},
-                                                               {"No", DialogRole::cancel}};
-
 class ContainerDialogsTest : public WizardTest {
   protected:
     /// The only dialog raised.
@@ -38,7 +26,6 @@ TEST_F(ContainerDialogsTest, CancelAsksWhetherToCloseTheProgram) {
     EXPECT_EQ(dialog().message,
               "No changes have been written to the device;\nany updates will be lost.\n\nAre you sure you "
               "want to quit?");
-    EXPECT_EQ(buttonsOf(dialog()), yesAndNo);
     EXPECT_EQ(terminations, 0);
 }
 
@@ -50,22 +37,12 @@ TEST_F(ContainerDialogsTest, YesToClosingAsksTheApplicationToEnd) {
     EXPECT_THAT(container.raisedDialogs(), IsEmpty());
 }
 
-TEST_F(ContainerDialogsTest, NoToClosingOnlyDismissesTheQuestion) {
-    container.cancelButtonPressed();
-    pressInDialog("No");
-
-    EXPECT_EQ(terminations, 0);
-    EXPECT_FALSE(container.showingClosingAlert.get());
-    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
-}
-
 TEST_F(ContainerDialogsTest, SaveAsksWhetherToProgramTheDevice) {
     EXPECT_THAT(linesPrintedBy([&] { container.savePressed(); }), ElementsAre("Save pressed"));
 
     EXPECT_EQ(dialog().id, DialogId::save);
     EXPECT_EQ(dialog().title, "Save Settings?");
     EXPECT_EQ(dialog().message, "Would you like to program your device with these settings?");
-    EXPECT_EQ(buttonsOf(dialog()), yesAndNo);
 }
 
 TEST_F(ContainerDialogsTest, NoToSavingWritesNothing) {
@@ -74,16 +51,6 @@ TEST_F(ContainerDialogsTest, NoToSavingWritesNothing) {
 
     EXPECT_FALSE(container.showingSaveAlert.get());
     EXPECT_THAT(container.raisedDialogs(), IsEmpty());
-}
-
-TEST_F(ContainerDialogsTest, TheOfferToSaveAFileShowsTheCurrentBody) {
-    container.xmlSaveBody = "What happened.";
-    container.showingXMLSaveAlert = true;
-
-    EXPECT_EQ(dialog().id, DialogId::xmlSave);
-    EXPECT_EQ(dialog().title, "Write Configuration File?");
-    EXPECT_EQ(dialog().message, "What happened.");
-    EXPECT_EQ(buttonsOf(dialog()), yesAndNo);
 }
 
 TEST_F(ContainerDialogsTest, YesToAFileAsksWhereToSaveXmlAndWritesIt) {
@@ -145,7 +112,6 @@ TEST_F(ContainerDialogsTest, TheGeneralMessageHasOneButton) {
     EXPECT_EQ(dialog().id, DialogId::generic);
     EXPECT_EQ(dialog().title, "Title");
     EXPECT_EQ(dialog().message, "Message.");
-    EXPECT_THAT(buttonsOf(dialog()), ElementsAre(std::pair{std::string{"OK"}, DialogRole::acknowledge}));
     pressInDialog("OK");
     EXPECT_FALSE(container.showingGenericAlert.get());
 }
@@ -170,26 +136,6 @@ TEST_F(ContainerDialogsTest, WhatTheUserAskedForStandsBeforeResultsAndTheMessage
 
     EXPECT_THAT(raisedTitles(), ElementsAre("Close Program?", "Save Settings?", "Could Not Load XML File",
                                             "Save Failed", "Write Configuration File?"));
-}
-
-TEST_F(ContainerDialogsTest, DismissingOneLeavesTheOthersRaised) {
-    container.alertTitle = "Save Failed";
-    container.showingGenericAlert = true;
-    container.showingXMLSaveAlert = true;
-
-    pressInDialog("OK");
-
-    EXPECT_THAT(raisedTitles(), ElementsAre("Write Configuration File?"));
-}
-
-TEST_F(ContainerDialogsTest, RaisingAndDismissingAreAnnounced) {
-    int announcements = 0;
-    const auto subscription = container.objectWillChange.subscribe([&] { ++announcements; });
-
-    container.cancelButtonPressed();
-    EXPECT_EQ(announcements, 1);
-    container.dismiss(DialogId::closing);
-    EXPECT_EQ(announcements, 2);
 }
 
 }  // namespace

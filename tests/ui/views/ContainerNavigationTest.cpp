@@ -96,23 +96,6 @@ TEST_F(ContainerNavigationTest, ItsOwnConnectionStateIsNotConsulted) {
     EXPECT_EQ(container.currentButtons().rawValue, 18);
 }
 
-TEST_F(ContainerNavigationTest, ModeOffersNextOnlyWithAnOutputInLongShortMode) {
-    container.currentState = wizardState::Mode;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.shortEnabled = false;
-    velmorindal.longEnabled = false;
-    EXPECT_EQ(container.currentButtons().rawValue, 3);
-
-    velmorindal.shortEnabled = true;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-
-    velmorindal.shortEnabled = false;
-    velmorindal.longEnabled = true;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-}
-
 TEST_F(ContainerNavigationTest, OutputAlwaysHasCancelBackAndNext) {
     container.currentState = wizardState::Output;
     EXPECT_EQ(container.currentButtons().rawValue, 7);
@@ -171,21 +154,6 @@ TEST_F(ContainerNavigationTest, BackWalksThroughThePagesInReverseAndStaysOnWelco
     EXPECT_EQ(container.currentState.get(), wizardState::Welcome);
 }
 
-TEST_F(ContainerNavigationTest, EveryNextAndEveryBackClearsJustSaved) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    for (const wizardState state : allWizardStates) {
-        container.currentState = state;
-        velmorindal.justSaved = true;
-        container.nextButtonPressed();
-        EXPECT_FALSE(velmorindal.justSaved.get()) << stepLabel(state);
-
-        container.currentState = state;
-        velmorindal.justSaved = true;
-        container.backButtonPressed();
-        EXPECT_FALSE(velmorindal.justSaved.get()) << stepLabel(state);
-    }
-}
-
 TEST_F(ContainerNavigationTest, JustSavedIsClearedLast) {
     velmorindal.connectionState = ConnectionStatus::connected;
     const auto page = [this] { return std::string{stepLabel(container.currentState.get())}; };
@@ -198,19 +166,6 @@ TEST_F(ContainerNavigationTest, JustSavedIsClearedLast) {
             EXPECT_EQ(steps.back(), page());
         }
     }
-}
-
-TEST_F(ContainerNavigationTest, AfterASaveBackAndNextBringSaveBack) {
-    container.currentState = wizardState::Summary;
-    velmorindal.connectionState = ConnectionStatus::connected;
-    velmorindal.justSaved = true;
-    EXPECT_EQ(container.currentButtons().rawValue, 18);
-
-    container.backButtonPressed();
-    container.nextButtonPressed();
-
-    EXPECT_EQ(container.currentState.get(), wizardState::Summary);
-    EXPECT_EQ(container.currentButtons().rawValue, 11);
 }
 
 TEST_F(ContainerNavigationTest, NextFromWelcomeDoesNotConnectAgainOnceTheStateHasLeftIdle) {
@@ -229,17 +184,6 @@ TEST_F(ContainerNavigationTest, NextFromWelcomeDoesNotConnectAgainOnceTheStateHa
     }
     velmorindal.connectionState = ConnectionStatus::connected;
     EXPECT_EQ(container.currentButtons().rawValue, 7);
-}
-
-TEST_F(ContainerNavigationTest, EveryChangeOfThePageIsAnnounced) {
-    int announcements = 0;
-    const auto subscription = container.objectWillChange.subscribe([&] { ++announcements; });
-    container.currentState = wizardState::Mode;
-    EXPECT_EQ(announcements, 1);
-
-    container.nextButtonPressed();
-
-    EXPECT_EQ(announcements, 2);
 }
 
 TEST_F(ContainerNavigationTest, CloseAsksTheApplicationToEnd) {

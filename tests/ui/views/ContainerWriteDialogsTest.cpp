@@ -80,61 +80,11 @@ TEST_F(ContainerWriteDialogsTest, AFailureWithoutATextIsAnUnknwonError) {
     EXPECT_FALSE(velmorindal.justSaved.get());
 }
 
-TEST_F(ContainerWriteDialogsTest, AWriteWithoutAConnectionSaysWhyItWasRefused) {
-    velmorindal.isValid = true;
-    velmorindal.connectionState = ConnectionStatus::disconnected;
-
-    container.saveButtonPressed();
-    finishBackground();
-
-    EXPECT_EQ(container.alertTitle.get(), "Save Failed");
-    EXPECT_EQ(container.alertMessage.get(),
-              "The Velmorindal is not connected, or the connection has been lost.\n\nPlease ensure your "
-              "device is connected and run this program again.\n\nPlease restart the Velmorindal in "
-              "configuration mode and run this program again.");
-}
-
 TEST_F(ContainerWriteDialogsTest, TheReasonOfAFailedWriteStandsOnTheConnectPageToo) {
     container.writeEnded(false, "The reason.");
 
     EXPECT_EQ(container.connectPanel.lastReason(), container.summaryPanel.lastReason());
     EXPECT_THAT(container.connectPanel.lastReason(), testing::StartsWith("The reason. Please restart"));
-}
-
-TEST_F(ContainerWriteDialogsTest, AStepThatTheDeviceRefusesIsShownWithItsCode) {
-    InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-    dongle.onNext(VelmorindalMessageType::relayConfig, Fault::errorFrame());
-
-    container.saveButtonPressed();
-    finishBackground();
-
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::error);
-    EXPECT_EQ(container.alertMessage.get(),
-              "Failed to write instruction to device.\n\nError code: RC/SC\n\nPlease restart the Velmorindal "
-              "in configuration mode and run this program again.");
-    EXPECT_THAT(raisedTitles(), ElementsAre("Save Failed", "Write Configuration File?"));
-    EXPECT_EQ(container.currentButtons().rawValue, 11);
-}
-
-TEST_F(ContainerWriteDialogsTest, TheTextsOfAFailureAreInPlaceBeforeItsDialogIsRaised) {
-    std::vector<std::string> setBeforeEachChange;
-    const auto subscription = container.objectWillChange.subscribe([&] {
-        std::string fields;
-        fields += container.xmlSaveBody.get().empty() ? "" : "body ";
-        fields += container.alertTitle.get().empty() ? "" : "title ";
-        fields += container.alertMessage.get().empty() ? "" : "message ";
-        fields += container.showingGenericAlert.get() ? "alert" : "";
-        setBeforeEachChange.push_back(fields);
-    });
-
-    container.writeEnded(false, "The reason.");
-    EXPECT_FALSE(container.showingXMLSaveAlert.get());
-    container.offerSettingsFile();
-
-    EXPECT_THAT(setBeforeEachChange,
-                ElementsAre("", "body ", "body title ", "body title message ", "body title message alert"));
-    EXPECT_TRUE(container.showingXMLSaveAlert.get());
 }
 
 TEST_F(ContainerWriteDialogsTest, AFailureIsLoggedAfterItsDialogIsRaised) {
@@ -155,36 +105,6 @@ TEST_F(ContainerWriteDialogsTest, ASuccessWithATextIsAWarningAndLoggedAfterItsDi
     EXPECT_EQ(container.xmlSaveBody.get(), successBody);
     EXPECT_TRUE(velmorindal.justSaved.get());
     EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
-}
-
-TEST_F(ContainerWriteDialogsTest, ATextThatIsThereWhenAWriteHasSucceededIsShownAsAWarning) {
-    const InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-    container.saveButtonPressed();
-    // The write has taken away the text of whatever came before it, and waits for its state.
-    ASSERT_TRUE(dispatch.waitForPendingMainWork(1));
-    velmorindal.lastError = "Be careful.";
-    finishBackground();
-
-    EXPECT_THAT(raisedTitles(), ElementsAre("Warning", "Write Configuration File?"));
-    EXPECT_EQ(container.alertMessage.get(), "Be careful.");
-}
-
-TEST_F(ContainerWriteDialogsTest, TheOfferOfAFileFollowsEveryWrite) {
-    InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-    for (const bool written : {true, false}) {
-        if (!written) {
-            dongle.unplug();
-        }
-        container.saveButtonPressed();
-        finishBackground();
-
-        EXPECT_TRUE(container.showingXMLSaveAlert.get());
-        EXPECT_EQ(container.xmlSaveBody.get(), written ? successBody : failureBody);
-        EXPECT_FALSE(container.hasBackgroundWork());
-        container.dismiss(DialogId::xmlSave);
-    }
 }
 
 TEST_F(ContainerWriteDialogsTest, AllIsDoneIsSaidBeforeAFileIsOffered) {

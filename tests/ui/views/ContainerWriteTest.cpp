@@ -39,20 +39,6 @@ TEST_F(ContainerWriteTest, TheLogSaysThatTheWriteIsDispatchedOnceItIs) {
                                    "Could not save.", "background save dispatched"));
 }
 
-TEST_F(ContainerWriteTest, AllIsDoneOnlyAfterTheResultHasArrived) {
-    auto lines = linesPrintedBy([&] {
-        const InProcessDongle dongle{system, directory.path()};
-        ASSERT_TRUE(connect());
-        container.saveButtonPressed();
-        ASSERT_TRUE(dispatch.runMainWorkUntil(
-            [&] { return velmorindal.connectionState.get() == ConnectionStatus::connected; }));
-        velmorindal.lastError = "A warning";
-        finishBackground();
-    });
-
-    EXPECT_EQ(lines.back(), "All done!");
-}
-
 TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResult) {
     const InProcessDongle dongle{system, directory.path()};
     ASSERT_TRUE(connect());
@@ -65,30 +51,6 @@ TEST_F(ContainerWriteTest, OnlyCancelIsOfferedFromTheSubmissionOfAWriteToItsResu
     }
     finishBackground();
     EXPECT_EQ(container.currentButtons().rawValue, 18);
-}
-
-TEST_F(ContainerWriteTest, TheLogListsTheStepsOfAFailure) {
-    auto lines = linesPrintedBy([&] {
-        container.saveButtonPressed();
-        finishBackground();
-    });
-
-    EXPECT_EQ(std::erase(lines, "background save dispatched"), 1U);
-    EXPECT_THAT(lines, ElementsAre("dispatching background save", "Starting save", "Save done. Fail.",
-                                   "Could not save."));
-}
-
-TEST_F(ContainerWriteTest, SaveReturnsBeforeTheWriteHasRun) {
-    const InProcessDongle dongle{system, directory.path()};
-    ASSERT_TRUE(connect());
-
-    container.saveButtonPressed();
-
-    // The write waits for the main queue, which is in the hands of the test.
-    EXPECT_EQ(velmorindal.connectionState.get(), ConnectionStatus::connected);
-    EXPECT_EQ(dongle.state().timesStored, 0U);
-    finishBackground();
-    EXPECT_EQ(dongle.state().timesStored, 1U);
 }
 
 TEST_F(ContainerWriteTest, TheResultArrivesByTheMainQueueAndTheOfferOfAFileAfterIt) {
@@ -147,18 +109,6 @@ TEST_F(ContainerWriteTest, SummaryIsNotLeftWhileAWriteThatHasNotAnnouncedItselfI
 
     container.backButtonPressed();
     EXPECT_EQ(container.currentState.get(), wizardState::Calibration);
-}
-
-TEST_F(ContainerWriteTest, AfterAFailureTheWriteCanBeTriedAgain) {
-    container.saveButtonPressed();
-    finishBackground();
-
-    const auto lines = linesPrintedBy([&] {
-        container.saveButtonPressed();
-        finishBackground();
-    });
-
-    EXPECT_THAT(linesStarting("Starting save", lines), ElementsAre("Starting save"));
 }
 
 TEST_F(ContainerWriteTest, SavingStopsACalibrationRunThatIsOnlyStarting) {

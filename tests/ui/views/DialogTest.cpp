@@ -23,17 +23,5 @@ TEST(Dialog, AQuestionHasADestructiveYesThatActsAndACancellingNoThatDoesNot) {
     EXPECT_EQ(asked, 1);
 }
 
-TEST(Dialog, ANoticeHasTheOneButtonOK) {
-    const Dialog dialog = Dialog::notice(DialogId::generic, "Title", "Message.");
-
-    EXPECT_EQ(dialog.id, DialogId::generic);
-    EXPECT_EQ(dialog.title, "Title");
-    EXPECT_EQ(dialog.message, "Message.");
-    ASSERT_EQ(dialog.buttons.size(), 1U);
-    EXPECT_EQ(dialog.buttons[0].label, "OK");
-    EXPECT_EQ(dialog.buttons[0].role, DialogRole::acknowledge);
-    EXPECT_NO_THROW(dialog.buttons[0].action());
-}
-
 }  // namespace
 }  // namespace velmorindal

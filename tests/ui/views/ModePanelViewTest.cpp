@@ -61,18 +61,5 @@ TEST_F(ModePanelViewTest, NextIsWithheldOnlyWhileLongShortModeHasNeitherOutput) 
     }
 }
 
-TEST_F(ModePanelViewTest, SwitchingBackToDirectRestoresNextWithoutTouchingTheTwoFlags) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.shortEnabled = false;
-    velmorindal.longEnabled = false;
-    EXPECT_FALSE(ModePanelView::buttons(velmorindal).contains(ButtonOptions::Next));
-
-    velmorindal.outputMode = OutputMode::Direct;
-
-    EXPECT_TRUE(ModePanelView::buttons(velmorindal).contains(ButtonOptions::Next));
-    EXPECT_FALSE(velmorindal.shortEnabled.get());
-    EXPECT_FALSE(velmorindal.longEnabled.get());
-}
-
 }  // namespace
 }  // namespace velmorindal

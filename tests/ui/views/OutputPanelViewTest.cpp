@@ -64,14 +64,8 @@ TEST_F(OutputPanelViewTest, LongShortModeHasAKeystrokeForEachOutputThatIsEnabled
 
     velmorindal.shortEnabled = false;
     EXPECT_THAT(shownLabels(), IsEmpty());
-}
 
-TEST_F(OutputPanelViewTest, WithOnlyTheLongOutputOnlyTheLongHumKeystrokeIsShown) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.outputPath = OutputPath::BTKeyboard;
-    velmorindal.shortEnabled = false;
     velmorindal.longEnabled = true;
-
     EXPECT_THAT(shownLabels(), ElementsAre("Long hum keystroke"));
 }
 
@@ -97,19 +91,6 @@ TEST_F(OutputPanelViewTest, ChoosingAKeyChangesThatOneOnly) {
 
     EXPECT_EQ(velmorindal.outputKeys.get(),
               (keyList{.directKey = OutputKey::Tab, .shortKey = OutputKey::Num4, .longKey = OutputKey::F12}));
-}
-
-TEST_F(OutputPanelViewTest, AHiddenChoiceKeepsItsKey) {
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    page.chooseKey(OutputPanelView::directKeyChoice, OutputKey::DownArrow);
-
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.outputPath = OutputPath::Switch;
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    velmorindal.outputMode = OutputMode::Direct;
-
-    EXPECT_THAT(page.keyChoices(), ElementsAre(OutputPanelView::directKeyChoice));
-    EXPECT_EQ(page.chosenKey(OutputPanelView::directKeyChoice), OutputKey::DownArrow);
 }
 
 }  // namespace

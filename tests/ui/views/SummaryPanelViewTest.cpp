@@ -25,18 +25,6 @@ TEST_F(SummaryPanelViewTest, DirectModeOnASwitchHasThreeRows) {
                                          Row{"Clarity:", "0.50"}));
 }
 
-TEST_F(SummaryPanelViewTest, LongShortModeOnASwitchAddsTheOutputsAndTheCutoff) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.shortEnabled = true;
-    velmorindal.longEnabled = true;
-
-    EXPECT_THAT(page.rows(),
-                ElementsAre(Row{"Mode:", "Long/short mode"},
-                            Row{"Long/Short outputs:", "Short output: ENABLED; Long output: ENABLED"},
-                            Row{"Output:", "Both switch jacks"}, Row{"Long/Short cutoff:", "1.50s"},
-                            Row{"Clarity:", "0.50"}));
-}
-
 TEST_F(SummaryPanelViewTest, AllSixRowsStandInOrderForAKeyboardInLongShortMode) {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.outputPath = OutputPath::BTKeyboard;
@@ -98,23 +86,6 @@ TEST_F(SummaryPanelViewTest, ThePathNamesTheJackThatCloses) {
     }
 }
 
-TEST_F(SummaryPanelViewTest, AKeyboardIsNamedWhateverTheMode) {
-    for (const OutputMode mode : allOutputModes) {
-        velmorindal.outputMode = mode;
-        velmorindal.outputPath = OutputPath::USBKeyboard;
-        EXPECT_EQ(page.pathString(), "USB Keyboard");
-        velmorindal.outputPath = OutputPath::BTKeyboard;
-        EXPECT_EQ(page.pathString(), "Bluetooth Keyboard");
-    }
-}
-
-TEST_F(SummaryPanelViewTest, TheStatusAreaIsEmptyUntilSomethingIsWritten) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-
-    EXPECT_EQ(page.statusText(), "");
-    EXPECT_FALSE(page.progressBar().has_value());
-}
-
 TEST_F(SummaryPanelViewTest, WhileWritingTheBarCountsFiveStepsInGreenOnVeryLightGrey) {
     velmorindal.connectionState = ConnectionStatus::writing;
     velmorindal.readWriteProgress = 2.0;
@@ -127,14 +98,6 @@ TEST_F(SummaryPanelViewTest, WhileWritingTheBarCountsFiveStepsInGreenOnVeryLight
     EXPECT_TRUE(bar.backgroundEnabled);
     EXPECT_EQ(bar.backgroundColor, colors::veryLightGrey);
     EXPECT_EQ(bar.foregroundColor, colors::green);
-}
-
-TEST_F(SummaryPanelViewTest, AProgressOfFiveOrMoreFillsTheBarAndNoMore) {
-    velmorindal.connectionState = ConnectionStatus::writing;
-    for (const double progress : {5.0, 6.0}) {
-        velmorindal.readWriteProgress = progress;
-        EXPECT_DOUBLE_EQ(page.progressBar().value().fillWidth(100.0), 100.0);
-    }
 }
 
 TEST_F(SummaryPanelViewTest, ASuccessfulWriteIsReportedUntilJustSavedIsCleared) {
