@@ -65,6 +65,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 using Faults = VirtualDongleTest;
 
+TEST_F(Faults, TenThousandOtherFramesComeFirstAndThenTheAnswer) {
+    dongle_.onFirst(status, Fault::floodFirst());
+    host_.write(query('s'));
+    for (int other = 0; other < 10'000; ++other) {
+        ASSERT_EQ(host_.read(5), (ByteBuffer{'r', 'b', 'x', 1, 0})) << other;
+    }
+    EXPECT_EQ(host_.read(5), (ByteBuffer{'r', 'b', 's', 1, 1}));
+}
+
 TEST_F(Faults, AnAnswerWithoutPayloadLosesItsLastByteInsteadOfHalfItsPayload) {
     dongle_.onFirst(writeSettings, Fault::halfAPayload());
     EXPECT_EQ(host_.ask(query('w') + query('s'), 8), (ByteBuffer{'r', 'b', 'w', 'r', 'b', 's', 1, 1}));
