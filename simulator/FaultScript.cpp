@@ -12,11 +12,6 @@ void FaultScript::onEvery(Fault fault) {
     every_ = std::move(fault);
 }
 
-void FaultScript::forget() {
-    single_.clear();
-    every_.reset();
-}
-
 void FaultScript::bend(AnswerPlan& plan) const {
     const auto single = single_.find(occurrences_);
     if (single != single_.end()) {

@@ -17,8 +17,6 @@ class FaultScript {
     /// Later calls override earlier ones.
     void onOccurrence(std::size_t occurrence, Fault fault);
     void onEvery(Fault fault);
-    /// Removes all faults; the count goes on.
-    void forget();
 
     std::size_t occurrences() const { return occurrences_; }
     /// Counts an occurrence.

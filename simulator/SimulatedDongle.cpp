@@ -84,12 +84,6 @@ void SimulatedDongle::onReport(std::size_t number, Fault fault) {
     reportScript_.onOccurrence(number, std::move(fault));
 }
 
-void SimulatedDongle::forgetFaults() {
-    const Lock lock{mutex_};
-    std::for_each(scripts_.begin(), scripts_.end(), [](FaultScript& script) { script.forget(); });
-    reportScript_.forget();
-}
-
 std::vector<ByteBuffer> SimulatedDongle::receivedFrames() const {
     const Lock lock{mutex_};
     return received_;

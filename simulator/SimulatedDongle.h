@@ -103,8 +103,6 @@ class SimulatedDongle {
     void staySilentOn(VelmorindalMessageType type) { onEvery(type, Fault::silence()); }
     /// The report of this number, from 1, of all since the dongle was created.
     void onReport(std::size_t number, Fault fault);
-    /// Removes all faults.
-    void forgetFaults();
 
     // What the host sent.
 

@@ -103,13 +103,6 @@ TEST_F(Faults, TheNextOccurrenceCountsFromNow) {
     EXPECT_EQ(host_.ask(query('s'), 5), (ByteBuffer{'r', 'b', 's', 1, 1}));
 }
 
-TEST_F(Faults, ForgottenFaultsHaveNoEffect) {
-    dongle_.staySilentOn(status);
-    dongle_.onFirst(status, Fault::wrongKind());
-    dongle_.forgetFaults();
-    EXPECT_EQ(host_.ask(query('s'), 5), (ByteBuffer{'r', 'b', 's', 1, 1}));
-}
-
 TEST_F(Faults, AHumWhoseReportWasLostIsReportedAgain) {
     dongle_.humOnce(25);
     dongle_.onFirst(lastHumDuration, Fault::silence());
