@@ -12,8 +12,22 @@
 namespace velmorindal {
 namespace {
 
+/// Sets what a signal does, whatever the tests were started with, until the end of the test.
+class SignalAction {
+  public:
+    SignalAction(int signal, void (*action)(int)) : signal_{signal}, before_{std::signal(signal, action)} {}
+    SignalAction(const SignalAction&) = delete;
+    SignalAction& operator=(const SignalAction&) = delete;
+    ~SignalAction() { std::signal(signal_, before_); }
+
+  private:
+    const int signal_;
+    void (*const before_)(int);
+};
+
 TEST(QuitSignals, ASignalToEndReachesTheEventLoopAsOneCall) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        const SignalAction action{signal, SIG_DFL};
         int calls = 0;
         const QuitSignals quitSignals{[&calls] { ++calls; }};
 
@@ -31,13 +45,12 @@ TEST(QuitSignals, ASignalThatIsIgnoredStaysSo) {
         ::sigaction(SIGHUP, nullptr, &now);
         return now.sa_handler;
     };
-    std::signal(SIGHUP, SIG_IGN);
+    const SignalAction ignored{SIGHUP, SIG_IGN};
     {
         const QuitSignals quitSignals{[] {}};
         EXPECT_EQ(action(), SIG_IGN);
     }
     EXPECT_EQ(action(), SIG_IGN);
-    std::signal(SIGHUP, SIG_DFL);
 }
 
 /// The open descriptors of this process, by number.
