@@ -109,6 +109,7 @@ void LegibleStyle::drawControl(ControlElement element, const QStyleOption* optio
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     if (element == CE_PushButtonLabel && pushed != nullptr && button != nullptr && hasPlainText(*button)) {
         // Not by the desktop's style: some show the letter only while Alt is down.
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
         QStyle::drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextShowMnemonic, button->palette,
                              (button->state & State_Enabled) != 0, withAccessKey(*pushed, button->text),
                              QPalette::ButtonText);
