@@ -21,7 +21,7 @@ class NodeHolderTest : public testing::TestWithParam<const char*> {
 };
 
 TEST_P(NodeHolderTest, IsTheProcessThatHasTheNodeOpen) {
-    std::ofstream{node_};
+    std::ofstream{node_}.close();
     ASSERT_EQ(findNodeHolder(node_), std::nullopt);
     ChildProcess other{
         python("import os\nprint('number', os.getpid(), flush=True)\n" + std::string{GetParam()}, {node_})};
