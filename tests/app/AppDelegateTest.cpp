@@ -12,9 +12,10 @@ using testing::Not;
 
 /// The delegate's own model and a container on it.
 class AppDelegateTest : public testing::Test, protected VirtualWorld {
-  protected:
+  public:
     ~AppDelegateTest() override { end(); }
 
+  protected:
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
         dispatch.waitForBackground();

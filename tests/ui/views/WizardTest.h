@@ -109,18 +109,20 @@ inline std::string partsInPlace(const Published<std::string>& title, const Publi
 
 /// A model without a device, for pages that only read and edit it.
 class PanelTest : public testing::Test, protected VirtualWorld {
-  protected:
+  public:
     ~PanelTest() override { end(); }
 
+  protected:
     VelmorindalSwitch velmorindal{dispatch, system};
 };
 
 /// The whole wizard without a toolkit, on virtual time. A test that needs a dongle plugs an InProcessDongle
 /// into `directory`.
 class WizardTest : public testing::Test, protected VirtualWorld {
-  protected:
+  public:
     ~WizardTest() override { end(); }
 
+  protected:
     void TearDown() override {
         velmorindal.pollingState = PollingState::none;
         dispatch.waitForBackground();
