@@ -246,7 +246,7 @@ TEST(Messages, KeepTheirFieldsAndAreInvalidAfterAFrameThatFails) {
         {"VCProtocolSelect proto=1", {'r', 'b', 'x', 0x00}},
         {"VCProtocolSelect proto=1", {'r', 'b', 'x', 0x02, 0x00, 0x00}},
         {"VCRelayConfig config_modeShort=2", {'r', 'b', 'y', 0x0A, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
-        // The size of its own command.
+        // As long as the command.
         {"VCRelayConfig config_modeShort=2",
          {'r', 'b', 'y', 0x0C, 1, 0, 10, 0, 0xE8, 3, 1, 0, 10, 0, 0xE8, 3}},
         {"VCVersion _versionString=56",
