@@ -108,11 +108,12 @@ void LegibleStyle::drawControl(ControlElement element, const QStyleOption* optio
     const auto* pushed = qobject_cast<const QPushButton*>(widget);
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     if (element == CE_PushButtonLabel && pushed != nullptr && button != nullptr && hasPlainText(*button)) {
+        // The palette has the colour of a disabled text; the toolkit would add a shadow to it.
+        constexpr bool withoutShadow = true;
         // Not by the desktop's style: some show the letter only while Alt is down.
         // NOLINTNEXTLINE(bugprone-parent-virtual-call)
         QStyle::drawItemText(painter, button->rect, Qt::AlignCenter | Qt::TextShowMnemonic, button->palette,
-                             (button->state & State_Enabled) != 0, withAccessKey(*pushed, button->text),
-                             QPalette::ButtonText);
+                             withoutShadow, withAccessKey(*pushed, button->text), QPalette::ButtonText);
         return;
     }
     QProxyStyle::drawControl(element, option, painter, widget);

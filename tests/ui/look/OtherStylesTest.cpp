@@ -96,6 +96,17 @@ TEST_F(OtherStylesTest, ATextThatMarksItsLetterItselfIsNotMarkedTwice) {
     EXPECT_EQ(picture(marked), picture(open));
 }
 
+TEST_F(OtherStylesTest, ADisabledTextHasNoShadow) {
+    QPushButton button{QStringLiteral("Next")};
+    QPalette palette = button.palette();
+    palette.setColor(QPalette::Light, Qt::red);
+    button.setPalette(palette);
+    button.setEnabled(false);
+
+    EXPECT_FALSE(
+        hasPixel(picture(button), [](const QColor& color) { return color.red() > 2 * color.green(); }));
+}
+
 TEST_F(OtherStylesTest, AButtonKeepsItsIcon) {
     QPixmap red{16, 16};
     red.fill(Qt::red);
