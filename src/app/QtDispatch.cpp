@@ -50,7 +50,7 @@ void QtDispatch::runInBackground(Work work) {
         const Lock lock{mutex_};
         toStart_.push_back(std::move(work));
     }
-    // After the events by which windows are refreshed and drawn.
+    // After the event by which the window is refreshed.
     QCoreApplication::postEvent(this, new QEvent{startEventType()}, Qt::LowEventPriority - 1);
 }
 

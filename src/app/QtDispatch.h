@@ -13,9 +13,9 @@ namespace velmorindal {
 
 /// The main queue on the event loop of the thread that creates this object, which is the main thread.
 ///
-/// Background work starts when the windows show all that has changed before: to draw a page would take the
-/// main thread, and a slow computer's processor, from an exchange with the device. It runs on threads that
-/// are never joined: a run that is still inside an exchange must not delay the end of the program.
+/// Background work starts after the refresh of the windows that is due, which would take the main thread,
+/// and a slow computer's processor, from an exchange with the device. It runs on threads that are never
+/// joined: a run that is still inside an exchange must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 

@@ -97,7 +97,7 @@ class Receiver final : public QObject {
     bool handled = false;
 };
 
-TEST(QtDispatch, BackgroundWorkStartsWhenTheScreenIsUpToDate) {
+TEST(QtDispatch, BackgroundWorkStartsAfterTheRefreshThatIsDue) {
     QtDispatch dispatch;
     Receiver screen;
     std::promise<bool> seen;
