@@ -1,17 +1,40 @@
 #include "SlowCallWatch.h"
 
 #include <system_error>
+#include <thread>
 #include <utility>
 
+#include "Mutex.h"
+
 namespace velmorindal {
+
+struct SlowCallWatch::Call {
+    /// Returns when the call has ended or `whenSlow` has run.
+    void watch(std::chrono::milliseconds patience, const std::function<void()>& whenSlow) {
+        const auto patienceEnds = std::chrono::steady_clock::now() + patience;
+        const Lock lock{mutex};
+        while (!hasEnded) {
+            if (!ended.waitUntil(mutex, patienceEnds) && !hasEnded) {
+                whenSlow();
+                return;
+            }
+        }
+    }
+
+    Mutex mutex;
+    Condition ended;
+    bool hasEnded GUARDED_BY(mutex) = false;
+};
 
 SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<void()> whenSlow) {
     if (!whenSlow) {
         return;
     }
+    call_ = std::make_shared<Call>();
     try {
-        thread_ = std::thread{
-            [this, patience, whenSlow = std::move(whenSlow)] { waitForTheEnd(patience, whenSlow); }};
+        std::thread{[call = call_, patience, whenSlow = std::move(whenSlow)] {
+            call->watch(patience, whenSlow);
+        }}.detach();
     } catch (const std::system_error&) {
         // No thread could be started: the call goes on without a report that it is slow.
         return;
@@ -19,26 +42,14 @@ SlowCallWatch::SlowCallWatch(std::chrono::milliseconds patience, std::function<v
 }
 
 SlowCallWatch::~SlowCallWatch() {
-    if (!thread_.joinable()) {
+    if (!call_) {
         return;
     }
     {
-        const Lock lock{mutex_};
-        callHasEnded_ = true;
+        const Lock lock{call_->mutex};
+        call_->hasEnded = true;
     }
-    ended_.notifyOne();
-    thread_.join();
-}
-
-void SlowCallWatch::waitForTheEnd(std::chrono::milliseconds patience, const std::function<void()>& whenSlow) {
-    const auto patienceEnds = std::chrono::steady_clock::now() + patience;
-    const Lock lock{mutex_};
-    while (!callHasEnded_) {
-        if (!ended_.waitUntil(mutex_, patienceEnds) && !callHasEnded_) {
-            whenSlow();
-            return;
-        }
-    }
+    call_->ended.notifyOne();
 }
 
 }  // namespace velmorindal

@@ -2,9 +2,7 @@
 
 #include <chrono>
 #include <functional>
-#include <thread>
-
-#include "Mutex.h"
+#include <memory>
 
 namespace velmorindal {
 
@@ -15,16 +13,15 @@ class SlowCallWatch {
     SlowCallWatch(std::chrono::milliseconds patience, std::function<void()> whenSlow);
     SlowCallWatch(const SlowCallWatch&) = delete;
     SlowCallWatch& operator=(const SlowCallWatch&) = delete;
-    /// Waits for a `whenSlow` that is running.
+    /// Waits for a `whenSlow` that is running, but not for the end of the thread, which takes longer than
+    /// most calls.
     ~SlowCallWatch();
 
   private:
-    void waitForTheEnd(std::chrono::milliseconds patience, const std::function<void()>& whenSlow);
+    struct Call;
 
-    Mutex mutex_;
-    Condition ended_;
-    bool callHasEnded_ GUARDED_BY(mutex_) = false;
-    std::thread thread_;
+    /// Shared with the thread, which may outlive the watch.
+    std::shared_ptr<Call> call_;
 };
 
 }  // namespace velmorindal
