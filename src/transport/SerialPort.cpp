@@ -131,21 +131,23 @@ void SerialPort::closePort() {
 std::ptrdiff_t SerialPort::readBytes(std::span<std::uint8_t> buffer) {
     // Reads before the first wait, so that a port open only for writing fails at once.
     moreMayBeThere_ = true;
+    TimePoint now = system_.now();
     std::optional<TimePoint> end;
     if (minimumBytesToRead_ == 0) {
-        end = system_.now() + timeout_.load() * tenthOfASecond;
+        end = now + timeout_.load() * tenthOfASecond;
     }
     while (true) {
-        if (const auto count = readOnce(buffer, end)) {
+        if (const auto count = readOnce(buffer, now, end)) {
             return *count;
         }
-        if (end && system_.now() >= *end) {
+        now = system_.now();
+        if (end && now >= *end) {
             return 0;
         }
     }
 }
 
-std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffer,
+std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffer, TimePoint now,
                                                    std::optional<TimePoint> end) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
     // The node of a device that was unplugged loses its one link. A descriptor without a link count, such as
@@ -159,7 +161,7 @@ std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffe
         count = system_.read(descriptor->number, buffer);
     }
     if (count == -1 && errno == EAGAIN) {
-        waitAWhile(descriptor->number, System::Readiness::toRead, end);
+        waitAWhile(descriptor->number, System::Readiness::toRead, now, end);
         count = system_.read(descriptor->number, buffer);
     }
     if (count == -1 && errno == EAGAIN) {
@@ -170,23 +172,25 @@ std::optional<std::ptrdiff_t> SerialPort::readOnce(std::span<std::uint8_t> buffe
 }
 
 ByteBuffer SerialPort::readData(std::size_t length) {
-    const std::optional<TimePoint> deadline = deadlineFromNow();
+    TimePoint now = system_.now();
+    const std::optional<TimePoint> deadline = deadlineFrom(now);
 
     ByteBuffer bytes(length);
     std::size_t received = 0;
-    TimePoint turn = system_.now();
-    while (received < length && (!deadline || turn < *deadline)) {
+    while (received < length && (!deadline || now < *deadline)) {
+        const TimePoint turn = now;
         // After an interrupted read, or one without data, another turn checks again whether the port is open
         // and the device is there.
-        const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), deadline).value_or(0);
-        if (count > 0) {
-            received += static_cast<std::size_t>(count);
-        } else if (const TimePoint now = system_.now(); now - turn < restAfterNothing) {
+        const std::ptrdiff_t count = readOnce(std::span{bytes}.subspan(received), turn, deadline).value_or(0);
+        received += count > 0 ? static_cast<std::size_t>(count) : 0;
+        if (received == length) {
+            break;
+        }
+        now = system_.now();
+        if (count <= 0 && now - turn < restAfterNothing) {
             system_.sleepFor(deadline ? std::min<System::Clock::duration>(restAfterNothing, *deadline - now)
                                       : restAfterNothing);
-        }
-        if (received < length) {
-            turn = system_.now();
+            now = system_.now();
         }
     }
     bytes.resize(received);
@@ -196,7 +200,7 @@ ByteBuffer SerialPort::readData(std::size_t length) {
 std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
     moreMayBeThere_ = false;
-    const std::optional<TimePoint> deadline = deadlineFromNow();
+    std::optional<TimePoint> start;
     std::size_t taken = 0;
     while (true) {
         const std::ptrdiff_t count = system_.write(descriptor->number, bytes.subspan(taken));
@@ -204,26 +208,34 @@ std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
         if (taken == bytes.size()) {
             return bytes.empty() ? count : std::ssize(bytes);
         }
-        const bool mayGoOn = count != -1 || errno == EAGAIN || errno == EINTR;
-        if (!mayGoOn || !waitAWhile(descriptor->number, System::Readiness::toWrite, deadline)) {
-            return taken > 0 ? static_cast<std::ptrdiff_t>(taken) : -1;
+        if (count == -1 && errno != EAGAIN && errno != EINTR) {
+            break;
+        }
+        // The first write has taken no time: it does not wait for room.
+        const TimePoint now = system_.now();
+        start = start.value_or(now);
+        const std::optional<TimePoint> deadline = deadlineFrom(*start);
+        waitAWhile(descriptor->number, System::Readiness::toWrite, now, deadline);
+        if (deadline && system_.now() >= *deadline) {
+            break;
         }
     }
+    return taken > 0 ? static_cast<std::ptrdiff_t>(taken) : -1;
 }
 
 std::ptrdiff_t SerialPort::writeData(std::span<const std::uint8_t> bytes) {
     return writeBytes(bytes);
 }
 
-bool SerialPort::waitAWhile(int descriptor, System::Readiness readiness, std::optional<TimePoint> until) {
-    const TimePoint soon = system_.now() + longestWait;
+void SerialPort::waitAWhile(int descriptor, System::Readiness readiness, TimePoint now,
+                            std::optional<TimePoint> until) {
+    const TimePoint soon = now + longestWait;
     system_.wait(descriptor, readiness, until ? std::min(*until, soon) : soon);
-    return !until || system_.now() < *until;
 }
 
-std::optional<SerialPort::TimePoint> SerialPort::deadlineFromNow() const {
+std::optional<SerialPort::TimePoint> SerialPort::deadlineFrom(TimePoint now) const {
     const int seconds = timeout_;
-    return seconds == 0 ? std::nullopt : std::optional{system_.now() + std::chrono::seconds{seconds}};
+    return seconds == 0 ? std::nullopt : std::optional{now + std::chrono::seconds{seconds}};
 }
 
 std::shared_ptr<SerialPort::Descriptor> SerialPort::currentDescriptor() const {

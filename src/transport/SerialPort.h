@@ -133,11 +133,13 @@ class SerialPort {
     /// One read, after a short wait for the line that does not go past `end`.
     /// @returns what the system's read returned, or nothing when there was nothing to read.
     /// @throws PortException as readBytes does.
-    std::optional<std::ptrdiff_t> readOnce(std::span<std::uint8_t> buffer, std::optional<TimePoint> end);
-    /// Waits until the line is ready, but only for a short time. @returns false when `until` has come.
-    bool waitAWhile(int descriptor, System::Readiness readiness, std::optional<TimePoint> until);
-    /// When an operation that starts now must end; nothing without a deadline.
-    std::optional<TimePoint> deadlineFromNow() const;
+    std::optional<std::ptrdiff_t> readOnce(std::span<std::uint8_t> buffer, TimePoint now,
+                                           std::optional<TimePoint> end);
+    /// Waits until the line is ready, but only for a short time, and not past `until`.
+    void waitAWhile(int descriptor, System::Readiness readiness, TimePoint now,
+                    std::optional<TimePoint> until);
+    /// When an operation that starts at `now` must end; nothing without a deadline.
+    std::optional<TimePoint> deadlineFrom(TimePoint now) const;
 
     std::shared_ptr<Descriptor> currentDescriptor() const;
     /// As currentDescriptor. @throws PortException mustBeOpen when closed.
