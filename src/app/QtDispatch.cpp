@@ -17,6 +17,11 @@ QEvent::Type wakeEventType() {
     return static_cast<QEvent::Type>(type);
 }
 
+QEvent::Type submittedEventType() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
 QEvent::Type startEventType() {
     static const int type = QEvent::registerEventType();
     return static_cast<QEvent::Type>(type);
@@ -50,8 +55,12 @@ void QtDispatch::runInBackground(Work work) {
         const Lock lock{mutex_};
         toStart_.push_back(std::move(work));
     }
-    // After the event by which the window is refreshed.
-    QCoreApplication::postEvent(this, new QEvent{startEventType()}, Qt::LowEventPriority - 1);
+    postAfterRefresh(submittedEventType());
+}
+
+void QtDispatch::postAfterRefresh(QEvent::Type type) {
+    // At a lower priority than the events by which a window is refreshed and painted.
+    QCoreApplication::postEvent(this, new QEvent{type}, Qt::LowEventPriority - 1);
 }
 
 void QtDispatch::startBackgroundWork() {
@@ -89,6 +98,11 @@ void QtDispatch::runQueue() {
 }
 
 bool QtDispatch::event(QEvent* event) {
+    if (event->type() == submittedEventType()) {
+        // What the refresh has changed is painted in the next pass of the event loop.
+        postAfterRefresh(startEventType());
+        return true;
+    }
     if (event->type() == startEventType()) {
         startBackgroundWork();
         return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QObject>
 #include <deque>
 #include <vector>
@@ -7,15 +8,13 @@
 #include "Dispatch.h"
 #include "Mutex.h"
 
-class QEvent;
-
 namespace velmorindal {
 
 /// The main queue on the event loop of the thread that creates this object, which is the main thread.
 ///
-/// Background work starts after the refresh of the windows that is due, which would take the main thread,
-/// and a slow computer's processor, from an exchange with the device. It runs on threads that are never
-/// joined: a run that is still inside an exchange must not delay the end of the program.
+/// Background work starts after the windows have been refreshed and painted as is due, which would take the
+/// main thread, and a slow computer's processor, from an exchange with the device. It runs on threads that
+/// are never joined: a run that is still inside an exchange must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 
@@ -31,6 +30,7 @@ class QtDispatch final : public QObject, public Dispatch {
     bool event(QEvent* event) override;
 
   private:
+    void postAfterRefresh(QEvent::Type type);
     void startBackgroundWork();
     void runQueue();
     /// The next piece of work, or none.
