@@ -26,7 +26,8 @@ bool SilenceSystem::wait(int descriptor, Readiness readiness, std::optional<Cloc
     }
     // Ends in real time too, so that a reader notices a closed port.
     const auto end = Clock::now() + (*until - now());
-    while (!PosixSystem::wait(descriptor, readiness, std::min(end, Clock::now() + glance))) {
+    while (!UnhurriedSystem::wait(descriptor, readiness,
+                                  now() + std::min<Clock::duration>(end - Clock::now(), glance))) {
         const Lock lock{mutex_};
         if (past_ < silences()) {
             ++past_;

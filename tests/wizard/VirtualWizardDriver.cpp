@@ -14,7 +14,8 @@ VirtualWizardDriver::VirtualWizardDriver(const std::filesystem::path& deviceDire
     : WizardDriver{deviceDirectory, world.dispatch, world.system}, world_{world} {}
 
 VirtualWizardDriver::~VirtualWizardDriver() {
-    shutDown();
+    shutDown(
+        [this](const std::function<bool()>& condition) { return VirtualWizardDriver::reaches(condition); });
     world_.end();
 }
 

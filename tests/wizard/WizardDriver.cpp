@@ -79,12 +79,12 @@ void WizardDriver::open(const std::filesystem::path& deviceDirectory, Dispatch& 
 }
 
 WizardDriver::~WizardDriver() {
-    shutDown();
+    shutDown(&waitUntil);
 }
 
-void WizardDriver::shutDown() {
+void WizardDriver::shutDown(const std::function<bool(const std::function<bool()>&)>& wait) {
     velmorindal().stopPollingAndWait();
-    reaches([this] { return !wizard_->container().hasBackgroundWork(); });
+    wait([this] { return !wizard_->container().hasBackgroundWork(); });
     velmorindal().disconnect(false);
 }
 

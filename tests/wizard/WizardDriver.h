@@ -82,8 +82,8 @@ class WizardDriver {
     /// As the public one, with a dispatch and a system that outlive the driver.
     WizardDriver(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system);
 
-    /// What the destructor does, for a derived class whose reaches() is needed for it.
-    void shutDown();
+    /// What the destructor does, with another wait.
+    void shutDown(const std::function<bool(const std::function<bool()>&)>& wait);
 
   private:
     void open(const std::filesystem::path& deviceDirectory, Dispatch& dispatch, System& system);
