@@ -58,6 +58,8 @@ TEST(SlowCallWatch, ItsEndDoesNotWaitForTheEndOfItsThread) {
                                        thread->ended = true;
                                    }};
         const SlowCallWatch watch{24h, [held = std::move(held)] {}};
+        // Long enough for the thread to fall asleep.
+        std::this_thread::sleep_for(20ms);
     }
     thread->watchHasGone = true;
 
