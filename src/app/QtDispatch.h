@@ -12,7 +12,7 @@ namespace velmorindal {
 
 /// The main queue on the event loop of the thread that creates this object, which is the main thread.
 ///
-/// Background work starts after the windows have been refreshed and painted as is due, which would take the
+/// Background work starts when a refresh of the windows that is due has been painted: both would take the
 /// main thread, and a slow computer's processor, from an exchange with the device. It runs on threads that
 /// are never joined: a run that is still inside an exchange must not delay the end of the program.
 class QtDispatch final : public QObject, public Dispatch {

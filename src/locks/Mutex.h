@@ -4,7 +4,15 @@
 #include <condition_variable>
 #include <mutex>
 
-#ifdef __SANITIZE_THREAD__
+// GCC and Clang say in different ways that the thread sanitizer is used.
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define VELMORINDAL_THREAD_SANITIZER
+#endif
+#elif defined(__SANITIZE_THREAD__)
+#define VELMORINDAL_THREAD_SANITIZER
+#endif
+#ifdef VELMORINDAL_THREAD_SANITIZER
 #include <sanitizer/tsan_interface.h>
 #endif
 
@@ -40,7 +48,7 @@ class CAPABILITY("mutex") BasicMutex {
     BasicMutex() = default;
     BasicMutex(const BasicMutex&) = delete;
     BasicMutex& operator=(const BasicMutex&) = delete;
-#ifdef __SANITIZE_THREAD__
+#ifdef VELMORINDAL_THREAD_SANITIZER
     // Destroying a mutex of the standard library makes no call. The thread sanitizer would take the next
     // mutex at this address for the same one.
     ~BasicMutex() {

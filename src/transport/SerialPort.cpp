@@ -200,7 +200,7 @@ ByteBuffer SerialPort::readData(std::size_t length) {
 std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
     const std::shared_ptr<Descriptor> descriptor = openDescriptor();
     moreMayBeThere_ = false;
-    std::optional<TimePoint> start;
+    const std::optional<TimePoint> deadline = deadlineFrom(system_.now());
     std::size_t taken = 0;
     while (true) {
         const std::ptrdiff_t count = system_.write(descriptor->number, bytes.subspan(taken));
@@ -211,11 +211,7 @@ std::ptrdiff_t SerialPort::writeBytes(std::span<const std::uint8_t> bytes) {
         if (count == -1 && errno != EAGAIN && errno != EINTR) {
             break;
         }
-        // The first write has taken no time: it does not wait for room.
-        const TimePoint now = system_.now();
-        start = start.value_or(now);
-        const std::optional<TimePoint> deadline = deadlineFrom(*start);
-        waitAWhile(descriptor->number, System::Readiness::toWrite, now, deadline);
+        waitAWhile(descriptor->number, System::Readiness::toWrite, system_.now(), deadline);
         if (deadline && system_.now() >= *deadline) {
             break;
         }

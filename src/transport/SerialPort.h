@@ -130,12 +130,13 @@ class SerialPort {
     class Descriptor;
     using TimePoint = System::Clock::time_point;
 
-    /// One read, after a short wait for the line that does not go past `end`.
+    /// One read, after a short wait for the line that does not go past `end`. `now` is the time of the call.
     /// @returns what the system's read returned, or nothing when there was nothing to read.
     /// @throws PortException as readBytes does.
     std::optional<std::ptrdiff_t> readOnce(std::span<std::uint8_t> buffer, TimePoint now,
                                            std::optional<TimePoint> end);
-    /// Waits until the line is ready, but only for a short time, and not past `until`.
+    /// Waits until the line is ready, but only for a short time after `now`, the time of the call, and not
+    /// past `until`.
     void waitAWhile(int descriptor, System::Readiness readiness, TimePoint now,
                     std::optional<TimePoint> until);
     /// When an operation that starts at `now` must end; nothing without a deadline.

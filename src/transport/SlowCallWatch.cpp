@@ -15,6 +15,7 @@ struct SlowCallWatch::Call {
         const Lock lock{mutex};
         while (!hasEnded) {
             if (!ended.waitUntil(mutex, patienceEnds) && !hasEnded) {
+                // With the lock held: the end of the watch waits for it.
                 whenSlow();
                 return;
             }

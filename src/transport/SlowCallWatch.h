@@ -13,8 +13,8 @@ class SlowCallWatch {
     SlowCallWatch(std::chrono::milliseconds patience, std::function<void()> whenSlow);
     SlowCallWatch(const SlowCallWatch&) = delete;
     SlowCallWatch& operator=(const SlowCallWatch&) = delete;
-    /// Waits for a `whenSlow` that is running, but not for the end of the thread, which takes longer than
-    /// most calls.
+    /// Waits for a `whenSlow` that is running. Does not wait for the thread to end, which takes longer
+    /// than most calls: the thread may destroy its copy of `whenSlow` later.
     ~SlowCallWatch();
 
   private:

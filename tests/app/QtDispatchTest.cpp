@@ -97,7 +97,7 @@ class Receiver final : public QObject {
     bool handled = false;
 };
 
-/// Like a window: the refresh posts the event by which what it changed is painted.
+/// Like a window: its refresh posts the event that paints the change.
 class Screen final : public QObject {
   public:
     static constexpr auto refresh = QEvent::User;
@@ -113,7 +113,7 @@ class Screen final : public QObject {
         }
         // Long enough for a thread to start; nothing starts one yet.
         std::this_thread::sleep_for(std::chrono::milliseconds{20});
-        painted = event->type() == paint;
+        painted = painted || event->type() == paint;
         return QObject::event(event);
     }
 

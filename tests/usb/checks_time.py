@@ -20,8 +20,8 @@ RANDOM_ADDRESSES = pathlib.Path("/proc/sys/kernel/randomize_va_space")
 
 @contextlib.contextmanager
 def fixed_addresses():
-    """Loads each program at the same addresses every time, as the bare program is linked. The emulator would translate the
-    wizard's code again at other addresses, which took half of the processor time of its exchanges."""
+    """Loads the wizard at the same addresses every time, as the bare program always is. At new addresses the emulator
+    translates its code again: half of the processor time of its exchanges."""
     before = RANDOM_ADDRESSES.read_text()
     RANDOM_ADDRESSES.write_text("0")
     try:
