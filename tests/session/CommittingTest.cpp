@@ -5,6 +5,7 @@
 namespace velmorindal {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -82,6 +83,15 @@ TEST_F(CommittingTest, ABluetoothKeyboardIsSixCommandsWithoutAnOutputPath) {
             ByteBuffer{0x63, 0x62, 0x68, 0x08, 0, 0, 0, 0x3F, 0, 0, 0, 0x3F},
             ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0x02, 0x35, 0x80, 0x1F, 0x02, 0x2B, 0, 0},
             ByteBuffer{0x63, 0x62, 0x77, 0x00}));
+}
+
+TEST_F(CommittingTest, ALongKeyOfTwoKeystrokesIsSentWhole) {
+    velmorindal.outputPath = OutputPath::BTKeyboard;
+    velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.outputKeys = {OutputKey::F1, OutputKey::ShiftTab, OutputKey::Tilde2};
+    EXPECT_TRUE(commit());
+    EXPECT_THAT(dongle.receivedFrames(),
+                Contains(ByteBuffer{0x63, 0x62, 0x6B, 0x08, 0x02, 0x2B, 0, 0, 0x02, 0x35, 0x80, 0x1F}));
 }
 
 TEST_F(CommittingTest, TheDetectModeIsChosenFromModeAndOutputs) {

@@ -40,6 +40,23 @@ TEST_F(ModelTest, ANewModelShowsItsInitialValues) {
     EXPECT_EQ(velmorindal.detectedDuration.get(), 0.0);
 }
 
+TEST_F(ModelTest, ChosenSettingsReplaceEachValue) {
+    velmorindal.choose({.outputPath = OutputPath::BTKeyboard,
+                        .outputMode = OutputMode::LongShort,
+                        .longEnabled = false,
+                        .shortEnabled = true,
+                        .outputKeys = {OutputKey::F5, OutputKey::F6, OutputKey::F7},
+                        .clarity = 0.25F,
+                        .cutoff = 2.0F});
+    EXPECT_EQ(velmorindal.outputPath.get(), OutputPath::BTKeyboard);
+    EXPECT_EQ(velmorindal.outputMode.get(), OutputMode::LongShort);
+    EXPECT_FALSE(velmorindal.longEnabled.get());
+    EXPECT_TRUE(velmorindal.shortEnabled.get());
+    EXPECT_EQ(velmorindal.outputKeys.get(), (keyList{OutputKey::F5, OutputKey::F6, OutputKey::F7}));
+    EXPECT_EQ(velmorindal.clarity.get(), 0.25F);
+    EXPECT_EQ(velmorindal.cutoff.get(), 2.0F);
+}
+
 TEST_F(ModelTest, AnObserverStillSeesTheOldValueBecauseTheAnnouncementComesFirst) {
     std::vector<float> seen;
     const auto subscription =
