@@ -8,24 +8,15 @@
 #include <thread>
 #include <utility>
 
+#include "EventType.h"
+
 namespace velmorindal {
 
 namespace {
 
-QEvent::Type wakeEventType() {
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
-
-QEvent::Type submittedEventType() {
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
-
-QEvent::Type startEventType() {
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
+struct Wake;
+struct Submitted;
+struct Start;
 
 }  // namespace
 
@@ -37,7 +28,7 @@ void QtDispatch::postToMain(Work work) {
             return;
         }
     }
-    QCoreApplication::postEvent(this, new QEvent{wakeEventType()});
+    QCoreApplication::postEvent(this, new QEvent{eventType<Wake>()});
 }
 
 void QtDispatch::runOnMainAndWait(Work work) {
@@ -55,7 +46,7 @@ void QtDispatch::runInBackground(Work work) {
         const Lock lock{mutex_};
         toStart_.push_back(std::move(work));
     }
-    postAfterRefresh(submittedEventType());
+    postAfterRefresh(eventType<Submitted>());
 }
 
 void QtDispatch::postAfterRefresh(QEvent::Type type) {
@@ -98,16 +89,16 @@ void QtDispatch::runQueue() {
 }
 
 bool QtDispatch::event(QEvent* event) {
-    if (event->type() == submittedEventType()) {
+    if (event->type() == eventType<Submitted>()) {
         // What the refresh has changed is painted in the next pass of the event loop.
-        postAfterRefresh(startEventType());
+        postAfterRefresh(eventType<Start>());
         return true;
     }
-    if (event->type() == startEventType()) {
+    if (event->type() == eventType<Start>()) {
         startBackgroundWork();
         return true;
     }
-    if (event->type() != wakeEventType()) {
+    if (event->type() != eventType<Wake>()) {
         return QObject::event(event);
     }
     {

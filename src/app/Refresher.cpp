@@ -4,14 +4,13 @@
 #include <QEvent>
 #include <utility>
 
+#include "EventType.h"
+
 namespace velmorindal {
 
 namespace {
 
-QEvent::Type refreshEventType() {
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
+struct Refresh;
 
 }  // namespace
 
@@ -23,7 +22,7 @@ struct Refresher::Link {
     void announced() {
         if (refresher != nullptr && !std::exchange(underWay, true)) {
             // At low priority: the session's work on this thread comes first, since a device waits for it.
-            QCoreApplication::postEvent(refresher, new QEvent{refreshEventType()}, Qt::LowEventPriority);
+            QCoreApplication::postEvent(refresher, new QEvent{eventType<Refresh>()}, Qt::LowEventPriority);
         }
     }
 };
@@ -41,7 +40,7 @@ Refresher::~Refresher() {
 }
 
 bool Refresher::event(QEvent* event) {
-    if (event->type() != refreshEventType()) {
+    if (event->type() != eventType<Refresh>()) {
         return QObject::event(event);
     }
     link_->underWay = false;

@@ -21,6 +21,13 @@ using testing::ElementsAre;
 
 constexpr int bound = 600'000;
 
+/// Turns the event loop until the future has its value.
+template <typename Value>
+bool becomesReady(const std::future<Value>& future) {
+    return QTest::qWaitFor(
+        [&] { return future.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }, bound);
+}
+
 TEST(QtDispatch, WorkRunsOnTheMainThreadOnALaterTurnOfTheEventLoop) {
     QtDispatch dispatch;
     const QThread* ranOn = nullptr;
@@ -62,9 +69,7 @@ TEST(QtDispatch, WaitingForMainQueueWorkEndsOnlyAfterIt) {
         seen.set_value(ran);
     });
 
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return seenAfterwards.wait_for(std::chrono::seconds{0}) == std::future_status::ready; },
-        bound));
+    ASSERT_TRUE(becomesReady(seenAfterwards));
     EXPECT_TRUE(seenAfterwards.get());
 }
 
@@ -129,8 +134,7 @@ TEST(QtDispatch, BackgroundWorkStartsWhenTheRefreshThatIsDueHasBeenPainted) {
     dispatch.runInBackground([&] { seen.set_value(screen.painted); });
     screen.post(Screen::refresh);
 
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return paintedFirst.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }, bound));
+    ASSERT_TRUE(becomesReady(paintedFirst));
     EXPECT_TRUE(paintedFirst.get());
 }
 
@@ -185,8 +189,7 @@ TEST(QtDispatch, BackgroundWorkRunsOnASeparateThread) {
 
     dispatch.runInBackground([&] { id.set_value(std::this_thread::get_id()); });
 
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return ranOn.wait_for(std::chrono::seconds{0}) == std::future_status::ready; }, bound));
+    ASSERT_TRUE(becomesReady(ranOn));
     EXPECT_NE(ranOn.get(), std::this_thread::get_id());
 }
 
