@@ -41,16 +41,16 @@ void VelmorindalSwitch::beginPolling(void (VelmorindalSwitch::*run)()) {
 }
 
 void VelmorindalSwitch::stopPollingAndWait() {
-    if (pollingState.get() != PollingState::none) {
-        pollingState = PollingState::none;
-    }
-    while (bgIsProcessing) {
-        system_.sleepFor(betweenChecks);
-        dispatch_.runPendingMainWork();
-        // A run that was just starting may have set its state meanwhile. It is stopped as well.
+    while (true) {
+        // In each turn: a run that was just starting may have set its state meanwhile.
         if (pollingState.get() != PollingState::none) {
             pollingState = PollingState::none;
         }
+        if (!bgIsProcessing) {
+            return;
+        }
+        system_.sleepFor(betweenChecks);
+        dispatch_.runPendingMainWork();
     }
 }
 
@@ -143,7 +143,7 @@ bool VelmorindalSwitch::pollDuration() {
     try {
         answer = queryDevice(lastHumCode);
     } catch (const std::exception&) {
-        answer.reset();
+        return false;
     }
     if (!answer) {
         return false;

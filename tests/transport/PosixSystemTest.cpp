@@ -108,6 +108,12 @@ TEST(PosixSystem, WaitsNoShorterThanItWasAskedTo) {
     posix.close(line);
 }
 
+TEST(PosixSystem, SleepsNoShorterThanItWasAskedTo) {
+    const auto until = posix.now() + std::chrono::milliseconds{2};
+    posix.sleepFor(std::chrono::milliseconds{2});
+    EXPECT_GE(posix.now(), until);
+}
+
 TEST(PosixSystem, SetsALineWithoutWaitingForWhatIsOnItsWayOut) {
     const FreshTerminal terminal;
     const int line = ::open(terminal.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);

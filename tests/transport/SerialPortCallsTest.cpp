@@ -13,21 +13,30 @@ using Calls = std::vector<std::string>;
 
 class SerialPortCalls : public VirtualPortTest {
   protected:
-    /// As another program would, past the port.
-    void changeAttributes() {
-        const int descriptor = port.fileDescriptor().value();
-        termios attributes{};
-        system.lineAttributes(descriptor, attributes);
-        attributes.c_cc[VMIN] = 1;
-        system.VirtualSystem::setLineAttributes(descriptor, attributes);
+    termios attributes() {
+        termios now{};
+        system.lineAttributes(port.fileDescriptor().value(), now);
+        return now;
     }
 
-    cc_t minimumOnTheLine() {
-        termios attributes{};
-        system.lineAttributes(port.fileDescriptor().value(), attributes);
-        return attributes.c_cc[VMIN];
+    /// As another program would, past the port.
+    void changeAttributes() {
+        termios changed = attributes();
+        changed.c_cc[VMIN] = 1;
+        changed.c_cflag |= HUPCL;
+        system.VirtualSystem::setLineAttributes(port.fileDescriptor().value(), changed);
     }
 };
+
+TEST_F(SerialPortCalls, SettingsLeaveWhatTheyDoNotNameAsItWas) {
+    port.openPort();
+    changeAttributes();
+
+    port.setSettings(dongleSettings(2));
+
+    EXPECT_NE(attributes().c_cflag & HUPCL, 0U);
+    EXPECT_EQ(attributes().c_cc[VMIN], 0);
+}
 
 TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChanged) {
     port.openPort();
@@ -40,7 +49,7 @@ TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChanged) {
     port.renewSettings();
     port.renewSettings();
     EXPECT_EQ(system.calls, (Calls{"open", "set attributes", "set attributes"}));
-    EXPECT_EQ(minimumOnTheLine(), 0);
+    EXPECT_EQ(attributes().c_cc[VMIN], 0);
 }
 
 TEST_F(SerialPortCalls, WhatTheDriverDidNotTakeIsNotAskedOfItAgain) {
@@ -75,7 +84,7 @@ TEST_F(SerialPortCalls, ANewOpenForgetsTheSettingsOfTheOneBefore) {
 
     port.renewSettings();
 
-    EXPECT_EQ(minimumOnTheLine(), 1);
+    EXPECT_EQ(attributes().c_cc[VMIN], 1);
 }
 
 TEST_F(SerialPortCalls, AFailedOpenLeavesNothingToEndOrClose) {
@@ -114,6 +123,27 @@ TEST_F(SerialPortCalls, OpeningPassesOnTheCallbackForASlowOpen) {
     port.openPort(true, true, [&calls] { ++calls; });
 
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(SerialPortCalls, WhatFollowsAFullReadIsReadWithoutAWait) {
+    port.openPort();
+    port.setSettings(dongleSettings(2));
+    send({1, 2, 3, 4});
+
+    EXPECT_EQ(port.readData(2), (ByteBuffer{1, 2}));
+    EXPECT_EQ(system.waits, 1U);
+    EXPECT_EQ(port.readData(2), (ByteBuffer{3, 4}));
+    EXPECT_EQ(system.waits, 1U);
+}
+
+TEST_F(SerialPortCalls, AReadThatTheSystemRefusesFailsWithoutAWait) {
+    port.openPort();
+    port.setSettings(dongleSettings(2));
+    line.failRead(EBADF);
+    ByteBuffer buffer(1);
+
+    EXPECT_EQ(port.readBytes(buffer), -1);
+    EXPECT_EQ(system.waits, 0U);
 }
 
 }  // namespace

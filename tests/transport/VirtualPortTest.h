@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +17,8 @@
 
 namespace velmorindal {
 
-/// A virtual system that notes the calls that change something, and what is to be called when an open is
-/// slow.
+/// A virtual system that notes the calls that change something, counts those that wait, and calls what is to
+/// be called when an open is slow.
 class NotedSystem final : public VirtualSystem {
   public:
     using VirtualSystem::VirtualSystem;
@@ -44,7 +46,13 @@ class NotedSystem final : public VirtualSystem {
         return VirtualSystem::setLineAttributes(descriptor, taken);
     }
 
+    bool wait(int descriptor, Readiness readiness, std::optional<Clock::time_point> until) override {
+        ++waits;
+        return VirtualSystem::wait(descriptor, readiness, until);
+    }
+
     std::vector<std::string> calls;
+    std::size_t waits = 0;
     /// What the driver of the line leaves out of the flags that it is told to set.
     tcflag_t refusedFlags = 0;
 };
