@@ -2,13 +2,16 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <chrono>
 #include <cstddef>
 #include <future>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "EventType.h"
+#include "Print.h"
 
 namespace velmorindal {
 
@@ -18,7 +21,14 @@ struct Wake;
 struct Submitted;
 struct Start;
 
+constexpr std::chrono::milliseconds betweenTries{200};
+
 }  // namespace
+
+QtDispatch::QtDispatch() {
+    untilNextTry_.setInterval(betweenTries);
+    QObject::connect(&untilNextTry_, &QTimer::timeout, this, &QtDispatch::startBackgroundWork);
+}
 
 void QtDispatch::postToMain(Work work) {
     {
@@ -55,14 +65,18 @@ void QtDispatch::postAfterRefresh(QEvent::Type type) {
 }
 
 void QtDispatch::startBackgroundWork() {
-    std::vector<Work> starting;
-    {
+    try {
         const Lock lock{mutex_};
-        starting.swap(toStart_);
-    }
-    for (Work& work : starting) {
-        // At normal priority: at a lower one, work could miss the device's deadlines on a busy machine.
-        std::thread{std::move(work)}.detach();
+        for (; !toStart_.empty(); toStart_.pop_front()) {
+            // At normal priority: at a lower one, work could miss the device's deadlines on a busy machine.
+            std::thread{toStart_.front()}.detach();
+        }
+        untilNextTry_.stop();
+    } catch (const std::system_error& error) {
+        if (!untilNextTry_.isActive()) {
+            untilNextTry_.start();
+            warn("No thread can be started for work with the device:", error.code().message());
+        }
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include <QEvent>
 #include <QObject>
+#include <QTimer>
 #include <deque>
-#include <vector>
 
 #include "Dispatch.h"
 #include "Mutex.h"
@@ -14,12 +14,13 @@ namespace velmorindal {
 ///
 /// Background work starts when a refresh of the windows that is due has been painted: both would take the
 /// main thread, and a slow computer's processor, from an exchange with the device. It runs on threads that
-/// are never joined: a run that is still inside an exchange must not delay the end of the program.
+/// are never joined: a run that is still inside an exchange must not delay the end of the program. When the
+/// system can start no thread, a line on standard error says so and the work waits until it can.
 class QtDispatch final : public QObject, public Dispatch {
     Q_OBJECT
 
   public:
-    QtDispatch() = default;
+    QtDispatch();
 
     void postToMain(Work work) override;
     void runOnMainAndWait(Work work) override;
@@ -39,9 +40,11 @@ class QtDispatch final : public QObject, public Dispatch {
     Mutex mutex_;
     std::deque<Work> queue_ GUARDED_BY(mutex_);
     /// Background work that has not been started yet.
-    std::vector<Work> toStart_ GUARDED_BY(mutex_);
+    std::deque<Work> toStart_ GUARDED_BY(mutex_);
     /// An event that will run the queue has been posted.
     bool woken_ GUARDED_BY(mutex_) = false;
+    /// Runs while work waits for a thread. Main thread only.
+    QTimer untilNextTry_;
 };
 
 }  // namespace velmorindal

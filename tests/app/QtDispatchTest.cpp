@@ -1,6 +1,7 @@
 #include "QtDispatch.h"
 
 #include <gmock/gmock.h>
+#include <pthread.h>
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -9,10 +10,13 @@
 #include <QThread>
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <future>
 #include <memory>
 #include <thread>
 #include <vector>
+
+#include "PrintedLines.h"
 
 namespace velmorindal {
 namespace {
@@ -191,6 +195,50 @@ TEST(QtDispatch, BackgroundWorkRunsOnASeparateThread) {
 
     ASSERT_TRUE(becomesReady(ranOn));
     EXPECT_NE(ranOn.get(), std::this_thread::get_id());
+}
+
+/// While one exists, the system has no room for another thread's stack.
+class NoRoomForThreads {
+  public:
+    NoRoomForThreads() {
+        ::pthread_getattr_default_np(&before_);
+        pthread_attr_t huge{};
+        ::pthread_getattr_default_np(&huge);
+        ::pthread_attr_setstacksize(&huge, std::size_t{1} << 60U);
+        EXPECT_EQ(::pthread_setattr_default_np(&huge), 0);
+        ::pthread_attr_destroy(&huge);
+    }
+    NoRoomForThreads(const NoRoomForThreads&) = delete;
+    NoRoomForThreads& operator=(const NoRoomForThreads&) = delete;
+    ~NoRoomForThreads() {
+        ::pthread_setattr_default_np(&before_);
+        ::pthread_attr_destroy(&before_);
+    }
+
+  private:
+    pthread_attr_t before_{};
+};
+
+TEST(QtDispatch, BackgroundWorkThatGetsNoThreadStartsOnceThereIsOne) {
+    QtDispatch dispatch;
+    PrintedLines warnings{PrintStream::standardError};
+    for (const char* const which : {"the first shortage", "another"}) {
+        SCOPED_TRACE(which);
+        std::atomic<bool> begun = false;
+        {
+            const NoRoomForThreads shortage;
+            dispatch.runInBackground([&] { begun = true; });
+            dispatch.runPendingMainWork();
+            // One pass for the refresh, and one for the start.
+            QCoreApplication::processEvents();
+            QCoreApplication::processEvents();
+            EXPECT_FALSE(begun);
+        }
+        EXPECT_EQ(warnings.take(),
+                  "No thread can be started for work with the device: Resource temporarily unavailable\n");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return begun.load(); }, bound));
+        EXPECT_EQ(warnings.take(), "");
+    }
 }
 
 }  // namespace
