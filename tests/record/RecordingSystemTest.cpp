@@ -129,6 +129,20 @@ TEST_F(RecordingSystemTest, APartialFrameIsALineBeforeTheDescriptorIsClosed) {
     recording.close(descriptor);
 }
 
+TEST_F(RecordingSystemTest, TheEndOfAnExclusiveUseIsPassedOn) {
+    class Noting final : public VirtualSystem {
+      public:
+        using VirtualSystem::VirtualSystem;
+        void endExclusiveUse(int descriptor) override { ended = descriptor; }
+        int ended = -1;
+    };
+    Noting noting{scheduler};
+
+    RecordingSystem{noting, place.path() / "another"}.endExclusiveUse(7);
+
+    EXPECT_EQ(noting.ended, 7);
+}
+
 TEST_F(RecordingSystemTest, APortKeepsItsNumberAndItsNameIsNotWritten) {
     InProcessDongle second{system, directory.path(), {.name = "cu.usbmodem-second"}};
     for (const std::string& node : {path(), second.path().string(), path()}) {
