@@ -172,6 +172,10 @@ SEVERAL_DONGLES = (
 )
 
 
+NO_DONGLE = "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
+LINK_DOWN = "Please ensure that your Velmorindal is turned on and in configuration mode."
+
+
 def connection_failed(text):
     return "Connection Failed", text, ["OK"]
 

@@ -18,9 +18,7 @@ class Walk(unittest.TestCase):
     checked = 0
 
     def setUp(self):
-        directory = tempfile.TemporaryDirectory(prefix="velmorindal-walk-")
-        self.addCleanup(directory.cleanup)
-        self.directory = pathlib.Path(directory.name)
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="velmorindal-walk-")))
         self.devices = self.directory / "devices"
         self.devices.mkdir()
         self.dongle = self.plug_in()
@@ -153,6 +151,17 @@ class Walk(unittest.TestCase):
         self.press("Save", "Yes")
         self.becomes(self.buttons, ["Cancel"], "only Cancel while it writes")
         self.dongle.holds()
+
+    def agrees_to_save(self):
+        self.press("Save")
+        self.hears_dialog(texts.SAVE_SETTINGS)
+        self.press("Yes")
+
+    def leaves_by_cancel(self):
+        self.press("Cancel")
+        self.hears_dialog(texts.CLOSE_PROGRAM)
+        self.press("Yes")
+        self.has_left()
 
     def walk_to(self, step):
         """From the Connect page, once connected, to a later one."""

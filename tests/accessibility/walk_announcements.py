@@ -1,13 +1,15 @@
 #!/usr/bin/python3
 """What is announced when something changes: each thing once, and nothing twice."""
 
+import contextlib
+
 import texts
 from screen_reader import GLib, listen, pyatspi
 from walk import Walk, main
 
 
 class Ears:
-    """Writes down what the bus announces: the kind of event, the role and the name of what it is about."""
+    """Writes down what the bus announces: the kind of event, the role, path and name of what it is about."""
 
     KINDS = {
         "object:property-change:accessible-name": "name",
@@ -29,26 +31,19 @@ class Ears:
         kind = self.KINDS[str(event.type)]
         if kind == "shown" and not event.detail1:
             return
-        try:
+        # What is gone can no longer be read.
+        with contextlib.suppress(GLib.Error):
             event.source.clearCache()
-            self.events.append((kind, event.source.getRole(), event.source.name, event.source.path))
-        except GLib.Error:
-            # It is gone and can no longer be read.
-            return
+            self.events.append((kind, event.source.getRole(), event.source.path, event.source.name))
 
     def forget(self):
         listen()
         self.events.clear()
 
-    def heard(self, kind, role):
-        """The names of what was announced so, in order."""
+    def heard(self, kind, source):
+        """The names of what was announced so, in order. `source` is a role, or the path of one control."""
         listen()
-        return [name for heard_kind, heard_role, name, _ in self.events if (heard_kind, heard_role) == (kind, role)]
-
-    def heard_from(self, kind, path):
-        """The names that one control had whenever it was announced so."""
-        listen()
-        return [name for heard_kind, _, name, heard_path in self.events if (heard_kind, heard_path) == (kind, path)]
+        return [name for heard, role, path, name in self.events if heard == kind and source in (role, path)]
 
 
 class Announcements(Walk):
@@ -121,7 +116,7 @@ class Announcements(Walk):
         self.becomes(lambda: texts.WRITTEN in self.spoken(), True, "the result")
         self.after_one_more_turn()
         line = self.control(texts.WRITTEN, pyatspi.ROLE_LABEL)
-        self.same(self.ears.heard_from("name", line.path), [texts.WRITING, texts.WRITTEN], "the status line")
+        self.same(self.ears.heard("name", line.path), [texts.WRITING, texts.WRITTEN], "the status line")
 
     def test_a_page_is_announced_once_and_by_its_step(self):
         self.connect()

@@ -5,54 +5,39 @@ import texts
 from walk import Walk, main
 
 UNRECOGNIZED = "The device sent an unrecognized response.\n\n(Error code: {})"
+INVALID_RESPONSE = "Invalid response from dongle (Error code: {})"
 INVALID_MESSAGE = "Invalid message received from server.\n\n(Error code: VC/TC)"
 REFUSED = "Failed to write instruction to device.\n\nError code: {}"
 LOST = "Disconnection during writing process. Your changes were not saved.\n\nError code: {}"
 
 
 class FailedConnections(Walk):
-    def fails(self, text, status=texts.BROKEN, *log):
-        """Next on the Welcome page ends in this dialog, and only Close is left."""
+    def test_every_failure_is_said_in_a_dialog_and_on_the_page_and_leaves_only_close(self):
+        not_read = "Failed to read settings."
+        for order, text, log in (
+            ("next status silent", UNRECOGNIZED.format("VS/CC"), "Error; could not get a status from the device"),
+            ("next protocolSelect invalid", INVALID_RESPONSE.format("VCPS/IV"), not_read),
+            ("next keyboardConfig invalid", INVALID_RESPONSE.format("VCKC/IV"), not_read),
+            ("next humDuration pulled-out", INVALID_MESSAGE, not_read),
+            ("pull-out", texts.NO_DONGLE, "No dongles found. Quitting."),
+        ):
+            with self.subTest(order):
+                self.dongle.send(order)
+                self.fails(text, texts.BROKEN, log)
+                self.start()
+
+    def test_link_down(self):
+        self.dongle.send("link 0")
+        self.fails(texts.LINK_DOWN, texts.NOT_CONNECTED, "Have a status:  0")
+
+    def fails(self, text, status, log):
         self.press("Next")
         self.hears_dialog(texts.connection_failed(text))
         self.press("OK")
         self.hears_page(texts.connect_page(status, reason=text), "Close")
-        self.logged(*log, "Could not connect.")
+        self.logged(log, "Could not connect.")
         self.press("Close")
         self.has_left()
-
-    def test_no_dongle(self):
-        self.dongle.send("pull-out")
-        self.fails(
-            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.",
-            texts.BROKEN,
-            "No dongles found. Quitting.",
-        )
-
-    def test_link_down(self):
-        self.dongle.send("link 0")
-        self.fails(
-            "Please ensure that your Velmorindal is turned on and in configuration mode.",
-            texts.NOT_CONNECTED,
-            "Have a status:  0",
-        )
-
-    def test_a_silent_device_at_the_status_check(self):
-        self.dongle.send("every status silent")
-        self.fails(UNRECOGNIZED.format("VS/CC"), texts.BROKEN, "Error; could not get a status from the device")
-
-    def test_a_dongle_pulled_out_while_settings_are_read(self):
-        self.dongle.send("next humDuration pulled-out")
-        self.fails(INVALID_MESSAGE, texts.BROKEN, "Failed to read settings.")
-
-    def test_a_device_that_answers_with_something_else(self):
-        for kind, code in (("protocolSelect", "VCPS/IV"), ("keyboardConfig", "VCKC/IV")):
-            with self.subTest(kind):
-                self.dongle.send(f"next {kind} invalid")
-                self.fails(
-                    f"Invalid response from dongle (Error code: {code})", texts.BROKEN, "Failed to read settings."
-                )
-                self.start()
 
     def test_two_dongles_are_a_warning(self):
         other = self.plug_in(name="cu.usbmodem-other")
@@ -70,11 +55,7 @@ class FailedConnections(Walk):
         first, reader = self.wizard, self.reader
         self.start()
         self.press("Next")
-        self.hears_dialog(
-            texts.connection_failed(
-                "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
-            )
-        )
+        self.hears_dialog(texts.connection_failed(texts.NO_DONGLE))
         self.press("OK")
         self.log_is("Open Result:  -1", "No dongles found. Quitting.", "Could not connect.")
         self.press("Close")
@@ -85,8 +66,7 @@ class FailedConnections(Walk):
         # The first one has lost nothing by it.
         self.wizard, self.reader = first, reader
         self.walk_to("Summary")
-        self.press("Save")
-        self.press("Yes")
+        self.agrees_to_save()
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
 
 
@@ -100,9 +80,7 @@ class FailedWrites(Walk):
         self.page = self.spoken()
 
     def fails(self, text):
-        self.press("Save")
-        self.hears_dialog(texts.SAVE_SETTINGS)
-        self.press("Yes")
+        self.agrees_to_save()
         self.hears_dialog(texts.save_failed(text))
         self.logged("Save done. Fail.", "Could not save.")
         self.press("OK")
@@ -122,10 +100,7 @@ class FailedWrites(Walk):
                 self.ready_to_save(output)
                 self.dongle.send(f"next {kind} refused")
                 self.fails(REFUSED.format(code))
-                self.press("Cancel")
-                self.hears_dialog(texts.CLOSE_PROGRAM)
-                self.press("Yes")
-                self.has_left()
+                self.leaves_by_cancel()
                 self.start()
 
     def test_a_dongle_pulled_out_while_writing_and_a_second_try(self):

@@ -17,9 +17,7 @@ LOADED = """<VibrationSwitch OutputPath="USBKeyboard" OutputMode="Direct" LongOu
 class Saving(Walk):
     def save_as(self, path):
         """Programs the device from the Summary page and saves the settings under that name."""
-        self.press("Save")
-        self.hears_dialog(texts.SAVE_SETTINGS)
-        self.press("Yes")
+        self.agrees_to_save()
         self.hears_dialog(texts.FILE_AFTER_SUCCESS)
         self.press("Yes")
         self.answer_file_panel(texts.SAVE_PANEL, path)
@@ -164,24 +162,13 @@ class Loading(Walk):
     def test_loading_works_without_a_device_and_cancel_does_nothing(self):
         self.dongle.send("pull-out")
         self.press("Next")
-        self.hears_dialog(
-            texts.connection_failed(
-                "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
-            )
-        )
-        self.press("OK")
-        self.press("Load")
+        self.hears_dialog(texts.connection_failed(texts.NO_DONGLE))
+        self.press("OK", "Load")
         self.hears_panel(texts.LOAD_PANEL)
         self.press("Cancel")
         self.becomes(self.dialogs, [], "no dialog")
         self.load(self.file("good.xml", LOADED))
-        self.hears_page(
-            texts.connect_page(
-                texts.BROKEN,
-                reason="Could not detect Velmorindal Dongle. Please ensure that it is plugged into a USB port.",
-            ),
-            "Close",
-        )
+        self.hears_page(texts.connect_page(texts.BROKEN, reason=texts.NO_DONGLE), "Close")
         self.logged("Load pressed", "Load pressed", "Found element:  VibrationSwitch")
 
 

@@ -7,16 +7,7 @@ import texts
 from screen_reader import pyatspi
 from walk import Walk, main
 
-QUERIES = [
-    "63 62 76 00",
-    "63 62 76 00",
-    "63 62 73 00",
-    "63 62 78 00",
-    "63 62 70 00",
-    "63 62 64 00",
-    "63 62 68 00",
-    "63 62 6b 00",
-]
+QUERIES = [f"63 62 {kind} 00" for kind in "76 76 73 78 70 64 68 6b".split()]
 RELAYS_LONG_SHORT = "63 62 79 0c 01 00 0a 00 e8 03 01 00 0a 00 e8 03"
 RELAYS_DIRECT = "63 62 79 0c 01 00 0a 00 e8 03 00 00 0a 00 e8 03"
 STORE = "63 62 77 00"
@@ -60,6 +51,11 @@ class Pages(Walk):
             for (left, top), (next_left, next_top) in zip(column, column[1:]):
                 self.same(next_top > top + 8 or next_left > left, True, "below or beside the text before it")
 
+    def shows(self, step, page, *buttons):
+        self.hears_page(page, *buttons)
+        self.is_at(step)
+        self.every_control_is_usable_and_in_its_place()
+
     def save(self):
         """From the Summary page to the end of the write, with no file wished for."""
         self.press("Save")
@@ -80,31 +76,19 @@ class Pages(Walk):
         self.dongle.send("detect-mode 0")
         self.same(self.windows()[0].name, texts.WINDOW)
         self.same(self.windows()[0].role in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW), True, "a window by its role")
-        self.hears_page(texts.WELCOME_PAGE, "Next", "Close")
-        self.is_at("Welcome")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Welcome", texts.WELCOME_PAGE, "Next", "Close")
         self.press("Next")
-        self.hears_page(texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
-        self.is_at("Connect")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Connect", texts.connect_page(texts.CONNECTED), "Cancel", "Back", "Next")
         self.becomes(self.log, self.connection_log(), "the log of connecting")
         self.press("Next")
-        self.hears_page(texts.mode_page("Direct Mode"), "Cancel", "Back", "Next")
-        self.is_at("Mode")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Mode", texts.mode_page("Direct Mode"), "Cancel", "Back", "Next")
         self.press("Next")
-        self.hears_page(texts.output_page("Switch Output"), "Cancel", "Back", "Next")
-        self.is_at("Ouptut")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Ouptut", texts.output_page("Switch Output"), "Cancel", "Back", "Next")
         self.press("Next")
-        self.hears_page(texts.calibration_page(), "Cancel", "Back", "Next")
-        self.is_at("Calibration")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Calibration", texts.calibration_page(), "Cancel", "Back", "Next")
         self.press("Next")
         rows = [("Mode:", "Direct mode"), ("Output:", "Switch Jack #2"), ("Clarity:", "0.50")]
-        self.hears_page(texts.summary_page(*rows), "Cancel", "Back", "Save")
-        self.is_at("Summary")
-        self.every_control_is_usable_and_in_its_place()
+        self.shows("Summary", texts.summary_page(*rows), "Cancel", "Back", "Save")
         self.save()
         self.hears_page(texts.summary_page(*rows, status=texts.WRITTEN), "Back", "Close")
         self.becomes(

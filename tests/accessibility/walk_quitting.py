@@ -18,16 +18,6 @@ class Quitting(Walk):
         self.key("ctrl+q")
         self.has_left()
 
-    def leaves_by_cancel(self):
-        self.press("Cancel")
-        self.hears_dialog(texts.CLOSE_PROGRAM)
-        self.press("Yes")
-        self.has_left()
-
-    def leaves_by_close(self):
-        self.press("Close")
-        self.has_left()
-
     def go_to(self, step):
         if step != "Welcome":
             self.connect()
@@ -83,18 +73,11 @@ class WhileConnecting(Quitting):
     def test_a_failed_attempt_leaves_too(self):
         self.dongle.send("link 0")
         self.press("Next")
-        self.hears_dialog(
-            texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode.")
-        )
+        self.hears_dialog(texts.connection_failed(texts.LINK_DOWN))
         self.press("OK")
-        self.hears_page(
-            texts.connect_page(
-                texts.NOT_CONNECTED,
-                reason="Please ensure that your Velmorindal is turned on and in configuration mode.",
-            ),
-            "Close",
-        )
-        self.leaves_by_close()
+        self.hears_page(texts.connect_page(texts.NOT_CONNECTED, reason=texts.LINK_DOWN), "Close")
+        self.press("Close")
+        self.has_left()
 
 
 class WhileMeasuring(Quitting):
