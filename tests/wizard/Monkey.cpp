@@ -57,7 +57,7 @@ Monkey::~Monkey() {
 
 void Monkey::startProgram() {
     ++programs_;
-    log_.clear();
+    log_.take();
     farewell_.reset();
     users_.emplace(system_);
     system_.forgetCut();
@@ -67,7 +67,7 @@ void Monkey::startProgram() {
     plugIn();
     wizard_ =
         std::make_unique<Wizard>(dispatch_, system_, DongleSearch{.directory = devices_.path().string()},
-                                 QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.text(); });
+                                 QtFilePanel::Kind::toolkit, [this] { farewell_ = log_.take(); });
     wizard_->applicationDidFinishLaunching();
     QApplication::processEvents();
 }

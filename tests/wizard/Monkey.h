@@ -13,7 +13,7 @@
 #include "DeviceUsers.h"
 #include "MonkeyHands.h"
 #include "PosixSystem.h"
-#include "PrintedLog.h"
+#include "PrintedLines.h"
 #include "QtDispatch.h"
 #include "SentFrames.h"
 #include "StepWatch.h"
@@ -72,13 +72,12 @@ class Monkey {
     void checkFarewell();
     void checkThatNothingIsLeftOpen();
     std::vector<std::string> buttonsOfTheTable() const;
-    std::vector<std::string> buttonsShown() const;
 
     const std::uint64_t seed_;
     std::mt19937_64 random_;
     TemporaryDirectory devices_;
     TemporaryDirectory files_;
-    PrintedLog log_;
+    PrintedLines log_;
     MonkeyHands hands_{random_, files_.path()};
     std::unique_ptr<VirtualDongle> dongle_;
     SentFrames sent_;

@@ -1,12 +1,10 @@
 // What must always hold. The table of the buttons is written down by hand.
 
 #include <QApplication>
-#include <QPushButton>
-#include <algorithm>
 #include <utility>
 
 #include "Monkey.h"
-#include "NavigationRow.h"
+#include "WizardDriver.h"
 
 namespace velmorindal {
 namespace {
@@ -73,7 +71,7 @@ void Monkey::checkButtons() {
     do {
         wanted = buttonsOfTheTable();
         QApplication::processEvents();
-        shown = buttonsShown();
+        shown = navigationButtons(wizard_->window());
     } while (wanted != buttonsOfTheTable());
     if (wanted == shown) {
         sawWriteWithoutState_ = false;
@@ -83,8 +81,9 @@ void Monkey::checkButtons() {
     // once, it is left alone; seen again at once, it has to pass.
     const bool onSummary = wizard_->container().currentState.get() == wizardState::Summary;
     if (onSummary && shown == Buttons{"Cancel"} &&
-        (!std::exchange(sawWriteWithoutState_, true) ||
-         turnUntil(longestWriteWithoutState, [this] { return buttonsOfTheTable() == buttonsShown(); }))) {
+        (!std::exchange(sawWriteWithoutState_, true) || turnUntil(longestWriteWithoutState, [this] {
+            return buttonsOfTheTable() == navigationButtons(wizard_->window());
+        }))) {
         return;
     }
     fail("The buttons shown were " + listed(shown) + " and should have been " + listed(wanted) + ".");
@@ -140,22 +139,6 @@ std::vector<std::string> Monkey::buttonsOfTheTable() const {
         return {"Cancel"};
     }
     return model.justSaved.get() ? Buttons{"Back", "Close"} : Buttons{"Cancel", "Back", "Save"};
-}
-
-std::vector<std::string> Monkey::buttonsShown() const {
-    std::vector<const QPushButton*> buttons;
-    for (const QPushButton* button :
-         wizard_->window().findChild<NavigationRow*>()->findChildren<QPushButton*>()) {
-        if (button->isVisible()) {
-            buttons.push_back(button);
-        }
-    }
-    std::ranges::sort(buttons, {}, [](const QPushButton* button) { return button->x(); });
-    Buttons texts;
-    for (const QPushButton* button : buttons) {
-        texts.push_back(button->text().toStdString());
-    }
-    return texts;
 }
 
 }  // namespace velmorindal

@@ -21,9 +21,9 @@ const std::vector<ByteBuffer> connecting{
 };
 
 const ByteBuffer gazell{c, b, 0x78, 0x01, 0x00};
-const ByteBuffer bluetooth{c, b, 0x78, 0x01, 0x01};
-const ByteBuffer usb{c, b, 0x70, 0x01, 0x00};
-const ByteBuffer relay{c, b, 0x70, 0x01, 0x01};
+const ByteBuffer bluetoothProtocol{c, b, 0x78, 0x01, 0x01};
+const ByteBuffer usbPath{c, b, 0x70, 0x01, 0x00};
+const ByteBuffer relayPath{c, b, 0x70, 0x01, 0x01};
 
 const ByteBuffer humContinuous{c, b, 0x64, 0x0B, 0x00, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x02, 0x00};
 const ByteBuffer humShortOnly{c, b, 0x64, 0x0B, 0x01, 0, 0, 0x32, 0, 0x32, 0, 0xFF, 0xFF, 0x04, 0x00};
@@ -44,112 +44,78 @@ const ByteBuffer shortSpaceLongShiftTab{c, b, 0x6B, 0x08, 0, 0x2C, 0, 0, 0x02, 0
 
 const ByteBuffer store{c, b, 0x77, 0x00};
 
-struct Programming {
-    const char* name;
-    const char* output;
-    bool longShort;
-    bool shortOutput;
-    bool longOutput;
+/// What a person chooses, and the frames of its own that this makes.
+struct Output {
+    std::string label;
     std::vector<ByteBuffer> frames;
 };
 
-const std::vector<Programming>& programmings() {
-    static const std::vector<Programming> table{
-        {"SwitchDirect",
-         "Switch Output",
-         false,
-         false,
-         false,
-         {gazell, relay, humContinuous, relayDirect, thresholds, noKeys, store}},
-        {"SwitchShort",
-         "Switch Output",
-         true,
-         true,
-         false,
-         {gazell, relay, humShortOnly, relayLongShort, thresholds, noKeys, store}},
-        {"SwitchLong",
-         "Switch Output",
-         true,
-         false,
-         true,
-         {gazell, relay, humLongOnly, relayLongShort, thresholds, noKeys, store}},
-        {"SwitchShortAndLong",
-         "Switch Output",
-         true,
-         true,
-         true,
-         {gazell, relay, humShortAndLong, relayLongShort, thresholds, noKeys, store}},
-        {"UsbDirect",
-         "USB Keyboard",
-         false,
-         false,
-         false,
-         {gazell, usb, humContinuous, relayDirect, thresholds, directF5, store}},
-        {"UsbShort",
-         "USB Keyboard",
-         true,
-         true,
-         false,
-         {gazell, usb, humShortOnly, relayLongShort, thresholds, shortTabLongEnter, store}},
-        {"UsbLong",
-         "USB Keyboard",
-         true,
-         false,
-         true,
-         {gazell, usb, humLongOnly, relayLongShort, thresholds, shortSpaceLongShiftTab, store}},
-        {"UsbShortAndLong",
-         "USB Keyboard",
-         true,
-         true,
-         true,
-         {gazell, usb, humShortAndLong, relayLongShort, thresholds, shortTabLongShiftTab, store}},
-        {"BluetoothDirect",
-         "Bluetooth Keyboard",
-         false,
-         false,
-         false,
-         {bluetooth, humContinuous, relayDirect, thresholds, directF5, store}},
-        {"BluetoothShort",
-         "Bluetooth Keyboard",
-         true,
-         true,
-         false,
-         {bluetooth, humShortOnly, relayLongShort, thresholds, shortTabLongEnter, store}},
-        {"BluetoothLong",
-         "Bluetooth Keyboard",
-         true,
-         false,
-         true,
-         {bluetooth, humLongOnly, relayLongShort, thresholds, shortSpaceLongShiftTab, store}},
-        {"BluetoothShortAndLong",
-         "Bluetooth Keyboard",
-         true,
-         true,
-         true,
-         {bluetooth, humShortAndLong, relayLongShort, thresholds, shortTabLongShiftTab, store}},
-    };
-    return table;
-}
+struct Mode {
+    bool longShort;
+    bool shortOutput;
+    bool longOutput;
+    ByteBuffer durations;
+    ByteBuffer relays;
+};
+
+const Output switches{"Switch Output", {gazell, relayPath}};
+const Output usb{"USB Keyboard", {gazell, usbPath}};
+const Output bluetooth{"Bluetooth Keyboard", {bluetoothProtocol}};
+
+const Mode direct{false, false, false, humContinuous, relayDirect};
+const Mode shortOnly{true, true, false, humShortOnly, relayLongShort};
+const Mode longOnly{true, false, true, humLongOnly, relayLongShort};
+const Mode shortAndLong{true, true, true, humShortAndLong, relayLongShort};
+
+struct Programming {
+    const char* name;
+    Output output;
+    Mode mode;
+    ByteBuffer keys;
+
+    std::vector<ByteBuffer> frames() const {
+        std::vector<ByteBuffer> all = connecting;
+        all.insert(all.end(), output.frames.begin(), output.frames.end());
+        all.insert(all.end(), {mode.durations, mode.relays, thresholds, keys, store});
+        return all;
+    }
+};
+
+const std::vector<Programming> programmings{
+    {"SwitchDirect", switches, direct, noKeys},
+    {"SwitchShort", switches, shortOnly, noKeys},
+    {"SwitchLong", switches, longOnly, noKeys},
+    {"SwitchShortAndLong", switches, shortAndLong, noKeys},
+    {"UsbDirect", usb, direct, directF5},
+    {"UsbShort", usb, shortOnly, shortTabLongEnter},
+    {"UsbLong", usb, longOnly, shortSpaceLongShiftTab},
+    {"UsbShortAndLong", usb, shortAndLong, shortTabLongShiftTab},
+    {"BluetoothDirect", bluetooth, direct, directF5},
+    {"BluetoothShort", bluetooth, shortOnly, shortTabLongEnter},
+    {"BluetoothLong", bluetooth, longOnly, shortSpaceLongShiftTab},
+    {"BluetoothShortAndLong", bluetooth, shortAndLong, shortTabLongShiftTab},
+};
 
 /// From the first page to the last, as a person goes, and looks at what has reached the device.
 void expectExactlyTheFramesOf(const Programming& programming, WizardDriver& driver,
                               const SimulatedDongle& dongle) {
+    const Mode& mode = programming.mode;
     driver.walkTo(wizardState::Mode);
-    driver.choose(programming.longShort ? "Long/Short Mode" : "Direct Mode");
-    if (programming.longShort) {
-        driver.check("Enable short output", programming.shortOutput);
-        driver.check("Enable long output", programming.longOutput);
+    driver.choose(mode.longShort ? "Long/Short Mode" : "Direct Mode");
+    if (mode.longShort) {
+        driver.check("Enable short output", mode.shortOutput);
+        driver.check("Enable long output", mode.longOutput);
     }
     driver.press("Next");
-    driver.choose(programming.output);
-    if (programming.output != std::string{"Switch Output"}) {
-        if (!programming.longShort) {
+    driver.choose(programming.output.label);
+    if (programming.output.label != switches.label) {
+        if (!mode.longShort) {
             driver.chooseKey("Keystroke", "F5");
         }
-        if (programming.shortOutput) {
+        if (mode.shortOutput) {
             driver.chooseKey("Short hum keystroke", "Tab");
         }
-        if (programming.longOutput) {
+        if (mode.longOutput) {
             driver.chooseKey("Long hum keystroke", "Shift+Tab");
         }
     }
@@ -172,9 +138,7 @@ void expectExactlyTheFramesOf(const Programming& programming, WizardDriver& driv
     EXPECT_TRUE(driver.shows("Settings successfully written. Please restart your Velmorindal."));
     EXPECT_EQ(driver.buttons(), (std::vector<std::string>{"Back", "Close"}));
 
-    std::vector<ByteBuffer> expected = connecting;
-    expected.insert(expected.end(), programming.frames.begin(), programming.frames.end());
-    EXPECT_THAT(dongle.receivedFrames(), ElementsAreArray(expected));
+    EXPECT_THAT(dongle.receivedFrames(), ElementsAreArray(programming.frames()));
     EXPECT_EQ(dongle.skippedBytes(), 0U);
     EXPECT_EQ(dongle.state().stored, dongle.state().settings);
 }
@@ -185,7 +149,7 @@ TEST_P(ProgrammingTest, AWholeRunSendsExactlyTheseFrames) {
     expectExactlyTheFramesOf(GetParam(), driver, dongle);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryOutputAndMode, ProgrammingTest, testing::ValuesIn(programmings()),
+INSTANTIATE_TEST_SUITE_P(EveryOutputAndMode, ProgrammingTest, testing::ValuesIn(programmings),
                          [](const auto& test) { return std::string{test.param.name}; });
 
 class ProgrammingOnATerminalTest : public testing::TestWithParam<Programming> {
@@ -200,7 +164,7 @@ TEST_P(ProgrammingOnATerminalTest, AWholeRunSendsExactlyTheseFrames) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryKindOfDevice, ProgrammingOnATerminalTest,
-                         testing::Values(programmings()[0], programmings()[5], programmings()[11]),
+                         testing::Values(programmings[0], programmings[5], programmings[11]),
                          [](const auto& test) { return std::string{test.param.name}; });
 
 TEST_F(WholeRunTest, WithNeitherOutputNextIsWithheldUntilOneIsEnabled) {

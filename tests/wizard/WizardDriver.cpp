@@ -59,7 +59,31 @@ MessageDialog* shownMessage() {
     return nullptr;
 }
 
+template <typename Control>
+Control& shownControl(const QWidget& top, const std::string& name) {
+    for (Control* control : top.findChildren<Control*>()) {
+        if (control->isVisible() && control->accessibleName().toStdString() == name) {
+            return *control;
+        }
+    }
+    fail("There is no \"" + name + "\".");
+}
+
+/// By keys, from the first step or entry on.
+void moveTo(QWidget& control, int step, Qt::Key key) {
+    control.setFocus();
+    QTest::keyClick(&control, Qt::Key_Home);
+    for (int done = 0; done < step; ++done) {
+        QTest::keyClick(&control, key);
+    }
+    QApplication::processEvents();
+}
+
 }  // namespace
+
+std::vector<std::string> navigationButtons(const QWidget& window) {
+    return shownTexts(window.findChild<NavigationRow*>()->findChildren<QPushButton*>());
+}
 
 WizardDriver::WizardDriver(const std::filesystem::path& deviceDirectory) {
     open(deviceDirectory, dispatch_, system_);
@@ -148,40 +172,16 @@ void WizardDriver::check(const std::string& box, bool checked) {
 }
 
 void WizardDriver::chooseKey(const std::string& label, const std::string& key) const {
-    for (QComboBox* list : top().findChildren<QComboBox*>()) {
-        if (!list->isVisible() || list->accessibleName().toStdString() != label) {
-            continue;
-        }
-        const int row = list->findText(QString::fromStdString(key));
-        if (row < 0) {
-            std::string what = "\"";
-            fail(what.append(label).append("\" does not offer \"").append(key).append("\"."));
-        }
-        list->setFocus();
-        QTest::keyClick(list, Qt::Key_Home);
-        for (int step = 0; step < row; ++step) {
-            QTest::keyClick(list, Qt::Key_Down);
-        }
-        QApplication::processEvents();
-        return;
+    auto& list = shownControl<QComboBox>(top(), label);
+    const int row = list.findText(QString::fromStdString(key));
+    if (row < 0) {
+        fail("There is no \"" + key + "\" to choose.");
     }
-    fail("There is no list \"" + label + "\".");
+    moveTo(list, row, Qt::Key_Down);
 }
 
 void WizardDriver::moveSlider(const std::string& name, int steps) const {
-    for (QSlider* slider : top().findChildren<QSlider*>()) {
-        if (!slider->isVisible() || slider->accessibleName().toStdString() != name) {
-            continue;
-        }
-        slider->setFocus();
-        QTest::keyClick(slider, Qt::Key_Home);
-        for (int step = 0; step < steps; ++step) {
-            QTest::keyClick(slider, Qt::Key_Up);
-        }
-        QApplication::processEvents();
-        return;
-    }
-    fail("There is no slider \"" + name + "\".");
+    moveTo(shownControl<QSlider>(top(), name), steps, Qt::Key_Up);
 }
 
 void WizardDriver::answerFileDialog(const std::optional<std::filesystem::path>& path) {
@@ -229,7 +229,7 @@ bool WizardDriver::dialogIsShown() const {
 
 std::vector<std::string> WizardDriver::buttons() const {
     QApplication::processEvents();
-    return shownTexts(wizard_->window().findChild<NavigationRow*>()->findChildren<QPushButton*>());
+    return navigationButtons(wizard_->window());
 }
 
 bool WizardDriver::shows(const std::string& text) const {

@@ -15,6 +15,9 @@ class QWidget;
 
 namespace velmorindal {
 
+/// The texts of the navigation buttons that are shown, left to right.
+std::vector<std::string> navigationButtons(const QWidget& window);
+
 /// Drives the real wizard, in this process, as a person does: presses what is shown, reads what is there.
 ///
 /// Everything waits for what it needs, five minutes at most, and throws std::runtime_error when it does not
