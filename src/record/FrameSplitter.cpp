@@ -29,7 +29,10 @@ std::vector<ByteBuffer> FrameSplitter::add(std::span<const std::uint8_t> bytes) 
     for (const std::uint8_t byte : bytes) {
         pending_.push_back(byte);
         const std::size_t strange = lengthBetweenFrames();
-        if (strange == longestPieceBetweenFrames || (strange > 0 && pending_.size() == strange + 2)) {
+        if (strange >= longestPieceBetweenFrames) {
+            // It can be one byte too long, when a byte that might have started a frame did not.
+            cut(longestPieceBetweenFrames);
+        } else if (strange > 0 && pending_.size() == strange + 2) {
             cut(strange);
         }
         if (lengthBetweenFrames() == 0 && pending_.size() >= Header::HeaderSize &&

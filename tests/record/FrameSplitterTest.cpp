@@ -71,6 +71,17 @@ TEST(FrameSplitter, EndlessBytesBetweenFramesComeOutInPieces) {
     EXPECT_EQ(splitter.flush().size(), 1U);
 }
 
+TEST(FrameSplitter, AByteThatMightStartAFrameMakesNoPieceLonger) {
+    FrameSplitter splitter{Side::device};
+    ByteBuffer strange(FrameSplitter::longestPieceBetweenFrames * 2);
+    strange[FrameSplitter::longestPieceBetweenFrames - 1] = 0x72;
+    const std::vector<ByteBuffer> pieces = splitter.add(strange);
+    ASSERT_EQ(pieces.size(), 2U);
+    EXPECT_EQ(pieces[0].size(), FrameSplitter::longestPieceBetweenFrames);
+    EXPECT_EQ(pieces[1].size(), FrameSplitter::longestPieceBetweenFrames);
+    EXPECT_EQ(splitter.flush(), ByteBuffer{});
+}
+
 TEST(FrameSplitter, TheLongestFrameIsOnePiece) {
     FrameSplitter splitter{Side::device};
     ByteBuffer frame(4 + 255, 0x72);
