@@ -1,12 +1,17 @@
 #include "HumDetector.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace velmorindal {
 
-std::optional<double> HumDetector::next(double clarity) {
+std::optional<double> HumDetector::next(double reading) {
     constexpr double rise = 0.1;
+    if (!std::isfinite(reading)) {
+        return std::nullopt;
+    }
+    const double clarity = std::max(reading, 0.0);
     if (!humming_) {
         lowest_ = std::min(lowest_.value_or(clarity), clarity);
         if (clarity >= *lowest_ + rise) {

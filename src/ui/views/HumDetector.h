@@ -11,9 +11,9 @@ namespace velmorindal {
 /// end of a hum counts as one. The first reading only sets the lowest value.
 class HumDetector {
   public:
-    /// Takes the next reading, 0 to 1. @returns the highest clarity of the hum that ends with it, if
-    /// one does.
-    std::optional<double> next(double clarity);
+    /// Takes the next reading, 0 to 1. Ignores one that is not finite, and takes one below 0 for 0.
+    /// @returns the highest clarity of the hum that ends with it, if one does.
+    std::optional<double> next(double reading);
 
   private:
     bool humming_ = false;

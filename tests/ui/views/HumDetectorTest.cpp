@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <vector>
 
 namespace velmorindal {
@@ -36,6 +37,16 @@ TEST(HumDetector, EachOfSeveralHumsIsReported) {
 
 TEST(HumDetector, HumsAreReportedOverNoiseAboveHalfOfTheirClarity) {
     EXPECT_THAT(humsIn({0.3, 0.55, 0.31, 0.3, 0.55, 0.3}), testing::ElementsAre(0.55, 0.55));
+}
+
+TEST(HumDetector, AReadingThatIsNoNumberIsIgnored) {
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    constexpr double endless = std::numeric_limits<double>::infinity();
+    EXPECT_THAT(humsIn({none, 0.1, -endless, 0.5, none, endless, 0.1}), testing::ElementsAre(0.5));
+}
+
+TEST(HumDetector, AReadingBelowZeroCountsAsZero) {
+    EXPECT_THAT(humsIn({0.1, -3.0, 0.2, 0.8, 0.3}), testing::ElementsAre(0.8));
 }
 
 TEST(HumDetector, TheFirstReadingIsNoHum) {
