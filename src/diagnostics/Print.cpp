@@ -52,11 +52,12 @@ std::string inQuotes(std::string_view text) {
     return result + '"';
 }
 
-/// Whether PIPE_BUF bytes can be written without blocking. Waits only for the first line that is not read, so
-/// that a stopped reader costs the program one second in all and not one for each line.
+/// Whether PIPE_BUF bytes can be written without blocking. Of each stream, waits only for the first line that
+/// is not read, so that a stopped reader costs the program one second in all and not one for each line.
 bool takesMore(int descriptor) {
     constexpr int patienceMilliseconds = 1000;
-    static std::atomic<int> patience = patienceMilliseconds;
+    static std::array<std::atomic<int>, 2> patienceOfStreams{patienceMilliseconds, patienceMilliseconds};
+    std::atomic<int>& patience = patienceOfStreams[descriptor == STDERR_FILENO ? 1 : 0];
     pollfd output{.fd = descriptor, .events = POLLOUT, .revents = 0};
     const bool room = ::poll(&output, 1, patience) != 0;
     patience = room ? patienceMilliseconds : 0;

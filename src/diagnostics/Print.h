@@ -44,8 +44,8 @@ class PrintItem {
 
 /// Writes `text` and a newline to `descriptor`, in one write unless the system takes only a part of it or it
 /// is longer than a pipe takes at once (PIPE_BUF). A descriptor that cannot be written is ignored. If there
-/// is no room for a second, the rest of the text is dropped, and so are all later texts until there is room
-/// again: diagnostics never stop the program. Safe from any thread.
+/// is no room for a second, the rest of the text is dropped, and so are all later texts for that stream until
+/// there is room again: diagnostics never stop the program. Safe from any thread.
 void writeLine(int descriptor, std::string_view text);
 
 enum class PrintStream { standardOutput, standardError };
@@ -54,7 +54,7 @@ enum class PrintStream { standardOutput, standardError };
 /// threads do not mix. Safe from any thread.
 void printItems(PrintStream stream, std::span<const PrintItem> items);
 
-/// While one exists, only the thread that created it prints; other threads wait with printing.
+/// While one exists, only the thread that created it prints; other threads wait before they print.
 class PrintLock {
   public:
     PrintLock();
