@@ -99,6 +99,9 @@ std::optional<NodeHolder> findNodeHolder(const std::string& path) {
     }
     std::error_code unreadable;
     const fs::path name = fs::canonical(path, unreadable);
+    if (name.empty()) {
+        return std::nullopt;
+    }
     for (fs::directory_iterator entry{"/proc", unreadable}; !unreadable && entry != fs::directory_iterator{};
          entry.increment(unreadable)) {
         const auto process = numberIn<pid_t>(entry->path().filename().native());
