@@ -23,10 +23,7 @@ bool AppDelegate::applicationShouldTerminate() {
     print("I'm being told to go now.");
     print("Quitting program!");
     print("Setting polling state from ", velmorindal.pollingState.get(), PollingState::none);
-    // A run that is only starting has set bgIsProcessing, but no polling state yet.
-    if (velmorindal.pollingState.get() != PollingState::none || velmorindal.bgIsProcessing) {
-        velmorindal.stopPollingAndWait();
-    }
+    velmorindal.stopPollingAndWait();
     // The write posts its final state to the main queue, which runs on this thread.
     while (velmorindal.connectionState.get() == ConnectionStatus::writing) {
         print("Waiting for write to finish.");

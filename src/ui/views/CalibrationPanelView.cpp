@@ -76,9 +76,7 @@ void CalibrationPanelView::toggle(PollingState measurement) {
 
 void CalibrationPanelView::stop() {
     begun_ = PollingState::none;
-    if (isStarting() || velmorindal.pollingState.get() != PollingState::none) {
-        velmorindal.stopPollingAndWait();
-    }
+    velmorindal.stopPollingAndWait();
 }
 
 bool CalibrationPanelView::isStarting() const {
