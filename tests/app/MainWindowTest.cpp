@@ -5,6 +5,8 @@
 #include <chrono>
 
 #include "ApplicationFont.h"
+#include "Look.h"
+#include "PageWidget.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -19,6 +21,8 @@ class MainWindowTest : public WindowTest {
             return text->accessibleName().contains(QLatin1String{words});
         });
     }
+
+    int widestPage() { return window().findChild<PageWidget*>()->maximumWidth(); }
 
     void humArrives(double seconds) {
         ++velmorindal.readingsReceived;
@@ -162,9 +166,12 @@ TEST_F(MainWindowTest, AHumWhileAnotherWindowIsActiveIsNotSaidLater) {
 TEST_F(MainWindowTest, ItGrowsWithTheFont) {
     const ApplicationFont font;
     const QSize sizeBefore = window().minimumSize();
+    EXPECT_EQ(widestPage(), look::comfortableLineWidth());
 
     font.scale(1.2);
     settle();
+
+    EXPECT_EQ(widestPage(), look::comfortableLineWidth());
 
     const QSize sizeAfter = window().minimumSize();
     EXPECT_GT(sizeAfter.width() * sizeAfter.height(), sizeBefore.width() * sizeBefore.height());

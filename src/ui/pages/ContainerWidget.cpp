@@ -45,7 +45,6 @@ ContainerWidget::ContainerWidget(ContainerView& view)
     below->addStretch();
     below->addWidget(buttons_, 1);
     below->addStretch();
-    buttons_->setMaximumWidth(look::comfortableLineWidth());
     right->addLayout(below);
     auto* row = new QHBoxLayout{whole_};
     row->setContentsMargins(0, 0, 0, 0);
@@ -131,6 +130,11 @@ QSize ContainerWidget::wholeSize(const QSize& wanted, const QSize& room) const {
 }
 
 void ContainerWidget::measure() {
+    const int widest = look::comfortableLineWidth();
+    buttons_->setMaximumWidth(widest);
+    for (int i = 0; i < pages_->count(); ++i) {
+        scroller(i).page().setMaximumWidth(widest);
+    }
     const QSize row = buttons_->minimumSizeHint();
     int width = row.width();
     for (int i = 0; i < pages_->count(); ++i) {

@@ -30,7 +30,8 @@ class ContainerWidget final : public QWidget {
     /// gets wider before it gets higher than `room`.
     QSize wholeSize(const QSize& wanted, const QSize& room) const;
 
-    /// Updates the size below which all of it scrolls. Call it when the font or the style has changed.
+    /// Updates the size below which all of it scrolls, and the largest widths of the pages and the buttons.
+    /// Call it when the font or the style has changed.
     void measure();
 
     /// Where the focus was put.

@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 
-#include "Look.h"
 #include "PageWidget.h"
 
 namespace velmorindal {
@@ -27,8 +26,6 @@ class Surroundings final : public QWidget {
 }  // namespace
 
 PageScroller::PageScroller(PageWidget* page, const QString& accessibleName)
-    : FocusScroller{new Surroundings{page}, accessibleName}, page_{page} {
-    page->setMaximumWidth(look::comfortableLineWidth());
-}
+    : FocusScroller{new Surroundings{page}, accessibleName}, page_{page} {}
 
 }  // namespace velmorindal
