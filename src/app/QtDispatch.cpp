@@ -4,9 +4,9 @@
 #include <QEvent>
 #include <chrono>
 #include <cstddef>
+#include <exception>
 #include <future>
 #include <memory>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -72,10 +72,10 @@ void QtDispatch::startBackgroundWork() {
             std::thread{toStart_.front()}.detach();
         }
         untilNextTry_.stop();
-    } catch (const std::system_error& error) {
+    } catch (const std::exception& error) {
         if (!untilNextTry_.isActive()) {
             untilNextTry_.start();
-            warn("No thread can be started for work with the device:", error.code().message());
+            warn("No thread can be started for work with the device:", error.what());
         }
     }
 }

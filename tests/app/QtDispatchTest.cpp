@@ -22,6 +22,7 @@ namespace velmorindal {
 namespace {
 
 using testing::ElementsAre;
+using testing::MatchesRegex;
 
 constexpr int bound = 600'000;
 
@@ -234,8 +235,8 @@ TEST(QtDispatch, BackgroundWorkThatGetsNoThreadStartsOnceThereIsOne) {
             QCoreApplication::processEvents();
             EXPECT_FALSE(begun);
         }
-        EXPECT_EQ(warnings.take(),
-                  "No thread can be started for work with the device: Resource temporarily unavailable\n");
+        EXPECT_THAT(warnings.take(),
+                    MatchesRegex("No thread can be started for work with the device: [^\n]+\n"));
         EXPECT_TRUE(QTest::qWaitFor([&] { return begun.load(); }, bound));
         EXPECT_EQ(warnings.take(), "");
     }
