@@ -84,6 +84,7 @@ TEST_F(QtFilePanelTest, ANameIsSuggestedForAFileToSave) {
 
     EXPECT_EQ(dialog()->selectedFiles(),
               QStringList{QString::fromStdString(path("Velmorindal settings.xml"))});
+    EXPECT_EQ(dialog()->defaultSuffix(), QStringLiteral("xml"));
 }
 
 TEST_F(QtFilePanelTest, AChosenFileArrivesByItsWholePath) {

@@ -55,15 +55,18 @@ TEST_F(SummaryPanelWidgetTest, TheStatusFollowsTheWrite) {
         showsText(QStringLiteral("Settings successfully written. Please restart your Velmorindal.")));
 }
 
-TEST_F(SummaryPanelWidgetTest, ARowThatGoesTakesItsLabelWithIt) {
+TEST_F(SummaryPanelWidgetTest, ARowThatGoesTakesItsLabelAndValueWithIt) {
     velmorindal.outputMode = OutputMode::LongShort;
+    velmorindal.cutoff = 2.5;
     settle();
     ASSERT_TRUE(showsText(QStringLiteral("Long/Short cutoff:")));
+    ASSERT_TRUE(showsText(QStringLiteral("2.50s")));
 
     velmorindal.outputMode = OutputMode::Direct;
     settle();
 
     EXPECT_FALSE(showsText(QStringLiteral("Long/Short cutoff:")));
+    EXPECT_FALSE(showsText(QStringLiteral("2.50s")));
 }
 
 TEST_F(SummaryPanelWidgetTest, ItHasRoomForALongReasonBeforeThereIsOne) {

@@ -45,6 +45,23 @@ TEST_F(AnnouncementsTest, WhatTheFocusMakesAScreenReaderSayIsLeftToIt) {
     EXPECT_THAT(arrivalAt(wizardState::Connect), HasSubstr("It's time to connect"));
 }
 
+TEST_F(AnnouncementsTest, AllTextsOfAPageAreSaidOnArrival) {
+    velmorindal.connectionState = ConnectionStatus::connected;
+    said();
+    const std::string mode = arrivalAt(wizardState::Mode);
+    for (const ModePanelView::Explanation& explanation : ModePanelView::explanations) {
+        EXPECT_THAT(mode, HasSubstr(std::string{explanation.label}.append(" ").append(explanation.text)));
+    }
+    using View = CalibrationPanelView;
+    std::string calibration;
+    for (const std::string_view text :
+         {View::title, View::placement, View::clarityHeading, View::clarityExplanation, View::durationHeading,
+          View::durationExplanation}) {
+        calibration.append(calibration.empty() ? "" : "\n").append(text);
+    }
+    EXPECT_EQ(arrivalAt(wizardState::Calibration), calibration);
+}
+
 TEST_F(AnnouncementsTest, TheRowsOfTheSummaryAreSaidOnArrival) {
     said();
     EXPECT_EQ(arrivalAt(wizardState::Summary), "Mode: Direct mode\nOutput: Switch Jack #2\nClarity: 0.50");
