@@ -7,8 +7,8 @@
 
 namespace velmorindal {
 
-IndicatorWidget::IndicatorWidget(const CalibrationPanelView::Indicator& indicator, QWidget* parent)
-    : QWidget{parent}, lit_{indicator.lit}, color_{toQColor(indicator.color())} {
+IndicatorWidget::IndicatorWidget(const CalibrationPanelView::Indicator& indicator)
+    : lit_{indicator.lit}, color_{toQColor(indicator.color())} {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(toQString(indicator.accessibleName));
     setIndicator(indicator);

@@ -11,7 +11,7 @@ class IndicatorWidget final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit IndicatorWidget(const CalibrationPanelView::Indicator& indicator, QWidget* parent = nullptr);
+    explicit IndicatorWidget(const CalibrationPanelView::Indicator& indicator);
 
     void setIndicator(const CalibrationPanelView::Indicator& indicator);
 

@@ -7,7 +7,7 @@
 
 namespace velmorindal {
 
-KeyList::KeyList(const QString& accessibleName, QWidget* parent) : QComboBox{parent} {
+KeyList::KeyList(const QString& accessibleName) {
     setAccessibleName(accessibleName);
     for (const Choice<OutputKey>& entry : OutputPanelView::keyEntries()) {
         addItem(toQString(entry.label), static_cast<int>(entry.value));

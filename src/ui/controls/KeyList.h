@@ -11,7 +11,7 @@ class KeyList final : public QComboBox {
     Q_OBJECT
 
   public:
-    explicit KeyList(const QString& accessibleName, QWidget* parent = nullptr);
+    explicit KeyList(const QString& accessibleName);
 
     /// The chosen key.
     OutputKey key() const;

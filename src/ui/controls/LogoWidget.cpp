@@ -36,7 +36,7 @@ void paintShadow(QPainter& painter, const QPointF& center, double radius) {
 
 }  // namespace
 
-LogoWidget::LogoWidget(QWidget* parent) : QWidget{parent} {
+LogoWidget::LogoWidget() {
     setAccessibleName(toQString(logo.resourceName));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

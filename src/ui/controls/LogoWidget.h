@@ -9,7 +9,7 @@ class LogoWidget final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit LogoWidget(QWidget* parent = nullptr);
+    LogoWidget();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -14,16 +14,6 @@
 
 namespace velmorindal {
 
-namespace {
-
-void setEnabledIfChanged(QWidget* control, bool enabled) {
-    if (control->isEnabled() != enabled) {
-        control->setEnabled(enabled);
-    }
-}
-
-}  // namespace
-
 CalibrationPanelWidget::CalibrationPanelWidget(CalibrationPanelView& view)
     : view_{view}, grid_{new QGridLayout} {
     using View = CalibrationPanelView;
@@ -114,8 +104,8 @@ std::vector<CalibrationPanelWidget::IndicatorRow> CalibrationPanelWidget::addMet
 
 void CalibrationPanelWidget::refresh() {
     const PollingState running = view_.velmorindal.pollingState.get();
-    setEnabledIfChanged(clarity_.show, view_.showClarityEnabled());
-    setEnabledIfChanged(duration_.show, view_.showDurationEnabled());
+    clarity_.show->setEnabled(view_.showClarityEnabled());
+    duration_.show->setEnabled(view_.showDurationEnabled());
     clarity_.show->setRunning(running == PollingState::clarity);
     duration_.show->setRunning(running == PollingState::duration);
     showWhereAny(clarity_.trouble, view_.troubleWith(PollingState::clarity));

@@ -22,7 +22,7 @@ void paintIn(QWidget* widget, const QColor& text, const QColor& background) {
 
 }  // namespace
 
-StepColumn::StepColumn(QWidget* parent) : QWidget{parent} {
+StepColumn::StepColumn() {
     const int unit = look::spacing();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     paintIn(this, toQColor(colors::black), toQColor(colors::white));
@@ -32,7 +32,6 @@ StepColumn::StepColumn(QWidget* parent) : QWidget{parent} {
     for (std::size_t i = 0; i < steps_.size(); ++i) {
         auto* step = new TextLabel{TextRole::Plain, stepLabels.at(i)};
         step->setContentsMargins(unit, unit / 2, unit, unit / 2);
-        paintIn(step, toQColor(colors::black), toQColor(colors::white));
         column->addWidget(step);
         steps_.at(i) = step;
     }

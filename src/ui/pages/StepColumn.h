@@ -15,7 +15,7 @@ class StepColumn final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit StepColumn(QWidget* parent = nullptr);
+    StepColumn();
 
     /// Marks the step of `current`.
     void showCurrent(wizardState current);
