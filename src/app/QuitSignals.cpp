@@ -46,7 +46,7 @@ void handleQuitSignals(void (*handler)(int)) {
     for (const int signal : quitSignals) {
         struct sigaction before {};
         ::sigaction(signal, nullptr, &before);
-        // Who starts the program may have it ignore a signal, as nohup does.
+        // The program may have been started with a signal ignored, as nohup does.
         if (before.sa_handler != SIG_IGN) {
             ::sigaction(signal, &action, nullptr);
         }

@@ -69,8 +69,8 @@ void PosixSystem::close(int descriptor) {
         ::close(descriptor);
         return;
     }
-    // Until the thread has begun to close, which may be late, the lock would refuse our own next open. After
-    // that an open waits in the kernel until the close has ended.
+    // The thread may start late, and until then the lock would refuse our own next open. After that an open
+    // waits in the kernel until the close has ended.
     ::flock(descriptor, LOCK_UN);
     try {
         std::thread{[descriptor] { ::close(descriptor); }}.detach();

@@ -64,9 +64,9 @@ class SerialPort {
     /// Restores the settings of setSettings() if another program has changed them since.
     void renewSettings();
 
-    /// Closes the port. Safe to repeat. Never waits: a read or write that is running in another thread keeps
-    /// the descriptor open until it returns, and another thread waits for output that the device does
-    /// not take.
+    /// Closes the port. Safe to repeat. A read or write that is running in another thread keeps the
+    /// descriptor open until it returns, and another thread waits for output that the device does not take.
+    /// Only where no thread can be started is that output waited for here.
     void closePort();
 
     /// One read of up to `buffer.size()` bytes. Waits for the first byte as VMIN and VTIME of the settings

@@ -17,8 +17,8 @@
 
 namespace velmorindal {
 
-/// A virtual system that notes the calls that change something, counts those that wait, and calls what is to
-/// be called when an open is slow.
+/// A virtual system that notes the calls that change something, counts those that wait, and runs the
+/// callback for a slow open.
 class NotedSystem final : public VirtualSystem {
   public:
     using VirtualSystem::VirtualSystem;

@@ -44,7 +44,7 @@ const ByteBuffer shortSpaceLongShiftTab{c, b, 0x6B, 0x08, 0, 0x2C, 0, 0, 0x02, 0
 
 const ByteBuffer store{c, b, 0x77, 0x00};
 
-/// What a person chooses, and the frames of its own that this makes.
+/// What a person chooses, and the frames that only this choice makes.
 struct Output {
     std::string label;
     std::vector<ByteBuffer> frames;
