@@ -6,6 +6,7 @@ import os
 import pathlib
 import socket
 import struct
+import subprocess
 import threading
 import time
 
@@ -18,6 +19,17 @@ LONGEST_BACKLOG = 4096
 """Bytes that wait for the host in one endpoint. What comes on top is lost, as in a device whose memory is full."""
 HEADER = struct.Struct(">IIIIIIiiii8s")
 """Command, sequence number, device, direction, endpoint; then flags, length, start frame, packets, interval, setup."""
+
+
+def put_before_programs(task):
+    """A thread of the device or the controller. In a computer both are hardware: no program can take the processor from
+    them."""
+    os.sched_setscheduler(task, os.SCHED_FIFO, os.sched_param(1))
+
+
+def controller_threads():
+    pgrep = subprocess.run(["pgrep", "^vhci_[rt]x"], stdout=subprocess.PIPE, text=True, check=True)
+    return map(int, pgrep.stdout.split())
 
 
 class NoData(Exception):
@@ -87,6 +99,8 @@ class UsbDevice:
         write(CONTROLLER / "attach", f"{self._port} {theirs.fileno()} {0x10001 + self._port} {self.speed}")
         # The controller holds its own reference.
         theirs.close()
+        for thread in controller_threads():
+            put_before_programs(thread)
 
     def pull(self):
         """The kernel learns of it as it does of a cable that is pulled: the port says that nothing is there."""
@@ -123,6 +137,7 @@ class UsbDevice:
     # The socket.
 
     def _serve(self, connection):
+        put_before_programs(threading.get_native_id())
         while True:
             try:
                 header = receive(connection, HEADER.size)
