@@ -406,7 +406,7 @@ def go_through(scenario):
         with Hearing(voice.pages, scenario.__name__.replace("_", " "), voice.rest) as hearing:
             scenario(hearing)
     except NotHeard as missing:
-        print(f"{'FAILED, expected':>24} | {missing}", flush=True)
+        print(f"{'FAILED, expected':>24} | {missing}", *voice.decisions(), sep="\n", flush=True)
         Hearing.failed += Hearing.failed == 0
     finally:
         voice.stop()

@@ -1,14 +1,17 @@
-"""What Orca loads when it starts: no echo of keys, which stand beside what is said anyway; and a socket on which it
-answers each line as soon as it is at rest, with nothing left of what has reached it."""
+"""What Orca loads when it starts: no echo of keys, which stand beside what is said anyway; a log of what it makes of each
+event; and a socket on which it answers each line as soon as it is at rest, with nothing left of what has reached it."""
 
 import os
 import socket
 import threading
 
+import orca.debug
 import orca.settings
 from gi.repository import GLib
 
 orca.settings.enableKeyEcho = False
+orca.debug.debugLevel = orca.debug.LEVEL_INFO
+orca.debug.debugFile = open(os.environ["VELMORINDAL_EVENT_LOG"], "w", encoding="utf-8", buffering=1)
 
 
 def answer(client):

@@ -14,6 +14,9 @@ from synthesizer import Synthesizer
 
 BUS_LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
 QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+DECISIONS = re.compile(
+    r"Dequeued (window|focus|object:state-changed:(active|focused))| DEFAULT: |Changing locusOfFocus|active window|SPEECH OUTPUT"
+)
 CUSTOMIZATIONS = pathlib.Path(__file__).with_name("orca_customizations.py")
 
 
@@ -72,7 +75,7 @@ class Voice:
 
     def __init__(self, home, runtime):
         directory = tempfile.mkdtemp(dir=runtime)
-        speech, rest = (pathlib.Path(directory, name) for name in ("speech", "rest"))
+        speech, rest, self._log = (pathlib.Path(directory, name) for name in ("speech", "rest", "log"))
         self.pages = Pages(Synthesizer(speech).utterances)
         customizations = pathlib.Path(home, ".local/share/orca/orca-customizations.py")
         customizations.parent.mkdir(parents=True, exist_ok=True)
@@ -85,6 +88,7 @@ class Voice:
             **os.environ,
             "SPEECHD_ADDRESS": f"unix_socket:{speech}",
             "VELMORINDAL_REST_SOCKET": str(rest),
+            "VELMORINDAL_EVENT_LOG": str(self._log),
             "PATH": f"{directory}{os.pathsep}{os.environ['PATH']}",
         }
         self._orca = subprocess.Popen(["orca"], env=environment, **QUIET)
@@ -104,6 +108,11 @@ class Voice:
             answered = b""
         if not answered:
             raise NotHeard("Orca coming to rest")
+
+    def decisions(self):
+        """The end of Orca's log: what it made of windows and focus, and what it said."""
+        lines = self._log.read_text(encoding="utf-8", errors="replace").splitlines()
+        return [line for line in lines if DECISIONS.search(line)][-100:]
 
     def stop(self):
         self._orca.kill()
