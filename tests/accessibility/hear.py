@@ -96,6 +96,10 @@ def is_newer():
     return orca_version() > 43
 
 
+BETWEEN_DIALOGS = (Maybe(f"{WINDOW} 1 unfocused dialog"), Maybe(WINDOW))
+"""The window is active for a moment, which is said where the window manager is slow."""
+
+
 class Hearing:
     """One run of the wizard that is heard."""
 
@@ -313,7 +317,7 @@ def whole_setup(hearing):
         lambda: hearing.dongle.send("release"),
         texts.FILE_AFTER_SUCCESS,
         "No",
-        *([Maybe("Close button")] if is_newer() else []),
+        Maybe("Close button"),
     )
     hearing.key("Escape", WINDOW, "Close button", WRITTEN)
     hearing.key("Tab", "Back button")
@@ -380,7 +384,7 @@ def failed_write(hearing):
         texts.save_failed("Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"),
         "OK",
     )
-    hearing.meets_by("Return", texts.FILE_AFTER_FAILURE, "No", *([Maybe(SUMMARY_TITLE)] if is_newer() else []))
+    hearing.meets_by("Return", texts.FILE_AFTER_FAILURE, "No", *BETWEEN_DIALOGS, Maybe(SUMMARY_TITLE))
     hearing.key("Return", WINDOW, SUMMARY_TITLE)
     hearing.key("Tab", "Cancel button")
 
