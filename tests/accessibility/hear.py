@@ -424,7 +424,7 @@ def main():
             if not names or scenario.__name__ in names:
                 go_through(scenario)
     finally:
-        bus.kill()
+        bus.terminate()
         bus.wait()
     print(f"\n{Hearing.passed} passed, {Hearing.failed} failed")
     raise SystemExit(Hearing.failed != 0 or Hearing.passed == 0)
