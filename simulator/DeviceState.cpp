@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "Hexadecimal.h"
 #include "Print.h"
 
 namespace velmorindal {
@@ -20,19 +21,6 @@ std::string word(std::uint8_t value, std::span<const std::string_view> words) {
 
 std::string duration(std::uint16_t ticks) {
     return text(ticks) + " ticks (" + text(static_cast<double>(ticks) * 40.0 / 1000.0) + " s)";
-}
-
-std::string keystrokes(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string hex;
-    for (const std::uint8_t byte : bytes) {
-        if (!hex.empty()) {
-            hex += ' ';
-        }
-        hex += digits[byte >> 4U];
-        hex += digits[byte & 0x0FU];
-    }
-    return hex;
 }
 
 std::string relay(const RelaySettings& settings) {
@@ -63,8 +51,8 @@ std::vector<std::string> storedSettingsInWords(const DeviceState& state) {
         "Long hums: " + duration(hums.minLong) + " to " + duration(hums.maxLong),
         "Hold counts: on " + text(hums.holdOn) + ", off " + text(hums.holdOff),
         "Clarity thresholds: " + text(stored.thresholds.ap) + " and " + text(stored.thresholds.si),
-        "Short hum keys: " + keystrokes(keys.first(4)),
-        "Long hum keys: " + keystrokes(keys.subspan(4)),
+        "Short hum keys: " + hexadecimal(keys.first(4), " "),
+        "Long hum keys: " + hexadecimal(keys.subspan(4), " "),
         "Short hum relay: " + relay(stored.shortRelay),
         "Long hum relay: " + relay(stored.longRelay),
         "Times stored: " + text(state.timesStored),

@@ -1,9 +1,9 @@
 #include "Replay.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
+#include "Hexadecimal.h"
 #include "WireFrame.h"
 
 namespace velmorindal {
@@ -18,17 +18,6 @@ constexpr auto cutOff = 500us;
 
 bool isOfDevice(const RecordedEvent& event) {
     return event.kind == Kind::fromDevice || event.kind == Kind::lost;
-}
-
-std::string inHexadecimal(const ByteBuffer& bytes) {
-    constexpr std::string_view hexDigits = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += text.empty() ? "" : " ";
-        text += hexDigits[byte >> 4U];
-        text += hexDigits[byte & 0x0FU];
-    }
-    return text;
 }
 
 }  // namespace
@@ -140,8 +129,8 @@ void Replay::depart(const ByteBuffer& sent, std::optional<std::size_t> expected,
     departed_ = true;
     std::string text = expected ? std::to_string(events_[*expected].line)
                                 : std::to_string(events_.empty() ? 1 : events_.back().line);
-    text += ": the host sent " + inHexadecimal(sent) + ", the record has " +
-            (expected ? inHexadecimal(events_[*expected].bytes) : "nothing more from it");
+    text += ": the host sent " + hexadecimal(sent, " ") + ", the record has " +
+            (expected ? hexadecimal(events_[*expected].bytes, " ") : "nothing more from it");
     for (std::size_t index = next_; index < events_.size(); ++index) {
         if (events_[index].kind == Kind::fromHost && events_[index].bytes == sent) {
             report_(text + "; going on at line " + std::to_string(events_[index].line));

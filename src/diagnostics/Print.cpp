@@ -12,6 +12,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Hexadecimal.h"
+
 namespace velmorindal {
 namespace {
 
@@ -34,7 +36,6 @@ std::string shortestText(Floating value) {
 }
 
 std::string inQuotes(std::string_view text) {
-    constexpr std::string_view hexDigits = "0123456789abcdef";
     std::string result = "\"";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
@@ -42,9 +43,7 @@ std::string inQuotes(std::string_view text) {
             result += '\\';
             result += character;
         } else if (byte < 0x20 || byte == 0x7F) {
-            result += "\\x";
-            result += hexDigits[byte >> 4U];
-            result += hexDigits[byte & 0x0FU];
+            result += "\\x" + hexadecimal(byte);
         } else {
             result += character;
         }

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "Hexadecimal.h"
+
 namespace velmorindal {
 namespace {
 
@@ -44,15 +46,8 @@ void LineRecord::happened(std::string_view what, int port, Clock::time_point now
 }
 
 void LineRecord::writePiece(const ByteBuffer& piece) {
-    constexpr std::string_view hexDigits = "0123456789abcdef";
-    std::string line = secondsIn(when_ - start_) + " " + std::to_string(port_);
-    line += side_ == Side::host ? " >" : " <";
-    for (const std::uint8_t byte : piece) {
-        line += ' ';
-        line += hexDigits[byte >> 4U];
-        line += hexDigits[byte & 0x0FU];
-    }
-    file_.append(line);
+    file_.append(secondsIn(when_ - start_) + " " + std::to_string(port_) +
+                 (side_ == Side::host ? " > " : " < ") + hexadecimal(piece, " "));
 }
 
 }  // namespace velmorindal

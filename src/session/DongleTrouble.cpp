@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "Hexadecimal.h"
 #include "Print.h"
 
 namespace velmorindal {
@@ -29,14 +30,11 @@ std::string systemText(int systemError) {
 
 /// Bytes that a device sent, in quotes, with everything escaped that could affect a terminal.
 std::string printable(std::string_view text) {
-    constexpr std::string_view hexDigits = "0123456789abcdef";
     std::string result = "\"";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
         if (byte < 0x20 || byte > 0x7E) {
-            result += "\\x";
-            result += hexDigits[byte >> 4U];
-            result += hexDigits[byte & 0x0FU];
+            result += "\\x" + hexadecimal(byte);
         } else {
             result += character == '"' || character == '\\' ? "\\" : "";
             result += character;

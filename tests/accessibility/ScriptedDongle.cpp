@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Hexadecimal.h"
 #include "Print.h"
 
 namespace velmorindal {
@@ -36,25 +37,13 @@ Number number(const std::string& text) {
     return value;
 }
 
-std::string hex(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty()) {
-            text += ' ';
-        }
-        text += digits[byte >> 4U];
-        text += digits[byte & 0x0FU];
-    }
-    return text;
-}
-
 }  // namespace
 
 ScriptedDongle::ScriptedDongle(const std::filesystem::path& directory, const std::string& name,
                                std::filesystem::path silences)
     : silences_{std::move(silences)}, dongle_{directory, {.name = name, .keepsReceivedFrames = false}} {
-    dongle_.whenReceived([](std::span<const std::uint8_t> frame) { print("received", hex(frame)); });
+    dongle_.whenReceived(
+        [](std::span<const std::uint8_t> frame) { print("received", hexadecimal(frame, " ")); });
 }
 
 void ScriptedDongle::perform(const std::string& line) {

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "Hexadecimal.h"
 #include "Print.h"
 
 namespace velmorindal {
@@ -28,13 +29,7 @@ ByteBuffer bytesFrom(std::string_view text) {
 }
 
 std::string hexadecimal(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += digits[byte >> 4U];
-        text += digits[byte & 0x0FU];
-    }
-    return text.empty() ? "-" : text;
+    return bytes.empty() ? "-" : hexadecimal(bytes, "");
 }
 
 }  // namespace velmorindal

@@ -23,13 +23,13 @@ BUILD = pathlib.Path(sys.argv.pop(1))
 FOUNDATION = {
     "bytes": ("src/bytes", "ByteBuffer.h", ()),
     "locks": ("src/locks", "Mutex.h", ()),
-    "diagnostics": ("src/diagnostics", "FatalError.h", ("locks",)),
+    "diagnostics": ("src/diagnostics", "FatalError.h", ("bytes", "locks")),
     "transport": ("src/transport", "SerialSettings.h", ("bytes", "locks", "diagnostics")),
     "protocol": ("src/protocol", "RawValue.h", ("bytes", "locks", "diagnostics")),
     "record": ("src/record", "FrameSplitter.h", ("bytes", "locks", "diagnostics", "transport", "protocol")),
     "simulator": ("simulator", "OwnedDescriptor.h", ("bytes", "locks", "diagnostics", "protocol")),
     "settings": ("src/settings", "ModelTypes.h", ()),
-    "settingsfile": ("src/settingsfile", "TextConversions.h", ("locks", "diagnostics", "settings")),
+    "settingsfile": ("src/settingsfile", "TextConversions.h", ("bytes", "locks", "diagnostics", "settings")),
     "colors": ("src/ui/colors", "Color.h", ()),
 }
 SESSION = ("bytes", "locks", "diagnostics", "transport", "protocol", "settings")
