@@ -10,8 +10,7 @@
 namespace velmorindal {
 
 constexpr std::size_t headerSize = VelmorindalCommandProtocol::HeaderSize;
-/// The second byte of every frame.
-constexpr std::uint8_t wireMarker = 0x62;
+constexpr std::uint8_t wireMarker = VelmorindalCommandProtocol::MarkerByte;
 /// The positions of the bytes in a frame's header.
 constexpr std::size_t kindOffset = 0;
 constexpr std::size_t markerOffset = 1;

@@ -5,17 +5,12 @@
 #include "Print.h"
 
 namespace velmorindal {
-namespace {
-
-constexpr std::uint8_t binaryMarker = 0x62;  // 'b'
-
-}  // namespace
 
 ByteBuffer VelmorindalCommandProtocol::addHeader(std::span<const std::uint8_t> payload,
                                                  std::uint8_t messageType, bool isCommand) {
     ByteBuffer frame(HeaderSize + payload.size());
     frame[0] = isCommand ? CommandByte : ResponseByte;
-    frame[1] = binaryMarker;
+    frame[1] = MarkerByte;
     frame[TypeOffset] = messageType;
     frame[LengthOffset] = static_cast<std::uint8_t>(payload.size() & 0xFFU);
     std::ranges::copy(payload, frame.begin() + HeaderSize);
@@ -34,8 +29,8 @@ bool VelmorindalCommandProtocol::verifyHeader(std::span<const std::uint8_t> buff
               ResponseByte, ErrorByte);
         return false;
     }
-    if (buffer[1] != binaryMarker) {
-        print("Expected binary message (", binaryMarker, "). Got ", buffer[1]);
+    if (buffer[1] != MarkerByte) {
+        print("Expected binary message (", MarkerByte, "). Got ", buffer[1]);
         return false;
     }
     if (buffer[TypeOffset] != messageType) {

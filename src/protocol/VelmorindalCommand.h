@@ -14,7 +14,7 @@ namespace velmorindal {
 ///
 ///     offset  width  field
 ///     0       1      frame kind: CommandByte or ResponseByte
-///     1       1      0x62, the binary marker
+///     1       1      MarkerByte, the binary marker
 ///     2       1      message type
 ///     3       1      n, the number of payload bytes that follow, 0..255
 ///     4       n      payload
@@ -28,6 +28,7 @@ class VelmorindalCommandProtocol {
     static constexpr std::uint8_t CommandByte = 0x63;   // 'c'
     static constexpr std::uint8_t ResponseByte = 0x72;  // 'r'
     static constexpr std::uint8_t ErrorByte = 0x65;     // 'e', never built and never accepted
+    static constexpr std::uint8_t MarkerByte = 0x62;    // 'b', the second byte of every frame
 
     /// The frame of `payload`. Of the payload's length only the low eight bits reach the header.
     static ByteBuffer addHeader(std::span<const std::uint8_t> payload, std::uint8_t messageType,

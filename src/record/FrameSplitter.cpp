@@ -9,8 +9,6 @@ namespace {
 
 using Header = VelmorindalCommandProtocol;
 
-constexpr std::uint8_t marker = 0x62;
-
 bool isKindOf(std::uint8_t byte, FrameSplitter::Side side) {
     // A device may answer with a command's own bytes.
     return byte == Header::CommandByte || (side == FrameSplitter::Side::device &&
@@ -49,7 +47,7 @@ ByteBuffer FrameSplitter::flush() {
 
 bool FrameSplitter::mayStartAFrame(std::size_t offset) const {
     return isKindOf(pending_[offset], side_) &&
-           (offset + 1 == pending_.size() || pending_[offset + 1] == marker);
+           (offset + 1 == pending_.size() || pending_[offset + 1] == Header::MarkerByte);
 }
 
 std::size_t FrameSplitter::lengthBetweenFrames() const {
