@@ -32,10 +32,10 @@ MainWindow::MainWindow(ContainerView& view, std::function<void()> terminate)
       announcements_{view, content_->focusPlan()},
       dialogs_{view, *this},
       refresher_{{&view.objectWillChange, &view.velmorindal.objectWillChange}, [this] { refresh(); }} {
-    lookTimer_.setSingleShot(true);
+    nextLook_.setSingleShot(true);
     afterFocus_.setSingleShot(true);
     connect(&afterFocus_, &QTimer::timeout, this, &MainWindow::announce);
-    connect(&lookTimer_, &QTimer::timeout, this, &MainWindow::refresh);
+    connect(&nextLook_, &QTimer::timeout, this, &MainWindow::refresh);
     frameTimer_.setObjectName(QStringLiteral("frame"));
     frameTimer_.setSingleShot(true);
     frameTimer_.setInterval(frameSettles);
@@ -55,14 +55,14 @@ void MainWindow::refresh() {
     dialogs_.refresh();
     announce();
     if (const auto wait = view_.calibrationPanel.untilNextLook()) {
-        lookTimer_.start(*wait);
+        nextLook_.start(*wait);
     }
 }
 
 void MainWindow::announce() {
     // A screen reader does not finish announcements of a window that is not active.
     if (!isActiveWindow()) {
-        announcements_.missHums();
+        announcements_.dropHums();
         return;
     }
     if (const auto text = announcements_.due()) {

@@ -52,7 +52,7 @@ class MainWindow final : public QWidget {
     Announcer* announcer_;
     Announcements announcements_;
     /// Refreshes the window when readings have stopped arriving or a display did not start.
-    QTimer lookTimer_;
+    QTimer nextLook_;
     /// Delays announcements until the focus, which is spoken first, has moved.
     QTimer afterFocus_;
     /// Runs out a moment after the frame was last changed.

@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds betweenChecks{20};
 
 /// A turn without a result takes at least this long. On an open port the port's deadline paces the loop; a
 /// port that is gone fails at once, and would keep a core and the log busy.
-constexpr std::chrono::milliseconds fruitlessTurn{500};
+constexpr std::chrono::milliseconds shortestEmptyTurn{500};
 
 }  // namespace
 
@@ -64,7 +64,7 @@ bool VelmorindalSwitch::acknowledged(const VelmorindalCommand& command) {
 
 void VelmorindalSwitch::pollWhile(PollingState state, bool (VelmorindalSwitch::*turn)()) {
     while (pollingState.get() == state) {
-        const auto end = system_.now() + fruitlessTurn;
+        const auto end = system_.now() + shortestEmptyTurn;
         if ((this->*turn)()) {
             continue;
         }

@@ -16,7 +16,7 @@ Announcements::Announcements(ContainerView& container, const FocusPlan& plan)
 
 std::optional<std::string> Announcements::due() {
     if (container_.isCovered()) {
-        missHums();
+        dropHums();
         return std::nullopt;
     }
     texts_.clear();
@@ -38,7 +38,7 @@ std::optional<std::string> Announcements::due() {
     return whole;
 }
 
-void Announcements::missHums() {
+void Announcements::dropHums() {
     container_.calibrationPanel.takeHumsInWords();
 }
 
@@ -50,7 +50,7 @@ void Announcements::sayArrival(wizardState page) {
     next_ = offersNext();
     display_ = PollingState::none;
     trouble_ = {};
-    missHums();
+    dropHums();
     switch (page) {
         case wizardState::Welcome:
             sayHeading(WelcomePanelView::title);

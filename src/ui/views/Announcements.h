@@ -36,7 +36,7 @@ class Announcements {
     std::optional<std::string> due();
 
     /// Drops the hums that have ended by now: call it while nothing can be said.
-    void missHums();
+    void dropHums();
 
   private:
     void sayArrival(wizardState page);

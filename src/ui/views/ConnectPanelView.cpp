@@ -69,7 +69,7 @@ void ConnectPanelView::loadFailed(const std::optional<std::string>& reason) {
     print("Could not read XML: ", reason.value_or("Something weird happened"));
 }
 
-void ConnectPanelView::connectionFailed(std::string_view dialogText) {
+void ConnectPanelView::keepReason(std::string_view dialogText) {
     connectionReason_ = asReason(dialogText);
     loadReason_.clear();
 }

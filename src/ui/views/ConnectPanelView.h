@@ -42,7 +42,7 @@ class ConnectPanelView {
     /// dialog. Empty if neither the last file nor the connection had one.
     const std::string& lastReason() const { return loadReason_.empty() ? connectionReason_ : loadReason_; }
     /// Sets the last reason from the text of a dialog about a failed attempt or write, or of a warning.
-    void connectionFailed(std::string_view dialogText);
+    void keepReason(std::string_view dialogText);
     /// Clears the last reason, for a new connection attempt.
     void forgetReasons();
     /// Whether the panel that asks for a file is open.

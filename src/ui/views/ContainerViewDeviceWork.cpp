@@ -31,7 +31,7 @@ void ContainerView::connectionAttemptEnded(const OperationResult& result) {
     }
     alertTitle = result ? "Warning" : "Connection Failed";
     alertMessage = result.text.value_or("(Unknown Error)");
-    connectPanel.connectionFailed(alertMessage.get());
+    connectPanel.keepReason(alertMessage.get());
     showingGenericAlert = true;
     print(result ? "Connected, with warnings." : "Could not connect.");
 }
@@ -100,7 +100,7 @@ void ContainerView::writeEnded(bool written, const std::optional<std::string>& l
         alertMessage = lastError.value_or("(Unknwon Error)") +
                        "\n\nPlease restart the Velmorindal in configuration mode and run this program again.";
         summaryPanel.writeEndedWith(alertMessage.get());
-        connectPanel.connectionFailed(alertMessage.get());
+        connectPanel.keepReason(alertMessage.get());
         showingGenericAlert = true;
         print("Could not save.");
     }

@@ -36,7 +36,7 @@ TEST_F(ConnectPanelWidgetTest, TheStatusLineAndTheBarFollowTheConnection) {
 }
 
 TEST_F(ConnectPanelWidgetTest, TheReasonOfAFailureStandsBelowTheStatusLine) {
-    container.connectPanel.connectionFailed("The reason.");
+    container.connectPanel.keepReason("The reason.");
     velmorindal.connectionState = ConnectionStatus::error;
     settle();
 

@@ -124,7 +124,7 @@ TEST_F(EveryStateTest, APageIsMeasuredWithAllThatItMayShow) {
         EXPECT_EQ(sizes.try_emplace(name, size).first->second, size) << name;
     };
     visit(measure);
-    container.connectPanel.connectionFailed(longReason);
+    container.connectPanel.keepReason(longReason);
     container.summaryPanel.writeEndedWith(longReason);
     visit(measure);
     visitTroubles(measure);
@@ -146,7 +146,7 @@ TEST_F(EveryStateTest, APageIsMeasuredHighEnoughForAllThatItMayShow) {
         show(page);
         compare();
     }
-    container.connectPanel.connectionFailed(longReason);
+    container.connectPanel.keepReason(longReason);
     container.summaryPanel.writeEndedWith(longReason);
     visit(compare);
     visitTroubles(compare);

@@ -93,7 +93,7 @@ TEST_F(AnnouncementsTest, AConnectionIsSaidAtItsEndsAndEachStatusOnce) {
 
 TEST_F(AnnouncementsTest, TheReasonOfAFailedConnectionIsSaidOnArrivalAfterTheStatus) {
     velmorindal.connectionState = ConnectionStatus::error;
-    container.connectPanel.connectionFailed("The reason.");
+    container.connectPanel.keepReason("The reason.");
     said();
     EXPECT_THAT(arrivalAt(wizardState::Connect), HasSubstr("restart this program.\nThe reason.\n"));
 }

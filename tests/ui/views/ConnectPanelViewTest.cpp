@@ -147,14 +147,14 @@ TEST_F(ConnectPanelViewTest, AFailureWithoutATextIsUnknownInTheDialogAndWeirdInT
 
 TEST_F(ConnectPanelViewTest, TheReasonIsThatOfTheLastFailure) {
     page.loadFailed("Missing cutoff");
-    page.connectionFailed("No dongle.\n\nPlug it in.");
+    page.keepReason("No dongle.\n\nPlug it in.");
     EXPECT_EQ(page.lastReason(), "No dongle. Plug it in.");
     page.loadFailed("Missing clarity");
     EXPECT_EQ(page.lastReason(), "Missing clarity Settings from the file were NOT loaded.");
 }
 
 TEST_F(ConnectPanelViewTest, AFileThatLoadsTakesAwayTheReasonOfLoadingAlone) {
-    page.connectionFailed("No dongle.");
+    page.keepReason("No dongle.");
     page.loadFailed("Missing cutoff");
     page.loadButtonPressed();
     filePanel.choose(file("settings.xml", completeFile));

@@ -40,7 +40,7 @@ TEST_F(ContainerConnectionTest, ThePageIsSetBeforeTheAttemptStartsAndJustSavedIs
 }
 
 TEST_F(ContainerConnectionTest, ANewAttemptTakesAwayEveryReason) {
-    container.connectPanel.connectionFailed("No dongle.");
+    container.connectPanel.keepReason("No dongle.");
     container.connectPanel.loadFailed("Missing cutoff");
     container.nextButtonPressed();
     EXPECT_EQ(container.connectPanel.lastReason(), "");
