@@ -5,6 +5,7 @@
 #include <QSettings>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <chrono>
 #include <utility>
 
@@ -114,6 +115,11 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
     if (isVisible()) {
         frameTimer_.start();
     }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::keepPagesWhole, Qt::UniqueConnection);
 }
 
 void MainWindow::hideEvent(QHideEvent* event) {

@@ -16,9 +16,9 @@ namespace velmorindal {
 /// The one window of the program.
 ///
 /// It opens in the middle of the screen, 480 x 300 pixels or as much larger as its pages need to be whole,
-/// unless an earlier frame (position and size) was saved. Its frame is saved half a second after it was
-/// changed, so that it is kept however the program ends. Closing the window only calls `terminate`. Main
-/// thread only.
+/// unless an earlier frame (position and size) was saved. On every screen its smallest size leaves a tenth of
+/// the screen free. Its frame is saved half a second after it was changed, so that it is kept however the
+/// program ends. Closing the window only calls `terminate`. Main thread only.
 class MainWindow final : public QWidget {
     Q_OBJECT
 
@@ -36,6 +36,7 @@ class MainWindow final : public QWidget {
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
 

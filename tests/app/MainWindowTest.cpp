@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 #include <chrono>
 
@@ -61,6 +62,18 @@ TEST_F(MainWindowTest, ItLeavesATenthOfTheScreenFreeHoweverLargeTheFontIs) {
     settle();
 
     EXPECT_EQ(window().minimumSize(), window().screen()->availableSize() * 9 / 10);
+}
+
+TEST_F(MainWindowTest, ItFitsEachScreenThatItIsMovedTo) {
+    const QSize onTheFirst = window().minimumSize();
+
+    window().windowHandle()->setScreen(QGuiApplication::screens().at(1));
+    settle();
+    EXPECT_EQ(window().minimumSize(), (QSize{400, 300} * 9 / 10));
+
+    window().windowHandle()->setScreen(QGuiApplication::screens().at(0));
+    settle();
+    EXPECT_EQ(window().minimumSize(), onTheFirst);
 }
 
 TEST_F(MainWindowTest, ItHasATitleAndCanBeClosedMinimizedAndResized) {

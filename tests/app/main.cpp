@@ -4,6 +4,7 @@
 #include <QSettings>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <iostream>
 
 #include "ApplicationSetup.h"
@@ -11,13 +12,19 @@
 
 namespace {
 
+constexpr const char* twoScreens = R"({"screens": [
+    {"name": "first", "x": 0, "y": 0, "width": 800, "height": 800},
+    {"name": "small", "x": 800, "y": 0, "width": 400, "height": 300}]})";
+
 int runTests(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     // The tests need no display, and remember nothing for the programs of this user.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const velmorindal::TemporaryDirectory settings;
+    const velmorindal::TemporaryDirectory directory;
+    const auto screens = directory.path() / "screens.json";
+    std::ofstream{screens} << twoScreens;
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString("offscreen:configfile=" + screens.string()));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QString::fromStdString(settings.path().string()));
+                       QString::fromStdString(directory.path().string()));
     const QApplication application{argc, argv};
     velmorindal::setUpApplication();
     return RUN_ALL_TESTS();
