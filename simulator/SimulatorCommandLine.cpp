@@ -15,15 +15,16 @@ SimulatorCommandLine refused(const std::string& complaint) {
 SimulatorCommandLine readCommandLine(std::span<const char* const> arguments) {
     SimulatorCommandLine result;
     bool optionsEnded = false;
-    bool replays = false;
+    int records = 0;
     bool recordFollows = false;
     for (const std::string_view argument : arguments) {
         if (std::exchange(recordFollows, false)) {
             result.record = argument;
         } else if (!optionsEnded && argument == "--replay") {
-            replays = recordFollows = true;
+            recordFollows = true;
+            ++records;
         } else if (!optionsEnded && argument.starts_with("--replay=")) {
-            replays = true;
+            ++records;
             result.record = argument.substr(argument.find('=') + 1);
         } else if (!optionsEnded && argument == "--") {
             optionsEnded = true;
@@ -39,7 +40,10 @@ SimulatorCommandLine readCommandLine(std::span<const char* const> arguments) {
             result.directory = argument;
         }
     }
-    if (replays && result.record.empty()) {
+    if (records > 1) {
+        return refused("More than one record.");
+    }
+    if (records > 0 && result.record.empty()) {
         return refused("No record after '--replay'.");
     }
     if (result.request == SimulatorCommandLine::Request::serve && result.directory.empty()) {

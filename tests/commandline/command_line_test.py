@@ -69,6 +69,7 @@ class CommandLine(unittest.TestCase):
                 ["--replay"],
                 ["--record", "a", "--record", "b"],
                 ["--replay", "", "a"],
+                ["--replay", "a", "--replay=b", "c"],
             ):
                 status, output, errors = self.call(name, *arguments)
                 self.assertEqual((status, output), (2, ""), (name, arguments, errors))
