@@ -13,18 +13,8 @@ PATIENCE = 20_000
 
 class AccessibilityBus:
     def __init__(self):
-        session = Gio.bus_get_sync(Gio.BusType.SESSION)
-        (address,) = session.call_sync(
-            "org.a11y.Bus",
-            "/org/a11y/bus",
-            "org.a11y.Bus",
-            "GetAddress",
-            None,
-            None,
-            Gio.DBusCallFlags.NONE,
-            PATIENCE,
-            None,
-        ).unpack()
+        self._connection = Gio.bus_get_sync(Gio.BusType.SESSION)
+        (address,) = self.ask("org.a11y.Bus", [("/org/a11y/bus", "org.a11y.Bus", "GetAddress", None)])
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         self._connection = Gio.DBusConnection.new_for_address_sync(address, flags)
 
@@ -42,43 +32,31 @@ class AccessibilityBus:
             except GLib.Error:
                 answers[number] = None
 
-        for number, (path, interface, method, arguments) in enumerate(questions):
-            self._connection.call(
-                owner,
-                path,
-                interface,
-                method,
-                arguments,
-                None,
-                Gio.DBusCallFlags.NONE,
-                PATIENCE,
-                None,
-                answered,
-                number,
-            )
+        for number, question in enumerate(questions):
+            self._connection.call(owner, *question, None, Gio.DBusCallFlags.NONE, PATIENCE, None, answered, number)
         while open_questions:
             GLib.MainContext.default().iteration(True)
         return answers
+
+    def ask_each(self, owner, paths, *questions):
+        """For each path the answers to these questions (interface, method, arguments)."""
+        answers = self.ask(owner, [(path, *question) for path in paths for question in questions])
+        return [answers[first : first + len(questions)] for first in range(0, len(answers), len(questions))]
 
     def program(self, process_id):
         """The name on the bus of the program with that process, or nothing while it has none."""
         children = self.ask("org.a11y.atspi.Registry", [(ROOT, ACCESSIBLE, "GetChildren", None)])[0] or []
         names = [owner for owner, _ in children]
         daemon = "org.freedesktop.DBus"
-        processes = self.ask(
-            daemon,
-            [
-                ("/org/freedesktop/DBus", daemon, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))
-                for name in names
-            ],
-        )
+        question = "/org/freedesktop/DBus", daemon, "GetConnectionUnixProcessID"
+        processes = self.ask(daemon, [(*question, GLib.Variant("(s)", (name,))) for name in names])
         return next((name for name, process in zip(names, processes) if process == process_id), None)
 
 
-def fetch(path, interface, name):
+def fetch(interface, name):
     """The question for a property."""
-    return path, "org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (interface, name))
+    return "org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (interface, name))
 
 
-def assign(path, interface, name, value):
-    return path, "org.freedesktop.DBus.Properties", "Set", GLib.Variant("(ssv)", (interface, name, value))
+def assign(interface, name, value):
+    return "org.freedesktop.DBus.Properties", "Set", GLib.Variant("(ssv)", (interface, name, value))

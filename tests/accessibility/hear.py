@@ -4,6 +4,7 @@ beside each key, compared line by line with what is to be heard.
 
 hear.py [SCENARIO...]"""
 
+import contextlib
 import os
 import pathlib
 import subprocess
@@ -24,7 +25,6 @@ LOAD_TEXT = (
 )
 CONNECTING = "Connecting... Connection progress 0 percent"
 CONNECTED = 'Connection progress 100 percent Connection successful. Press "Next" to continue.'
-BROKEN = "Unknown Error. Please quit and restart this program."
 MODE_QUESTION = "Which mode would you like?"
 MODE_TEXT = (
     "The Velmorindal can operate in two modes: Direct Mode: control one output with a hum Long/Short Mode: "
@@ -100,42 +100,34 @@ BETWEEN_DIALOGS = (Maybe(f"{WINDOW} 1 unfocused dialog"), Maybe(WINDOW))
 """The window is active for a moment, which is said where the window manager is slow."""
 
 
-class Hearing:
+class Hearing(contextlib.ExitStack):
     """One run of the wizard that is heard."""
 
     passed = 0
     failed = 0
 
     def __init__(self, pages, name, rest=lambda: None):
+        super().__init__()
         self._pages = pages
         self._rest = rest
         self._said = []
         self._passing = []
         self._reader = None
-        directory = tempfile.TemporaryDirectory(prefix="velmorindal-hear-")
-        self._cleanup = [directory.cleanup]
-        self.directory = pathlib.Path(directory.name)
+        self.callback(pages.skip)
+        self.directory = pathlib.Path(self.enter_context(tempfile.TemporaryDirectory(prefix="velmorindal-hear-")))
         self._devices = self.directory / "devices"
         self._devices.mkdir()
         print(f"\n== {name}", flush=True)
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        for clean in reversed(self._cleanup):
-            clean()
-        self._pages.skip()
-
     def plug_in(self):
         self.dongle = Dongle(self.directory, self._devices)
-        self._cleanup.append(self.dongle.stop)
+        self.callback(self.dongle.stop)
         return self.dongle
 
     def opens(self):
         def start():
             self.wizard = Wizard(self.directory, self._devices)
-            self._cleanup.append(self.wizard.stop)
+            self.callback(self.wizard.stop)
             self._reader = ScreenReader(self.wizard.process.pid)
 
         # Of a program that has only just started, Orca does not always say the window and the focus.
@@ -167,7 +159,7 @@ class Hearing:
             passing,
         )
 
-    def meets(self, cause, act, described, focus, *before):
+    def _meets(self, cause, act, described, focus, *before):
         """A dialog, which comes so early that `before` is perhaps still being said."""
         words = dialog(described, focus)
         if not is_newer():
@@ -185,7 +177,10 @@ class Hearing:
         )
 
     def meets_by(self, key, described, focus, *before):
-        self.meets(key, lambda: press(key), described, focus, *before)
+        self._meets(key, lambda: press(key), described, focus, *before)
+
+    def meets_after(self, order, described, focus, *before):
+        self._meets(f"({order})", lambda: self.dongle.send(order), described, focus, *before)
 
     def hears_among_others(self, cause, act, expected):
         """In a window of the toolkit's own, which is not ours to word."""
@@ -229,7 +224,7 @@ class Hearing:
         the wizard comes behind all that it has sent before, to the screen reader too."""
         for _ in range(2):
             if self._reader is not None:
-                self._reader.ask([(ROOT, ACCESSIBLE, "GetRole", None)])
+                self._reader.ask_each([ROOT], (ACCESSIBLE, "GetRole", None))
             self._rest()
 
 
@@ -245,13 +240,12 @@ def reach_connected(hearing):
     hearing.announced("release", CONNECTED)
 
 
-def reach_summary(hearing, rows):
+def reach_calibration(hearing):
     """By Return and the letter of Next, with everything left as the device had it."""
     reach_connected(hearing)
     hearing.key("Return", *chosen(MODE_QUESTION, "Long/Short Mode"), MODE_TEXT)
     hearing.key("alt+n", *chosen(OUTPUT_QUESTION, "Switch Output"))
     hearing.key("alt+n", "Show Clarity button", calibration_text())
-    hearing.key("alt+n", SUMMARY_TITLE, rows)
 
 
 def starts_to_write(hearing):
@@ -259,12 +253,6 @@ def starts_to_write(hearing):
     hearing.dongle.send("hold outputPath")
     hearing.meets_by("Return", texts.SAVE_SETTINGS, "No")
     hearing.key("alt+y", WINDOW, SUMMARY_TITLE, WRITING)
-
-
-LONG_SHORT = (
-    "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED "
-    "Output: Both switch jacks Long/Short cutoff: 1.00s Clarity: 0.50"
-)
 
 
 def whole_setup(hearing):
@@ -312,13 +300,7 @@ def whole_setup(hearing):
         "Keyboard Output Keystroke: Short: Space; Long: Enter Long/Short cutoff: 1.05s Clarity: 0.60",
     )
     starts_to_write(hearing)
-    hearing.meets(
-        "(release)",
-        lambda: hearing.dongle.send("release"),
-        texts.FILE_AFTER_SUCCESS,
-        "No",
-        Maybe("Close button"),
-    )
+    hearing.meets_after("release", texts.FILE_AFTER_SUCCESS, "No", Maybe("Close button"))
     hearing.key("Escape", WINDOW, "Close button", WRITTEN)
     hearing.key("Tab", "Back button")
 
@@ -330,27 +312,15 @@ def no_dongle(hearing):
     hearing.key("Tab", "Close button")
     hearing.key("shift+Tab", "Next button")
     hearing.key("Return", early(CONNECT_TITLE), LOAD_TEXT)
-    hearing.meets(
-        "(pull-out)",
-        lambda: hearing.dongle.send("pull-out"),
-        texts.connection_failed(
-            "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port."
-        ),
-        "OK",
-    )
-    hearing.key("Return", WINDOW, CONNECT_TITLE, BROKEN)
+    hearing.meets_after("pull-out", texts.connection_failed(texts.NO_DONGLE), "OK")
+    hearing.key("Return", WINDOW, CONNECT_TITLE, texts.BROKEN)
     hearing.key("Tab", "Load button")
 
 
 def link_down(hearing):
     hearing.plug_in().send("link 0")
     starts_to_connect(hearing)
-    hearing.meets(
-        "(release)",
-        lambda: hearing.dongle.send("release"),
-        texts.connection_failed("Please ensure that your Velmorindal is turned on and in configuration mode."),
-        "OK",
-    )
+    hearing.meets_after("release", texts.connection_failed(texts.LINK_DOWN), "OK")
     hearing.key("Return", WINDOW, CONNECT_TITLE, texts.NOT_CONNECTED)
     hearing.key("Tab", "Load button")
 
@@ -375,12 +345,17 @@ def torn_file(hearing):
 
 def failed_write(hearing):
     hearing.plug_in()
-    reach_summary(hearing, LONG_SHORT)
+    reach_calibration(hearing)
+    hearing.key(
+        "alt+n",
+        SUMMARY_TITLE,
+        "Mode: Long/short mode Long/Short outputs: Short output: ENABLED; Long output: ENABLED "
+        "Output: Both switch jacks Long/Short cutoff: 1.00s Clarity: 0.50",
+    )
     hearing.dongle.send("next relayConfig pulled-out")
     starts_to_write(hearing)
-    hearing.meets(
-        "(release)",
-        lambda: hearing.dongle.send("release"),
+    hearing.meets_after(
+        "release",
         texts.save_failed("Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"),
         "OK",
     )
@@ -391,10 +366,7 @@ def failed_write(hearing):
 
 def pulled_out_while_a_display_runs(hearing):
     hearing.plug_in()
-    reach_connected(hearing)
-    hearing.key("Return", *chosen(MODE_QUESTION, "Long/Short Mode"), MODE_TEXT)
-    hearing.key("alt+n", *chosen(OUTPUT_QUESTION, "Switch Output"))
-    hearing.key("alt+n", "Show Clarity button", calibration_text())
+    reach_calibration(hearing)
     hearing.key("space", f"The clarity {DISPLAY}")
     hearing.announced("pull-out", STALE)
     hearing.key("space", "The clarity display has stopped.")

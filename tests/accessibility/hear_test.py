@@ -2,10 +2,11 @@
 """What the comparison of heard with expected words finds: a thing said twice, cut off, or left out."""
 
 import contextlib
+import functools
 import io
 import unittest
+from unittest import mock
 
-import hear
 import screen_reader
 from hear import Hearing, Maybe
 from screen_reader import NotHeard
@@ -15,14 +16,10 @@ from screen_reader_voice import Pages
 class HearingTest(unittest.TestCase):
     def setUp(self):
         self.utterances = []
-        printed = contextlib.redirect_stdout(io.StringIO())
-        printed.__enter__()
-        self.addCleanup(printed.__exit__, None, None, None)
+        self.enterContext(contextlib.redirect_stdout(io.StringIO()))
         # The comparison is the same with every version, and Orca need not be installed.
-        self.addCleanup(setattr, hear, "is_newer", hear.is_newer)
-        hear.is_newer = lambda: False
-        self.hearing = Hearing(Pages(self.utterances), "a test")
-        self.addCleanup(self.hearing.__exit__)
+        self.enterContext(mock.patch("hear.is_newer", lambda: False))
+        self.hearing = self.enterContext(Hearing(Pages(self.utterances), "a test"))
 
     def hears(self, said, *expected):
         self.hearing.hears("a key", lambda: self.utterances.extend(said), *expected)
@@ -36,8 +33,7 @@ class HearingTest(unittest.TestCase):
         self.hears(["Switch Output", "selected radio button"], "Switch Output selected", "radio button")
 
     def test_words_that_are_left_out_are_missed(self):
-        self.addCleanup(setattr, hear, "wait_for", hear.wait_for)
-        hear.wait_for = lambda what, condition: screen_reader.wait_for(what, condition, bound=0)
+        self.enterContext(mock.patch("hear.wait_for", functools.partial(screen_reader.wait_for, bound=0)))
         self.hears_wrongly(["Next"], "Next button")
         self.hears_wrongly([], "Next button")
 

@@ -94,7 +94,7 @@ class Control:
         return said
 
     def _ask(self, *question):
-        return self.reader.ask([(self.path, *question)])[0]
+        return self.reader.ask_each([self.path], question)[0][0]
 
     def _number(self, number):
         return GLib.Variant("(i)", (number,))
@@ -115,16 +115,14 @@ class Control:
 
     def range(self):
         """Lowest, highest, step."""
-        return self.reader.ask(
-            [fetch(self.path, VALUE, name) for name in ("MinimumValue", "MaximumValue", "MinimumIncrement")]
-        )
+        return [self._ask(*fetch(VALUE, name)) for name in ("MinimumValue", "MaximumValue", "MinimumIncrement")]
 
     def entries(self):
         """What a pop-up list offers."""
         return self.reader.entries(self)
 
     def set_value(self, value):
-        self.reader.ask([assign(self.path, VALUE, "CurrentValue", GLib.Variant("d", value))])
+        self._ask(*assign(VALUE, "CurrentValue", GLib.Variant("d", value)))
 
     def set_text(self, text):
         self._ask(EDITABLE_TEXT, "SetTextContents", GLib.Variant("(s)", (text,)))
@@ -139,8 +137,8 @@ class ScreenReader:
         ScreenReader.bus = ScreenReader.bus or AccessibilityBus()
         self._owner = wait_for("the program on the accessibility bus", lambda: self.bus.program(process_id))
 
-    def ask(self, questions):
-        return self.bus.ask(self._owner, questions)
+    def ask_each(self, paths, *questions):
+        return self.bus.ask_each(self._owner, paths, *questions)
 
     def read(self, details=True):
         """The windows on the screen with all that they say; the one that was opened last at the end. Without details
@@ -156,8 +154,8 @@ class ScreenReader:
 
     def _open(self, parents):
         """Reads the children of these, and returns those that have something in them that is on the screen."""
-        answers = self.ask([(parent.path, ACCESSIBLE, "GetChildren", None) for parent in parents])
-        children = [(parent, path) for parent, answer in zip(parents, answers) for _, path in answer or []]
+        answers = self._children([parent.path for parent in parents])
+        children = [(parent, path) for parent, paths in zip(parents, answers) for path in paths]
         for (parent, _), child in zip(children, self._look_at([path for _, path in children])):
             if child is not None:
                 parent.children.append(child)
@@ -169,41 +167,20 @@ class ScreenReader:
         ]
 
     def _look_at(self, paths):
-        answers = iter(
-            self.ask(
-                [
-                    question
-                    for path in paths
-                    for question in (
-                        (path, ACCESSIBLE, "GetRole", None),
-                        (path, ACCESSIBLE, "GetState", None),
-                        fetch(path, ACCESSIBLE, "Name"),
-                    )
-                ]
-            )
-        )
-        for path, role, states, name in zip(paths, answers, answers, answers):
-            yield None if None in (role, states, name) else Control(self, path, role, states, name)
+        questions = (ACCESSIBLE, "GetRole", None), (ACCESSIBLE, "GetState", None), fetch(ACCESSIBLE, "Name")
+        for path, answers in zip(paths, self.ask_each(paths, *questions)):
+            yield None if None in answers else Control(self, path, *answers)
 
     def _complete(self, controls):
         """Adds what is not common to all controls."""
-        answers = iter(
-            self.ask(
-                [
-                    question
-                    for control in controls
-                    for question in (
-                        fetch(control.path, ACCESSIBLE, "Description"),
-                        (control.path, COMPONENT, "GetExtents", GLib.Variant("(u)", (pyatspi.DESKTOP_COORDS,))),
-                    )
-                ]
-            )
-        )
-        for control, description, extents in zip(controls, answers, answers):
+        place = COMPONENT, "GetExtents", GLib.Variant("(u)", (pyatspi.DESKTOP_COORDS,))
+        answers = self.ask_each([control.path for control in controls], fetch(ACCESSIBLE, "Description"), place)
+        for control, (description, extents) in zip(controls, answers):
             control.description = description or ""
             control.place = (extents or (0, 0))[:2]
         valued = [control for control in controls if control.role in WITH_VALUE]
-        for control, value in zip(valued, self.ask([fetch(control.path, VALUE, "CurrentValue") for control in valued])):
+        values = self.ask_each([control.path for control in valued], fetch(VALUE, "CurrentValue"))
+        for control, (value,) in zip(valued, values):
             control.value = float("nan") if value is None else value
         for control in controls:
             if control.role == pyatspi.ROLE_COMBO_BOX:
@@ -211,7 +188,10 @@ class ScreenReader:
                 control.chosen = ", ".join(entry.name for entry in self.entries(control) if "selected" in entry.states)
 
     def entries(self, combo_box):
-        lists = self.ask([(combo_box.path, ACCESSIBLE, "GetChildren", None)])[0] or []
-        children = self.ask([(path, ACCESSIBLE, "GetChildren", None) for _, path in lists])
-        entries = self._look_at([path for answer in children for _, path in answer or []])
+        (lists,) = self._children([combo_box.path])
+        entries = self._look_at([path for paths in self._children(lists) for path in paths])
         return [entry for entry in entries if entry is not None]
+
+    def _children(self, paths):
+        answers = self.ask_each(paths, (ACCESSIBLE, "GetChildren", None))
+        return [[path for _, path in children or []] for (children,) in answers]

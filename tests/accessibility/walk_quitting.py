@@ -70,15 +70,6 @@ class WhileConnecting(Quitting):
                 self.dongle.send("forget")
                 self.start()
 
-    def test_a_failed_attempt_leaves_too(self):
-        self.dongle.send("link 0")
-        self.press("Next")
-        self.hears_dialog(texts.connection_failed(texts.LINK_DOWN))
-        self.press("OK")
-        self.hears_page(texts.connect_page(texts.NOT_CONNECTED, reason=texts.LINK_DOWN), "Close")
-        self.press("Close")
-        self.has_left()
-
 
 class WhileMeasuring(Quitting):
     def leaves_measuring(self, measurement, *orders):
