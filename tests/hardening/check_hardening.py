@@ -17,65 +17,30 @@ import subprocess
 import sys
 import tempfile
 
-IS_X86_64 = platform.machine() == "x86_64"
-
 
 def said_by(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True, env=dict(os.environ, LC_ALL="C")).stdout
 
 
-def readelf(option, program):
-    return said_by("readelf", "--wide", option, program)
-
-
-def is_position_independent(program):
-    return (
-        "Type:                              DYN" in readelf("--file-header", program)
-        and re.search(r"\(FLAGS_1\).*\bPIE\b", readelf("--dynamic", program)) is not None
-    )
-
-
-def has_read_only_relocations(program):
-    return "GNU_RELRO" in readelf("--program-headers", program)
-
-
-def is_bound_at_start(program):
-    return re.search(r"\(FLAGS\).*\bBIND_NOW\b|\(FLAGS_1\).*\bNOW\b", readelf("--dynamic", program)) is not None
-
-
-def has_data_only_stack(program):
-    stack = re.search(r"GNU_STACK(?:\s+0x\w+){5}\s+(\S+)", readelf("--program-headers", program))
-    return stack is not None and "E" not in stack.group(1)
-
-
-def has_guarded_stack(program):
-    return "__stack_chk_fail" in readelf("--dyn-syms", program)
-
-
-def has_guarded_branches(program):
-    # The linker drops the note about the whole program if the system's start files lack it, as those of Debian do. So
-    # this looks at the code itself: where a call may land.
-    code = said_by("objdump", "--disassemble=main", "--no-show-raw-insn", program)
-    return re.search(r"<main>:\n\s+[0-9a-f]+:\s+endbr64", code) is not None
-
-
-def looks_for_libraries_where_the_system_does(program):
-    return re.search(r"\((RPATH|RUNPATH)\)", readelf("--dynamic", program)) is None
-
+DYNAMIC = "readelf --wide --dynamic"
+SEGMENTS = "readelf --wide --program-headers"
+SYMBOLS = "readelf --wide --dyn-syms"
+# The linker drops the note about the whole program if the system's start files lack it, as those of Debian do. So this
+# looks at the code itself: where a call may land.
+MAIN = "objdump --disassemble=main --no-show-raw-insn"
 
 CHECKS = [
-    # what, check, flags with it, flags that take it away
-    ("position independent", is_position_independent, ["-fPIE", "-pie"], ["-fno-pie", "-no-pie"]),
-    ("relocations read-only", has_read_only_relocations, ["-Wl,-z,relro"], ["-Wl,-z,norelro"]),
-    ("bound at the start", is_bound_at_start, ["-Wl,-z,now"], ["-Wl,-z,lazy"]),
-    ("stack not executable", has_data_only_stack, ["-Wl,-z,noexecstack"], ["-Wl,-z,execstack"]),
-    ("stack protector", has_guarded_stack, ["-fstack-protector-strong"], ["-fno-stack-protector"]),
-    ("no library path", looks_for_libraries_where_the_system_does, [], ["-Wl,-rpath,/nowhere"]),
-] + (
-    [("control flow protection", has_guarded_branches, ["-fcf-protection"], ["-fcf-protection=none"])]
-    if IS_X86_64
-    else []
-)
+    # what, what shows it, what that prints then, flags with it, flags that take it away
+    ("position independent", DYNAMIC, r"\(FLAGS_1\).*\bPIE\b", "-fPIE -pie", "-fno-pie -no-pie"),
+    ("relocations read-only", SEGMENTS, "GNU_RELRO", "-Wl,-z,relro", "-Wl,-z,norelro"),
+    ("bound at the start", DYNAMIC, r"\(FLAGS\).*\bBIND_NOW\b|\(FLAGS_1\).*\bNOW\b", "-Wl,-z,now", "-Wl,-z,lazy"),
+    ("stack not executable", SEGMENTS, r"GNU_STACK(\s+0x\w+){5}\s+[RW]+\s", "-Wl,-z,noexecstack", "-Wl,-z,execstack"),
+    ("stack protector", SYMBOLS, "__stack_chk_fail", "-fstack-protector-strong", "-fno-stack-protector"),
+    ("no library path", DYNAMIC, r"\A(?!(.|\n)*\((RPATH|RUNPATH)\))", "", "-Wl,-rpath,/nowhere"),
+    ("control flow protection", MAIN, r"<main>:\n\s+\w+:\s+endbr64", "-fcf-protection", "-fcf-protection=none"),
+]
+if platform.machine() != "x86_64":
+    CHECKS.pop()
 
 # Calls that the compiler can see to be right are not made by way of a check, and so may leave none in a program.
 FLAGS = ["-D_FORTIFY_SOURCE=2", "-D_GLIBCXX_ASSERTIONS", "-fstack-clash-protection", "-O3"]
@@ -92,7 +57,7 @@ int main(int count, char** arguments) {
 
 
 def missing(program):
-    return [what for what, check, _, _ in CHECKS if not check(program)]
+    return [what for what, command, printed, *_ in CHECKS if not re.search(printed, said_by(*command.split(), program))]
 
 
 def compiled_without(flag, commands):
@@ -126,8 +91,8 @@ def check_all(database, programs):
 def build(compiler, directory, left_out):
     program = os.path.join(directory, "sample")
     flags = ["-O2"]
-    for what, _, with_it, without_it in CHECKS:
-        flags += without_it if what == left_out else with_it
+    for what, _, _, with_it, without_it in CHECKS:
+        flags += (without_it if what == left_out else with_it).split()
     subprocess.run([compiler, "-x", "c++", "-", "-o", program] + flags, input=SAMPLE, text=True, check=True)
     return program
 
