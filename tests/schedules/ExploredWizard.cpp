@@ -71,7 +71,7 @@ void ExploredWizard::use() {
         const auto actions = allowedActions();
         const Action& action = actions.at(scheduler_.choose(actions.size()));
         scheduler_.point(action.name);
-        (this->*action.take)();
+        action.take();
         if (!quit_) {
             checkState();
         }
@@ -88,24 +88,24 @@ std::vector<ExploredWizard::Action> ExploredWizard::allowedActions() {
     const wizardState page = container_.currentState.get();
     const ButtonOptions buttons = container_.currentButtons();
     // Closing the window, or saying so in a dialog, is possible at any moment.
-    std::vector<Action> actions{{"close the window", &ExploredWizard::quit}};
+    std::vector<Action> actions{{"close the window", [this] { quit(); }}};
     if (page == wizardState::Connect) {
-        actions.push_back({"Load", &ExploredWizard::loadMissingFile});
+        actions.push_back({"Load", [this] { loadMissingFile(); }});
     }
     if (page == wizardState::Calibration && container_.calibrationPanel.showClarityEnabled()) {
-        actions.push_back({"Show Clarity", &ExploredWizard::showClarity});
+        actions.push_back({"Show Clarity", [this] { show(PollingState::clarity); }});
     }
     if (page == wizardState::Calibration && container_.calibrationPanel.showDurationEnabled()) {
-        actions.push_back({"Show Duration", &ExploredWizard::showDuration});
+        actions.push_back({"Show Duration", [this] { show(PollingState::duration); }});
     }
     if (buttons.contains(ButtonOptions::Next)) {
-        actions.push_back({"Next", &ExploredWizard::next});
+        actions.push_back({"Next", [this] { container_.nextButtonPressed(); }});
     }
     if (buttons.contains(ButtonOptions::Back)) {
-        actions.push_back({"Back", &ExploredWizard::back});
+        actions.push_back({"Back", [this] { container_.backButtonPressed(); }});
     }
     if (buttons.contains(ButtonOptions::Save)) {
-        actions.push_back({"Save", &ExploredWizard::save});
+        actions.push_back({"Save", [this] { save(); }});
     }
     return actions;
 }
@@ -122,14 +122,6 @@ void ExploredWizard::show(PollingState measurement) {
     } else {
         begun_ = measurement;
     }
-}
-
-void ExploredWizard::next() {
-    container_.nextButtonPressed();
-}
-
-void ExploredWizard::back() {
-    container_.backButtonPressed();
 }
 
 void ExploredWizard::save() {
@@ -161,7 +153,7 @@ void ExploredWizard::quit() {
 }
 
 bool ExploredWizard::isAtRest() const {
-    return !scheduler_.hasOtherThreads() && !dispatch_.hasPendingMainWork();
+    return !scheduler_.hasOtherThreads() && dispatch_.pendingMainWork() == 0;
 }
 
 void ExploredWizard::letMomentCome() {

@@ -45,18 +45,14 @@ class ExploredWizard {
   private:
     struct Action {
         std::string_view name;
-        void (ExploredWizard::*take)();
+        std::function<void()> take;
     };
 
     void connect();
     std::vector<Action> allowedActions();
 
     // Actions.
-    void showClarity() { show(PollingState::clarity); }
-    void showDuration() { show(PollingState::duration); }
     void show(PollingState measurement);
-    void next();
-    void back();
     void save();
     void loadMissingFile();
     void quit();

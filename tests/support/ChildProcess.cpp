@@ -1,8 +1,6 @@
 #include "ChildProcess.h"
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +8,8 @@
 #include <csignal>
 #include <system_error>
 #include <utility>
+
+#include "ForkedChild.h"
 
 namespace velmorindal {
 namespace {
@@ -28,38 +28,23 @@ struct Pipe {
     int writeEnd = -1;
 };
 
-pid_t start(std::vector<std::string> arguments, const Pipe& input, const Pipe& output) {
+}  // namespace
+
+ChildProcess::ChildProcess(std::vector<std::string> arguments) {
     std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }
     pointers.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions{};
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, input.readEnd, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, output.writeEnd, STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, output.writeEnd, STDERR_FILENO);
-    pid_t process = -1;
-    const int failure =
-        ::posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0) {
-        throw std::system_error{failure, std::generic_category(), arguments.front()};
-    }
-    return process;
-}
-
-}  // namespace
-
-ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
-    // `timeout` ends the program, so that no wait below can last forever.
-    std::vector<std::string> bounded{"timeout", "--kill-after=5", "300"};
-    bounded.insert(bounded.end(), arguments.begin(), arguments.end());
     const Pipe input;
     const Pipe output;
-    process_ = start(std::move(bounded), input, output);
+    // Its alarm outlives the exec, so that no wait below can last forever.
+    process_ = startChild([&] {
+        ::dup2(input.readEnd, STDIN_FILENO);
+        ::dup2(output.writeEnd, STDOUT_FILENO);
+        ::dup2(output.writeEnd, STDERR_FILENO);
+        return ::execvp(pointers.front(), pointers.data());
+    });
     ::close(input.readEnd);
     ::close(output.writeEnd);
     input_ = input.writeEnd;
@@ -70,7 +55,7 @@ ChildProcess::~ChildProcess() {
     closeInput();
     if (process_ != -1) {
         ::kill(process_, SIGTERM);
-        ::waitpid(process_, nullptr, 0);
+        waitForChild(process_);
     }
     ::close(said_);
 }
@@ -92,10 +77,7 @@ int ChildProcess::finish() {
     closeInput();
     while (readMore()) {
     }
-    int status = 0;
-    ::waitpid(process_, &status, 0);
-    process_ = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return waitForChild(std::exchange(process_, -1));
 }
 
 bool ChildProcess::readMore() {

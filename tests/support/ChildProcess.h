@@ -13,7 +13,7 @@ namespace velmorindal {
 class ChildProcess {
   public:
     /// Starts `arguments`; the first is the program.
-    explicit ChildProcess(const std::vector<std::string>& arguments);
+    explicit ChildProcess(std::vector<std::string> arguments);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
@@ -25,8 +25,8 @@ class ChildProcess {
 
     void signal(int number) const;
 
-    /// Closes the program's standard input, waits for its end and returns its exit code: 124 when it had to
-    /// be ended, -1 when a signal ended it.
+    /// Closes the program's standard input, waits for its end and returns its exit code, or minus the signal
+    /// that ended it.
     int finish();
 
     /// All that the program has said so far.

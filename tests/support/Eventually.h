@@ -10,7 +10,7 @@ namespace velmorindal {
 /// @returns false when it never did.
 template <typename Condition>
 bool eventually(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes{2};
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes{5};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;

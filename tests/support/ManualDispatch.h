@@ -23,22 +23,16 @@ class ManualDispatch final : public TestDispatch {
     void postToMain(Work work) override;
     void runOnMainAndWait(Work work) override;
     void runInBackground(Work work) override;
-    void runPendingMainWork() override;
 
     std::size_t pendingMainWork() const override;
-    bool runOneMainWork() override;
-    bool waitForPendingMainWork(std::size_t count) override;
-    void waitForBackground() override;
-    bool runMainWorkUntil(const std::function<bool()>& condition) override;
     bool waitUntil(const std::function<bool()>& condition) override;
 
   private:
-    bool runNext();
-    void waitBriefly();
+    bool hasBackgroundWork() const override;
+    bool runNext() override;
     std::vector<std::thread> takeThreads();
 
     mutable Mutex mutex_;
-    Condition changed_;
     std::deque<Work> mainQueue_ GUARDED_BY(mutex_);
     std::vector<std::thread> threads_ GUARDED_BY(mutex_);
     std::size_t running_ GUARDED_BY(mutex_) = 0;

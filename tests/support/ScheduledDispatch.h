@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <functional>
-#include <string_view>
 
 #include "Scheduler.h"
 #include "TestDispatch.h"
@@ -18,23 +17,16 @@ class ScheduledDispatch final : public TestDispatch {
     void postToMain(Work work) override;
     void runOnMainAndWait(Work work) override;
     void runInBackground(Work work) override;
-    void runPendingMainWork() override;
 
     /// From now on nothing that is posted ever runs: the mistake of a broken wizard.
     void losePostedWork() { losesPostedWork_ = true; }
 
-    bool hasPendingMainWork() const { return !queue_.empty(); }
-
     std::size_t pendingMainWork() const override { return queue_.size(); }
-    bool runOneMainWork() override;
-    bool waitForPendingMainWork(std::size_t count) override;
-    void waitForBackground() override;
-    bool runMainWorkUntil(const std::function<bool()>& condition) override;
     bool waitUntil(const std::function<bool()>& condition) override;
 
   private:
-    bool waitWithinBound(std::function<bool()> condition, std::string_view where);
-    void runNext();
+    bool hasBackgroundWork() const override { return scheduler_.hasOtherThreads(); }
+    bool runNext() override;
 
     Scheduler& scheduler_;
     std::deque<Work> queue_;

@@ -24,22 +24,40 @@ class TestDispatch : public Dispatch {
 
     virtual std::size_t pendingMainWork() const = 0;
 
-    /// Waits for a piece of main-queue work and runs it. @returns false when none came within the bound.
-    virtual bool runOneMainWork() = 0;
-
-    /// Waits until that many pieces of main-queue work are pending. @returns false when the bound passed
-    /// first.
-    virtual bool waitForPendingMainWork(std::size_t count) = 0;
-
-    /// Runs main-queue work as it comes until no background run is left.
-    virtual void waitForBackground() = 0;
-
-    /// Runs main-queue work as it comes until `condition` holds. @returns false when the bound passed first.
-    virtual bool runMainWorkUntil(const std::function<bool()>& condition) = 0;
-
     /// Lets background threads run, and no main-queue work, until `condition` holds.
     /// @returns false when the bound passed first.
     virtual bool waitUntil(const std::function<bool()>& condition) = 0;
+
+    /// Waits until that many pieces of main-queue work are pending. @returns false when the bound passed
+    /// first.
+    bool waitForPendingMainWork(std::size_t count) {
+        return waitUntil([this, count] { return pendingMainWork() >= count; });
+    }
+
+    /// Waits for a piece of main-queue work and runs it. @returns false when none came within the bound.
+    bool runOneMainWork() { return waitForPendingMainWork(1) && runNext(); }
+
+    void runPendingMainWork() override {
+        // One at a time: work that itself waits for the main queue must find the rest still queued, in order.
+        for (std::size_t submitted = pendingMainWork(); submitted > 0 && runNext(); --submitted) {
+        }
+    }
+
+    /// Runs main-queue work as it comes until `condition` holds. @returns false when the bound passed first.
+    bool runMainWorkUntil(const std::function<bool()>& condition) {
+        while (!condition()) {
+            if (!waitUntil([&] { return pendingMainWork() > 0 || condition(); })) {
+                return false;
+            }
+            runPendingMainWork();
+        }
+        return true;
+    }
+
+    /// Runs main-queue work as it comes until no background run is left.
+    void waitForBackground() {
+        runMainWorkUntil([this] { return !hasBackgroundWork(); });
+    }
 
     /// Starts `work` on a background thread.
     template <typename Function>
@@ -62,6 +80,11 @@ class TestDispatch : public Dispatch {
         runPendingMainWork();
         return result.get();
     }
+
+  protected:
+    virtual bool hasBackgroundWork() const = 0;
+    /// Runs one piece of main-queue work. @returns false when there is none.
+    virtual bool runNext() = 0;
 };
 
 }  // namespace velmorindal
