@@ -69,104 +69,68 @@ Field field(std::string_view name, std::string& value) {
 
 using Fields = std::vector<Field>;
 
-Fields fieldsOf(VCVersion& message) {
-    return {field("_versionString", message._versionString)};
-}
-
-Fields fieldsOf(VCStatus& message) {
-    return {field("_linkState", message._linkState)};
-}
-
-Fields fieldsOf(VCProtocolSelect& message) {
-    return {field("proto", message.proto)};
-}
-
-Fields fieldsOf(VCWriteSettings& /*message*/) {
-    return {};
-}
-
-Fields fieldsOf(VCReset& /*message*/) {
-    return {};
-}
-
-Fields fieldsOf(VCHumDuration& message) {
-    return {field("detect_mode", message.detect_mode), field("min_short", message.min_short),
-            field("max_short", message.max_short),     field("min_long", message.min_long),
-            field("max_long", message.max_long),       field("hold_on", message.hold_on),
-            field("hold_off", message.hold_off)};
-}
-
-Fields fieldsOf(VCHumThresholds& message) {
-    return {field("apThreshold", message.apThreshold), field("siThreshold", message.siThreshold)};
-}
-
-Fields fieldsOf(VCKeyboardConfig& message) {
-    return {field("shortKey0Modifier", message.shortKey0Modifier), field("shortKey0", message.shortKey0),
-            field("shortKey1Modifier", message.shortKey1Modifier), field("shortKey1", message.shortKey1),
-            field("longKey0Modifier", message.longKey0Modifier),   field("longKey0", message.longKey0),
-            field("longKey1Modifier", message.longKey1Modifier),   field("longKey1", message.longKey1)};
-}
-
-Fields fieldsOf(VCOutputPath& message) {
-    return {field("path", message.path)};
-}
-
-Fields fieldsOf(VCRelayConfig& message) {
-    return {field("config_modeShort", message.config_modeShort),
-            field("config_modeLong", message.config_modeLong),
-            field("config_typeShort", message.config_typeShort),
-            field("config_typeLong", message.config_typeLong),
-            field("min_pulse_short", message.min_pulse_short),
-            field("min_pulse_long", message.min_pulse_long),
-            field("max_pulse_short", message.max_pulse_short),
-            field("max_pulse_long", message.max_pulse_long)};
-}
-
-Fields fieldsOf(VCLastHumDuration& message) {
-    return {field("_duration", message._duration), field("_sourceSI", message._sourceSI)};
-}
-
-Fields fieldsOf(VCAutoTune& message) {
-    return {field("channel", message.channel), field("_minThreshold", message._minThreshold),
-            field("_maxThreshold", message._maxThreshold)};
-}
-
-template <typename Message>
-constexpr MessageClass classNamed(std::string_view name) {
+/// `members`: each with its name.
+template <typename Message, typename... Members>
+MessageClass classNamed(std::string_view name, Members... members) {
     return {
         name, []() -> std::unique_ptr<VelmorindalCommand> { return std::make_unique<Message>(); },
         [](const VelmorindalCommand& message) { return dynamic_cast<const Message*>(&message) != nullptr; },
-        [](VelmorindalCommand& message) {
-            Fields fields = fieldsOf(dynamic_cast<Message&>(message));
-            fields.insert(fields.begin(), field("_valid", message._valid));
-            return fields;
+        [members...](VelmorindalCommand& command) {
+            auto& message = dynamic_cast<Message&>(command);
+            return Fields{field("_valid", message._valid), field(members.first, message.*members.second)...};
         }};
 }
-
-constexpr std::array messageClasses{
-    classNamed<VCVersion>("VCVersion"),
-    classNamed<VCStatus>("VCStatus"),
-    classNamed<VCProtocolSelect>("VCProtocolSelect"),
-    classNamed<VCWriteSettings>("VCWriteSettings"),
-    classNamed<VCReset>("VCReset"),
-    classNamed<VCHumDuration>("VCHumDuration"),
-    classNamed<VCHumThresholds>("VCHumThresholds"),
-    classNamed<VCKeyboardConfig>("VCKeyboardConfig"),
-    classNamed<VCOutputPath>("VCOutputPath"),
-    classNamed<VCRelayConfig>("VCRelayConfig"),
-    classNamed<VCLastHumDuration>("VCLastHumDuration"),
-    classNamed<VCAutoTune>("VCAutoTune"),
-};
 
 }  // namespace
 
 std::span<const MessageClass> allMessageClasses() {
-    return messageClasses;
+    static const std::array all{
+        classNamed<VCVersion>("VCVersion", std::pair{"_versionString", &VCVersion::_versionString}),
+        classNamed<VCStatus>("VCStatus", std::pair{"_linkState", &VCStatus::_linkState}),
+        classNamed<VCProtocolSelect>("VCProtocolSelect", std::pair{"proto", &VCProtocolSelect::proto}),
+        classNamed<VCWriteSettings>("VCWriteSettings"),
+        classNamed<VCReset>("VCReset"),
+        classNamed<VCHumDuration>(
+            "VCHumDuration", std::pair{"detect_mode", &VCHumDuration::detect_mode},
+            std::pair{"min_short", &VCHumDuration::min_short},
+            std::pair{"max_short", &VCHumDuration::max_short},
+            std::pair{"min_long", &VCHumDuration::min_long}, std::pair{"max_long", &VCHumDuration::max_long},
+            std::pair{"hold_on", &VCHumDuration::hold_on}, std::pair{"hold_off", &VCHumDuration::hold_off}),
+        classNamed<VCHumThresholds>("VCHumThresholds",
+                                    std::pair{"apThreshold", &VCHumThresholds::apThreshold},
+                                    std::pair{"siThreshold", &VCHumThresholds::siThreshold}),
+        classNamed<VCKeyboardConfig>("VCKeyboardConfig",
+                                     std::pair{"shortKey0Modifier", &VCKeyboardConfig::shortKey0Modifier},
+                                     std::pair{"shortKey0", &VCKeyboardConfig::shortKey0},
+                                     std::pair{"shortKey1Modifier", &VCKeyboardConfig::shortKey1Modifier},
+                                     std::pair{"shortKey1", &VCKeyboardConfig::shortKey1},
+                                     std::pair{"longKey0Modifier", &VCKeyboardConfig::longKey0Modifier},
+                                     std::pair{"longKey0", &VCKeyboardConfig::longKey0},
+                                     std::pair{"longKey1Modifier", &VCKeyboardConfig::longKey1Modifier},
+                                     std::pair{"longKey1", &VCKeyboardConfig::longKey1}),
+        classNamed<VCOutputPath>("VCOutputPath", std::pair{"path", &VCOutputPath::path}),
+        classNamed<VCRelayConfig>("VCRelayConfig",
+                                  std::pair{"config_modeShort", &VCRelayConfig::config_modeShort},
+                                  std::pair{"config_modeLong", &VCRelayConfig::config_modeLong},
+                                  std::pair{"config_typeShort", &VCRelayConfig::config_typeShort},
+                                  std::pair{"config_typeLong", &VCRelayConfig::config_typeLong},
+                                  std::pair{"min_pulse_short", &VCRelayConfig::min_pulse_short},
+                                  std::pair{"min_pulse_long", &VCRelayConfig::min_pulse_long},
+                                  std::pair{"max_pulse_short", &VCRelayConfig::max_pulse_short},
+                                  std::pair{"max_pulse_long", &VCRelayConfig::max_pulse_long}),
+        classNamed<VCLastHumDuration>("VCLastHumDuration",
+                                      std::pair{"_duration", &VCLastHumDuration::_duration},
+                                      std::pair{"_sourceSI", &VCLastHumDuration::_sourceSI}),
+        classNamed<VCAutoTune>("VCAutoTune", std::pair{"channel", &VCAutoTune::channel},
+                               std::pair{"_minThreshold", &VCAutoTune::_minThreshold},
+                               std::pair{"_maxThreshold", &VCAutoTune::_maxThreshold}),
+    };
+    return all;
 }
 
 const MessageClass& messageClassNamed(std::string_view name) {
-    const auto* const found = std::ranges::find(messageClasses, name, &MessageClass::name);
-    if (found == messageClasses.end()) {
+    const auto found = std::ranges::find(allMessageClasses(), name, &MessageClass::name);
+    if (found == allMessageClasses().end()) {
         refuse(name);
     }
     return *found;
@@ -176,9 +140,9 @@ std::string described(VelmorindalCommand* message) {
     if (message == nullptr) {
         return "none";
     }
-    const auto* const found = std::ranges::find_if(
-        messageClasses, [&](const MessageClass& each) { return each.matches(*message); });
-    if (found == messageClasses.end()) {
+    const auto found = std::ranges::find_if(allMessageClasses(),
+                                            [&](const MessageClass& each) { return each.matches(*message); });
+    if (found == allMessageClasses().end()) {
         return "a message of no known class";
     }
     std::string text{found->name};

@@ -24,7 +24,7 @@ struct MessageClass {
     std::string_view name;
     std::unique_ptr<VelmorindalCommand> (*make)();
     bool (*matches)(const VelmorindalCommand&);
-    std::vector<Field> (*fields)(VelmorindalCommand&);
+    std::function<std::vector<Field>(VelmorindalCommand&)> fields;
 };
 
 std::span<const MessageClass> allMessageClasses();
