@@ -1,15 +1,11 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
-#include <QPushButton>
 #include <QSettings>
-#include <QTest>
 #include <algorithm>
 
+#include "PosixSystem.h"
 #include "QtDispatch.h"
-#include "TemporaryDirectory.h"
-#include "UnhurriedSystem.h"
-#include "VirtualDongle.h"
 #include "Wizard.h"
 #include "WizardTest.h"
 
@@ -18,57 +14,18 @@ namespace {
 
 class WizardProgramTest : public testing::Test {
   protected:
-    static constexpr int bound = 600'000;
-
-    WizardProgramTest() { QSettings{}.clear(); }
-
-    void TearDown() override {
-        // Here the end of the program is not the end of the process.
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !wizard.container().hasBackgroundWork(); }, bound));
+    WizardProgramTest() {
+        QSettings{}.clear();
+        wizard.applicationDidFinishLaunching();
     }
 
-    QPushButton* button(const char* label) {
-        for (auto* button : wizard.window().findChildren<QPushButton*>()) {
-            if (button->isVisible() && button->text() == QLatin1String{label}) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
-
-    /// Presses a button as soon as it is there.
-    void press(const char* label) {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return button(label) != nullptr; }, bound)) << label;
-        button(label)->click();
-        QApplication::processEvents();
-    }
-
-    TemporaryDirectory directory;
-    VirtualDongle dongle{directory.path()};
     int departures = 0;
-    UnhurriedSystem system;
+    PosixSystem system;
     QtDispatch dispatch;
-    Wizard wizard{
-        dispatch, system, {.directory = directory.path().string() + "/"}, QtFilePanel::Kind::toolkit, [this] {
-            ++departures;
-        }};
+    Wizard wizard{dispatch, system, {}, QtFilePanel::Kind::toolkit, [this] { ++departures; }};
 };
 
-TEST_F(WizardProgramTest, NextConnectsAndTheWindowFollows) {
-    wizard.applicationDidFinishLaunching();
-
-    press("Next");
-
-    EXPECT_TRUE(QTest::qWaitFor(
-        [this] { return wizard.velmorindal().connectionState.get() == ConnectionStatus::connected; }, bound));
-    press("Next");
-    EXPECT_EQ(wizard.container().currentState.get(), wizardState::Mode);
-    wizard.terminate();
-}
-
 TEST_F(WizardProgramTest, ClosingTheWindowShutsTheDeviceDownSaysFarewellAndLeavesOnce) {
-    wizard.applicationDidFinishLaunching();
-
     const auto lines = linesPrintedBy([this] {
         wizard.window().close();
         wizard.window().close();
@@ -81,7 +38,6 @@ TEST_F(WizardProgramTest, ClosingTheWindowShutsTheDeviceDownSaysFarewellAndLeave
 }
 
 TEST_F(WizardProgramTest, TheFrameIsRememberedBeforeThePortIsClosed) {
-    wizard.applicationDidFinishLaunching();
     bool remembered = false;
     const auto watching = wizard.velmorindal().objectWillChange.subscribe(
         [&remembered] { remembered = QSettings{}.contains(QStringLiteral("Main Window")); });
@@ -92,10 +48,10 @@ TEST_F(WizardProgramTest, TheFrameIsRememberedBeforeThePortIsClosed) {
 }
 
 TEST_F(WizardProgramTest, EveryWindowIsGoneBeforeTheShutdownCanWait) {
-    wizard.applicationDidFinishLaunching();
     wizard.container().currentState = wizardState::Mode;
     QApplication::processEvents();
-    press("Cancel");
+    wizard.container().cancelButtonPressed();
+    QApplication::processEvents();
     std::vector<bool> visible;
     const auto watching = wizard.velmorindal().objectWillChange.subscribe([&visible] {
         visible.push_back(std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible));
@@ -104,25 +60,6 @@ TEST_F(WizardProgramTest, EveryWindowIsGoneBeforeTheShutdownCanWait) {
     wizard.terminate();
 
     EXPECT_THAT(visible, testing::ElementsAre(false));
-}
-
-TEST_F(WizardProgramTest, YesToClosingEndsTheProgram) {
-    wizard.applicationDidFinishLaunching();
-    wizard.container().currentState = wizardState::Mode;
-    QApplication::processEvents();
-
-    press("Cancel");
-    press("Yes");
-
-    EXPECT_EQ(departures, 1);
-}
-
-TEST_F(WizardProgramTest, CloseEndsTheProgram) {
-    wizard.applicationDidFinishLaunching();
-
-    press("Close");
-
-    EXPECT_EQ(departures, 1);
 }
 
 }  // namespace
