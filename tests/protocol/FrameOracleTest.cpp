@@ -2,6 +2,8 @@
 
 #include "FrameOracle.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -12,7 +14,6 @@
 #include "HexText.h"
 #include "MessageClass.h"
 #include "Print.h"
-#include "ProtocolTest.h"
 #include "VelmorindalMessageFactory.h"
 
 namespace velmorindal {
