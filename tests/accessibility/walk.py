@@ -109,11 +109,8 @@ class Walk(unittest.TestCase):
             # It stays down for a moment; a press meanwhile would only make it longer.
             wait_for(f"{name!r} to come up again", lambda: "pressed" not in button.states_now())  # noqa: B023
 
-    def choose(self, name, role=pyatspi.ROLE_RADIO_BUTTON):
-        self.control(name, role).act("Toggle")
-
-    def check(self, name):
-        self.choose(name, pyatspi.ROLE_CHECK_BOX)
+    def choose(self, name):
+        self.control(name, pyatspi.ROLE_RADIO_BUTTON).act("Toggle")
 
     def answer_file_panel(self, title, path):
         """Types a path into the panel of that title and confirms it."""
