@@ -81,9 +81,10 @@ class Bench:
             "the port of the pulled dongle to vanish",
         )
 
-    @staticmethod
-    def is_plugged(dongle):
-        return dongle.is_plugged() or bool(nodes()) or bool(links())
+    def plug_in_again(self, dongle):
+        """One that pulls itself."""
+        wait_for(lambda: not (dongle.is_plugged() or nodes() or links()), "the port to vanish")
+        self.plug_in(dongle)
 
     def wizard(self, person="carer", printing=True, **environment):
         """Started, with its window on the screen. See Wizard for `printing`."""
@@ -129,6 +130,11 @@ def holds_back(path="/dev/ttyACM0"):
         "echo": "-echo " not in text,
         "icanon": "-icanon" not in text,
     }
+
+
+def close(wizard):
+    wizard.close_window()
+    expect_left(wizard)
 
 
 def expect_left(wizard):

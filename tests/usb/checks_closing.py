@@ -2,7 +2,7 @@
 
 import time
 
-from bench import DEADLINE, SLOWNESS, check, expect_left
+from bench import DEADLINE, SLOWNESS, check, close, expect_left
 from waiting import expect, expect_at_most, wait_for
 from window_watch import WindowWatch
 
@@ -83,8 +83,7 @@ def late_acknowledgements(bench):
     wizard = bench.connected()
     dongle.acknowledges_after = 0
     expect(wizard.errors.texts, [], "standard error")
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)
 
 
 @check("a device that never takes data: no dongle found within five seconds, and the window closes at once")

@@ -6,8 +6,8 @@ import signal
 import subprocess
 import time
 
-from bench import check, expect_left, expect_reason
-from checks_program import expect_programmed
+from bench import check, close, expect_reason
+from checks_program import program
 from dongle import CONNECTING, STORE
 from waiting import Failed, expect, wait_for
 
@@ -68,11 +68,7 @@ def modem_manager_as_it_comes(bench):
     dongle = bench.dongle()
     time.sleep(TIME_TO_COME)
     expect((dongle.line_states, bytes(dongle.bytes)), ([], b""), "what reached the device")
-    wizard = bench.connected(step="Summary")
-    wizard.save()
-    wizard.wait_for_line("All done!")
-    expect(wizard.leave(), 0, "the exit status")
-    expect_programmed(dongle)
+    program(bench.connected(step="Summary"), dongle)
 
 
 def busy_with_modem_manager(bench, told_to_probe, functions):
@@ -86,8 +82,7 @@ def busy_with_modem_manager(bench, told_to_probe, functions):
     wizard.press("alt+n")
     wizard.wait_for_line("Could not connect.")
     wizard.press("Return", title="Connection Failed")
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)
     wait_until_it_has_gone(bench, dongle)
     dongle.bytes.clear()
     bench.connected()
@@ -141,5 +136,4 @@ def modem_manager_comes_late(bench):
         expect(wizard.leave(), 0, "the exit status")
     else:
         wizard.answer_failed_save()
-        wizard.close_window()
-        expect_left(wizard)
+        close(wizard)

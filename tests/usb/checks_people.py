@@ -1,17 +1,12 @@
 """Who may use the dongle, and what the wizard says to those who may not."""
 
-from bench import check, expect_left, expect_reason
-from checks_program import expect_programmed
-from waiting import expect
+from bench import check, close, expect_reason
+from checks_program import program
 
 
 def saves_as(bench, person):
     dongle = bench.dongle()
-    wizard = bench.connected(person, step="Summary")
-    wizard.save()
-    wizard.wait_for_line("All done!")
-    expect(wizard.leave(), 0, "the exit status")
-    expect_programmed(dongle)
+    program(bench.connected(person, step="Summary"), dongle)
 
 
 check("the person at the seat, in no group: saves, exact to the byte", "carer", name="person_at_the_seat")(saves_as)
@@ -25,6 +20,5 @@ def person_with_neither(bench):
     wizard.press("alt+n")
     wizard.wait_for_line("Could not connect.")
     wizard.press("Return", title="Connection Failed")
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)
     expect_reason(wizard, "/dev/cu.usbmodem0", "Permission denied", "dialout")

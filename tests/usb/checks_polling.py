@@ -2,7 +2,7 @@
 
 import time
 
-from bench import check, expect_left
+from bench import check, close
 from dongle import AUTO_TUNE, LAST_HUM
 from waiting import expect, expect_at_most, wait_for
 
@@ -24,8 +24,7 @@ def pulled_while_showing(bench, key, started):
     expect_at_most(len(printed), LINES_A_SECOND * LOOKED_AT, f"lines in {LOOKED_AT} seconds")
     wizard.hears("No readings are arriving")
     wizard.press(key)
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)
 
 
 check(
@@ -51,14 +50,12 @@ def pulled_in_exchange(bench, key, exchange):
     if exchange[1] > 1:
         wizard.wait_for_line("Have a reading of")
         wizard.press(key)
-    wait_for(lambda: not bench.is_plugged(dongle), "the port to vanish")
-    bench.plug_in(dongle)
+    bench.plug_in_again(dongle)
     if LAST_HUM == exchange[0]:
         # Only the start of this measurement can fail, and says so.
         wizard.wait_for_line("Not a good start to duration polling")
     wizard.walk("Calibration", "Summary")
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)
     expect(bytes(dongle.bytes), b"", "what the host sent after the dongle was plugged in again")
 
 
@@ -92,5 +89,4 @@ def silent_while_showing_clarity(bench):
         "the words to go",
     )
     wizard.press("alt+h")
-    wizard.close_window()
-    expect_left(wizard)
+    close(wizard)

@@ -1,8 +1,8 @@
 """The whole way from plugging in to the stored settings, and the dongle pulled at every point of it."""
 
-from bench import check, expect_left
+from bench import check, close
 from dongle import CONNECTING, DURATION, KEYS, PATH, PROTOCOL, RELAYS, STATUS, STORE, THRESHOLDS, VERSION, WRITING
-from waiting import expect, wait_for
+from waiting import expect
 
 NO_DONGLE = "Could not detect Velmorindal Dongle."
 READING = (
@@ -38,19 +38,19 @@ def expect_next_run_connects(bench, dongle):
     expect(bytes(dongle.bytes), b"".join(CONNECTING), "what the new run sent")
 
 
-def leave(wizard):
-    wizard.close_window()
-    expect_left(wizard)
+def program(wizard, dongle):
+    """From the Summary page to the end of the program."""
+    wizard.save()
+    wizard.wait_for_line("All done!")
+    expect(wizard.leave(), 0, "the exit status")
+    expect_programmed(dongle)
 
 
 @check("finds, connects, reads and saves, exact to the byte")
 def saves(bench):
     dongle = bench.dongle()
     wizard = bench.connected(step="Summary")
-    wizard.save()
-    wizard.wait_for_line("All done!")
-    expect(wizard.leave(), 0, "the exit status")
-    expect_programmed(dongle)
+    program(wizard, dongle)
     expect(wizard.errors.texts, [], "standard error")
 
 
@@ -62,10 +62,7 @@ def pulled_on_welcome(bench):
     bench.plug_in(dongle)
     wizard.connect()
     wizard.walk("Connect", "Summary")
-    wizard.save()
-    wizard.wait_for_line("All done!")
-    expect(wizard.leave(), 0, "the exit status")
-    expect_programmed(dongle)
+    program(wizard, dongle)
 
 
 def pulled_on_page(bench, page):
@@ -78,7 +75,7 @@ def pulled_on_page(bench, page):
     wizard.hears("Save Failed")
     wizard.hears("PS/")
     wizard.answer_failed_save()
-    leave(wizard)
+    close(wizard)
     expect_next_run_connects(bench, dongle)
 
 
@@ -97,10 +94,9 @@ def pulled_while_reading(bench, query, text):
     wizard.press("alt+n")
     wizard.wait_for_line("Could not connect.")
     wizard.hears(text)
-    wait_for(lambda: not bench.is_plugged(dongle), "the port to vanish")
-    bench.plug_in(dongle)
+    bench.plug_in_again(dongle)
     wizard.press("Return", title="Connection Failed")
-    leave(wizard)
+    close(wizard)
     expect_next_run_connects(bench, dongle)
 
 
@@ -119,10 +115,9 @@ def pulled_while_writing(bench, command, code):
     wizard = bench.connected(step="Summary")
     wizard.save()
     wizard.hears(code)
-    wait_for(lambda: not bench.is_plugged(dongle), "the port to vanish")
-    bench.plug_in(dongle)
+    bench.plug_in_again(dongle)
     wizard.answer_failed_save()
-    leave(wizard)
+    close(wizard)
     expect_next_run_connects(bench, dongle)
 
 

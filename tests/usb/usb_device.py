@@ -2,7 +2,7 @@
 messages of USB/IP; all above that, from enumeration to the serial driver, is the kernel's own."""
 
 import collections
-import os
+import contextlib
 import pathlib
 import socket
 import struct
@@ -96,7 +96,7 @@ class UsbDevice:
                 endpoint.bytes.clear()
         self._server = threading.Thread(target=self._serve, args=(ours,), daemon=True)
         self._server.start()
-        write(CONTROLLER / "attach", f"{self._port} {theirs.fileno()} {0x10001 + self._port} {self.speed}")
+        (CONTROLLER / "attach").write_text(f"{self._port} {theirs.fileno()} {0x10001 + self._port} {self.speed}")
         # The controller holds its own reference.
         theirs.close()
         for thread in controller_threads():
@@ -107,7 +107,7 @@ class UsbDevice:
         with self.lock:
             port, self._port = self._port, None
         if port is not None:
-            write(CONTROLLER / "detach", str(port))
+            (CONTROLLER / "detach").write_text(str(port))
 
     def is_plugged(self):
         with self.lock:
@@ -161,11 +161,12 @@ class UsbDevice:
                     self._waiting_out.append((number, endpoint, data))
 
     def _answer(self, number, status, length, data=b""):
-        message = struct.pack(">IIIIIiiiii8x", ANSWERED, number, 0, 0, 0, status, length, 0, 0, 0) + data
-        try:
+        self._send(struct.pack(">IIIIIiiiii8x", ANSWERED, number, 0, 0, 0, status, length, 0, 0, 0) + data)
+
+    def _send(self, message):
+        # It may be pulled meanwhile.
+        with contextlib.suppress(OSError):
             self._socket.sendall(message)
-        except OSError:
-            pass  # Pulled meanwhile.
 
     def _hand_out(self, endpoint):
         for number, data in self.in_endpoints[endpoint].answers():
@@ -189,11 +190,7 @@ class UsbDevice:
             waited = waited or len(kept) < len(self._waiting_out)
             self._waiting_out = kept
             status = RESET if waited else 0
-            message = struct.pack(">IIIIIi24x", UNLINKED, number, 0, 0, 0, status)
-            try:
-                self._socket.sendall(message)
-            except OSError:
-                pass  # Pulled meanwhile.
+            self._send(struct.pack(">IIIIIi24x", UNLINKED, number, 0, 0, 0, status))
 
     def _control(self, number, setup, data, length):
         request_type, request, value, index, _ = struct.unpack("<BBHHH", setup)
@@ -221,21 +218,10 @@ class UsbDevice:
 
 
 def receive(connection, count):
-    data = bytearray()
-    while len(data) < count:
-        piece = connection.recv(count - len(data))
-        if not piece:
-            raise EOFError
-        data += piece
-    return bytes(data)
-
-
-def write(path, text):
-    descriptor = os.open(path, os.O_WRONLY)
-    try:
-        os.write(descriptor, text.encode())
-    finally:
-        os.close(descriptor)
+    data = connection.recv(count, socket.MSG_WAITALL)
+    if len(data) < count:
+        raise EOFError
+    return data
 
 
 def free_port():

@@ -4,7 +4,7 @@ import subprocess
 import time
 
 from desktop import Lines
-from waiting import Failed, wait_for
+from waiting import wait_for
 from wizard import TITLE
 
 
@@ -25,10 +25,8 @@ class WindowWatch:
         self._process.wait()
 
     def wait_until_gone(self, seconds=60):
-        deadline = time.monotonic() + seconds
-        while time.monotonic() < deadline:
-            gone = self._lines.time_of("WM_STATE:  not found") or self._lines.time_of("\t\twindow state: Withdrawn")
-            if gone or self._process.poll() is not None:
-                return gone or time.monotonic()
-            time.sleep(0.01)
-        raise Failed(f"the window was there after {seconds} s; its state: {self._lines.texts}")
+        def gone():
+            reported = self._lines.time_of("WM_STATE:  not found") or self._lines.time_of("\t\twindow state: Withdrawn")
+            return reported or (self._process.poll() is not None and time.monotonic())
+
+        return wait_for(gone, lambda: f"the window to go; its state: {self._lines.texts}", seconds)
