@@ -44,12 +44,6 @@ TEST_F(ConnectionTest, TheProbeSetsTheLineBeforeItAsks) {
     EXPECT_EQ(questions, 1U);
 }
 
-TEST_F(ConnectionTest, TheConversationIsTheProbeTheChecksAndTheFiveReadings) {
-    EXPECT_TRUE(connect());
-    EXPECT_THAT(dongle.receivedFrames(), ElementsAre(query('v'), query('v'), query('s'), query('x'),
-                                                     query('p'), query('d'), query('h'), query('k')));
-}
-
 TEST_F(ConnectionTest, NothingIsPublishedWhileTheMainThreadDoesNotTurn) {
     auto result = dispatch.inBackground([this] { return velmorindal.connect(); });
     EXPECT_TRUE(dispatch.waitForPendingMainWork(2));

@@ -333,15 +333,5 @@ TEST_F(PaintedGeometryTest, WhatIsPressedIsHighEnoughAndGrowsWithTheFont) {
     EXPECT_GE(look::navigationHeight(), 80);
 }
 
-TEST_F(PaintedGeometryTest, AButtonUnderlinesTheLetterOfItsShortcut) {
-    show(wizardState::Mode);
-    auto* next = find<QPushButton>(QStringLiteral("Next"));
-    const QImage with = next->grab().toImage();
-
-    next->setShortcut({});
-
-    EXPECT_NE(next->grab().toImage(), with);
-}
-
 }  // namespace
 }  // namespace velmorindal

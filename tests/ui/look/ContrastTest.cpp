@@ -190,10 +190,5 @@ TEST(Legible, AColourThatCanBeReadStaysAndAnotherComesOnlyAsFarAsItMust) {
     EXPECT_LT(look::contrast(corrected, QColor{239, 239, 239}), textContrast + 1);
 }
 
-TEST_P(ContrastTest, TheRingAroundTheFocusStandsOutFromThePage) {
-    EXPECT_GE(look::contrast(look::focusColor(QApplication::palette()), ground()), markContrast);
-    EXPECT_GE(look::contrast(look::outlineColor(QApplication::palette()), ground()), markContrast);
-}
-
 }  // namespace
 }  // namespace velmorindal

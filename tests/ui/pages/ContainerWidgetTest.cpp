@@ -67,18 +67,6 @@ TEST_F(ContainerWidgetTest, TheCurrentStepIsWhiteOnBlueAndTheOthersBlackOnWhite)
     EXPECT_TRUE(step(wizardState::Welcome)->accessibleDescription().isEmpty());
 }
 
-TEST_F(ContainerWidgetTest, EveryPageOffersTheButtonsOfItsSet) {
-    EXPECT_EQ(navigation(), (QStringList{"Next", "Close"}));
-    show(wizardState::Connect);
-    EXPECT_EQ(navigation(), (QStringList{"Back", "Close"}));
-    for (const wizardState page : {wizardState::Mode, wizardState::Output, wizardState::Calibration}) {
-        show(page);
-        EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Next"}));
-    }
-    show(wizardState::Summary);
-    EXPECT_EQ(navigation(), (QStringList{"Cancel", "Back", "Save"}));
-}
-
 TEST_F(ContainerWidgetTest, TheButtonsStandInTheirOrderFromEdgeToEdge) {
     show(wizardState::Mode);
 
@@ -185,18 +173,6 @@ TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
     EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
 }
 
-TEST_F(ContainerWidgetTest, EnterOnTheHeadingPressesTheDefaultButton) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    press(QStringLiteral("Next"));
-    auto* heading = qobject_cast<QLabel*>(window().focusWidget());
-    ASSERT_NE(heading, nullptr);
-
-    QTest::keyClick(heading, Qt::Key_Return);
-    settle();
-
-    EXPECT_EQ(container.currentState.get(), wizardState::Mode);
-}
-
 TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {
     window().resize(2000, 900);
     settle();
@@ -276,37 +252,6 @@ TEST_F(ContainerWidgetTest, AltWithALetterPressesAButtonWithoutAMarkInItsText) {
     show(wizardState::Connect);
     QTest::keyClick(window().focusWidget(), Qt::Key_O, Qt::AltModifier);
     EXPECT_TRUE(eventually([this] { return filePanel.isOpen(); }));
-}
-
-TEST_F(ContainerWidgetTest, NoTwoControlsOfAPageShareAShortcut) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    for (const wizardState page : allWizardStates) {
-        show(page);
-        QStringList shortcuts;
-        for (const auto* button : window().findChildren<QPushButton*>()) {
-            if (button->isVisible()) {
-                shortcuts << button->shortcut().toString();
-            }
-        }
-        const auto count = shortcuts.size();
-        EXPECT_EQ(shortcuts.removeDuplicates(), 0) << count;
-    }
-}
-
-TEST_F(ContainerWidgetTest, NoPageNeedsToScrollInTheWindowAsItOpens) {
-    velmorindal.outputMode = OutputMode::LongShort;
-    velmorindal.shortEnabled = true;
-    velmorindal.outputPath = OutputPath::USBKeyboard;
-    velmorindal.connectionState = ConnectionStatus::writing;
-    for (const wizardState page : allWizardStates) {
-        show(page);
-        for (const auto* scroller : window().findChildren<PageScroller*>()) {
-            if (scroller->isVisible()) {
-                EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0) << stepLabel(page);
-                EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << stepLabel(page);
-            }
-        }
-    }
 }
 
 TEST_F(ContainerWidgetTest, ALineStaysComfortablyShortInAWideWindow) {
