@@ -79,9 +79,9 @@ TEST_F(AtomicSave, AKillLeavesTheOldFileOrTheNewOneAndNothingThatHindersTheNext)
     int newFound = 0;
     bool ended = false;
     for (int steps = 0; !ended; ++steps) {
-        choose(model, before);
+        model.choose(before);
         save(file);
-        choose(model, complete);
+        model.choose(complete);
         {
             SavingChild child{model, file};
             if (child.hasEnded() && child.status() == SavingChild::notTraced) {
@@ -92,9 +92,9 @@ TEST_F(AtomicSave, AKillLeavesTheOldFileOrTheNewOneAndNothingThatHindersTheNext)
             ended = child.hasEnded();
             EXPECT_EQ(ended ? child.status() : 0, 0);
         }
-        choose(model, {});
+        model.choose({});
         ASSERT_TRUE(load(file)) << contentsOf(file);
-        const Settings loaded = settingsOf(model);
+        const ChosenSettings loaded = model.chosenSettings();
         ASSERT_TRUE(loaded == complete || (loaded == before && newFound == 0)) << contentsOf(file);
         ++(loaded == complete ? newFound : oldFound);
     }
@@ -103,11 +103,11 @@ TEST_F(AtomicSave, AKillLeavesTheOldFileOrTheNewOneAndNothingThatHindersTheNext)
     const std::ptrdiff_t left = entriesOf(place.path()) - 1;
     EXPECT_GT(left, 0) << "no kill has left a temporary file";
 
-    choose(model, complete);
+    model.choose(complete);
     save(file);
     EXPECT_EQ(printed.find("Write failed"), std::string::npos);
     EXPECT_EQ(entriesOf(place.path()) - 1, left) << "a save takes its own temporary file away, and no other";
-    choose(model, before);
+    model.choose(before);
     expectLoaded(file);
 }
 

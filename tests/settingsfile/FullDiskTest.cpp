@@ -95,8 +95,9 @@ class AFullDisk : public SettingsFileTest, public testing::WithParamInterface<Ro
             return somethingLeft;
         }
         makeRoom();
-        return !saveFails(file) && model.loadXML(file) && settingsOf(model) == complete ? well
-                                                                                        : saveFailedAfterRoom;
+        return !saveFails(file) && model.loadXML(file) && model.chosenSettings() == complete
+                   ? well
+                   : saveFailedAfterRoom;
     }
 
     static constexpr int noDisk = 100;
@@ -137,7 +138,7 @@ class AFullDisk : public SettingsFileTest, public testing::WithParamInterface<Ro
 };
 
 TEST_P(AFullDisk, LeavesTheOldFileAndSaysSoAndIsWrittenOnceThereIsRoom) {
-    choose(model, complete);
+    model.choose(complete);
     int outcome = saveOnSmallDisk();
     if (outcome == noDisk) {
         std::cout << "No disk could be mounted; files that end after ten bytes instead.\n";

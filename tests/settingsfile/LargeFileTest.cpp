@@ -62,13 +62,13 @@ class LargeFile : public SettingsFileTest {
         const int growth = inChild([&] {
             // The first load brings in what any load needs.
             model.loadXML(dataFile("complete.xml"));
-            choose(model, velmorindal::before);
+            model.choose(velmorindal::before);
             const int peakBefore = peakMemory();
             const bool loaded = model.loadXML(path("large.xml"));
             const int peakAfter = peakMemory();
-            const Settings& expected = error ? velmorindal::before : complete;
+            const ChosenSettings& expected = error ? velmorindal::before : complete;
             return loaded != error.has_value() && model.lastError.get() == error &&
-                           settingsOf(model) == expected
+                           model.chosenSettings() == expected
                        ? std::min(peakAfter - peakBefore, wrongOutcome - 1)
                        : wrongOutcome;
         });

@@ -8,8 +8,8 @@ namespace {
 
 using LoadXML = SettingsFileTest;
 
-Settings completeWith(void (*change)(Settings& settings)) {
-    Settings settings = complete;
+ChosenSettings completeWith(void (*change)(ChosenSettings& settings)) {
+    ChosenSettings settings = complete;
     change(settings);
     return settings;
 }
@@ -57,12 +57,14 @@ TEST_F(LoadXML, EverySettingMustBeThere) {
 }
 
 TEST_F(LoadXML, ASensitivityThatIsNoNumberLoadsAsZero) {
-    expectLoaded(dataFile("sensitivity-abc.xml"), completeWith([](Settings& s) { s.clarity = 0.0F; }));
+    expectLoaded(dataFile("sensitivity-abc.xml"), completeWith([](ChosenSettings& s) { s.clarity = 0.0F; }));
 }
 
 TEST_F(LoadXML, YesIsTrueAndNoIsFalse) {
-    expectLoaded(dataFile("long-enabled-yes.xml"), completeWith([](Settings& s) { s.shortEnabled = false; }));
-    expectLoaded(dataFile("long-enabled-no.xml"), completeWith([](Settings& s) { s.longEnabled = false; }));
+    expectLoaded(dataFile("long-enabled-yes.xml"),
+                 completeWith([](ChosenSettings& s) { s.shortEnabled = false; }));
+    expectLoaded(dataFile("long-enabled-no.xml"),
+                 completeWith([](ChosenSettings& s) { s.longEnabled = false; }));
 }
 
 TEST_F(LoadXML, AnExtraAttributeIsPrintedAndHarmless) {
@@ -87,7 +89,7 @@ TEST_F(LoadXML, ElementsOfOtherNamesAroundItAndInItAreHarmless) {
 }
 
 TEST_F(LoadXML, ALaterElementOverwritesWhatItNames) {
-    expectLoaded(dataFile("second-element-overwrites.xml"), completeWith([](Settings& s) {
+    expectLoaded(dataFile("second-element-overwrites.xml"), completeWith([](ChosenSettings& s) {
                      s.outputPath = OutputPath::BTKeyboard;
                      s.clarity = 0.25F;
                      s.cutoff = 0.75F;
@@ -125,23 +127,28 @@ TEST_F(LoadXML, EncodingsWithAMarkOrADeclarationAreUnderstood) {
 }
 
 TEST_F(LoadXML, EachSettingIsAnnouncedInOrderBeforeItChanges) {
-    const auto step = [](Settings from, void (*change)(Settings & settings)) {
+    const auto step = [](ChosenSettings from, void (*change)(ChosenSettings & settings)) {
         change(from);
         return from;
     };
-    std::vector<Settings> expected{before};
-    expected.push_back(step(expected.back(), [](Settings& s) { s.outputPath = complete.outputPath; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.outputMode = complete.outputMode; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.longEnabled = complete.longEnabled; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.shortEnabled = complete.shortEnabled; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.keys.longKey = complete.keys.longKey; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.keys.shortKey = complete.keys.shortKey; }));
+    std::vector<ChosenSettings> expected{before};
+    expected.push_back(step(expected.back(), [](ChosenSettings& s) { s.outputPath = complete.outputPath; }));
+    expected.push_back(step(expected.back(), [](ChosenSettings& s) { s.outputMode = complete.outputMode; }));
     expected.push_back(
-        step(expected.back(), [](Settings& s) { s.keys.directKey = complete.keys.directKey; }));
-    expected.push_back(step(expected.back(), [](Settings& s) { s.clarity = complete.clarity; }));
+        step(expected.back(), [](ChosenSettings& s) { s.longEnabled = complete.longEnabled; }));
+    expected.push_back(
+        step(expected.back(), [](ChosenSettings& s) { s.shortEnabled = complete.shortEnabled; }));
+    expected.push_back(
+        step(expected.back(), [](ChosenSettings& s) { s.outputKeys.longKey = complete.outputKeys.longKey; }));
+    expected.push_back(step(expected.back(),
+                            [](ChosenSettings& s) { s.outputKeys.shortKey = complete.outputKeys.shortKey; }));
+    expected.push_back(step(
+        expected.back(), [](ChosenSettings& s) { s.outputKeys.directKey = complete.outputKeys.directKey; }));
+    expected.push_back(step(expected.back(), [](ChosenSettings& s) { s.clarity = complete.clarity; }));
 
-    std::vector<Settings> seen;
-    const auto subscription = model.objectWillChange.subscribe([&] { seen.push_back(settingsOf(model)); });
+    std::vector<ChosenSettings> seen;
+    const auto subscription =
+        model.objectWillChange.subscribe([&] { seen.push_back(model.chosenSettings()); });
     expectLoaded(dataFile("complete.xml"));
 
     EXPECT_THAT(seen, testing::ElementsAreArray(expected));

@@ -3,55 +3,28 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <tuple>
 
 #include "Print.h"
 
 namespace velmorindal {
 
-void NoDispatch::postToMain(Work /*work*/) {
-    ADD_FAILURE() << "posted to the main queue";
+bool operator==(const ChosenSettings& one, const ChosenSettings& other) {
+    const auto all = [](const ChosenSettings& each) {
+        return std::tie(each.outputPath, each.outputMode, each.longEnabled, each.shortEnabled,
+                        each.outputKeys, each.clarity, each.cutoff);
+    };
+    return all(one) == all(other);
 }
 
-void NoDispatch::runOnMainAndWait(Work /*work*/) {
-    ADD_FAILURE() << "waited for the main queue";
-}
-
-void NoDispatch::runInBackground(Work /*work*/) {
-    ADD_FAILURE() << "ran in the background";
-}
-
-void NoDispatch::runPendingMainWork() {
-    ADD_FAILURE() << "ran pending main work";
-}
-
-void PrintTo(const Settings& settings, std::ostream* stream) {
+void PrintTo(const ChosenSettings& settings, std::ostream* stream) {
     for (const PrintItem& item :
          {PrintItem{settings.outputPath}, PrintItem{settings.outputMode}, PrintItem{settings.longEnabled},
-          PrintItem{settings.shortEnabled}, PrintItem{settings.keys.longKey},
-          PrintItem{settings.keys.shortKey}, PrintItem{settings.keys.directKey}, PrintItem{settings.clarity},
-          PrintItem{settings.cutoff}}) {
+          PrintItem{settings.shortEnabled}, PrintItem{settings.outputKeys.longKey},
+          PrintItem{settings.outputKeys.shortKey}, PrintItem{settings.outputKeys.directKey},
+          PrintItem{settings.clarity}, PrintItem{settings.cutoff}}) {
         *stream << item.text() << ' ';
     }
-}
-
-Settings settingsOf(const VelmorindalSwitch& model) {
-    return {.outputPath = model.outputPath.get(),
-            .outputMode = model.outputMode.get(),
-            .longEnabled = model.longEnabled.get(),
-            .shortEnabled = model.shortEnabled.get(),
-            .keys = model.outputKeys.get(),
-            .clarity = model.clarity.get(),
-            .cutoff = model.cutoff.get()};
-}
-
-void choose(VelmorindalSwitch& model, const Settings& settings) {
-    model.outputPath = settings.outputPath;
-    model.outputMode = settings.outputMode;
-    model.longEnabled = settings.longEnabled;
-    model.shortEnabled = settings.shortEnabled;
-    model.outputKeys = settings.keys;
-    model.clarity = settings.clarity;
-    model.cutoff = settings.cutoff;
 }
 
 std::string completeDocument(std::string_view replaced, std::string_view replacement) {
@@ -83,7 +56,7 @@ std::ptrdiff_t entriesOf(const std::filesystem::path& directory) {
 
 SettingsFileTest::SettingsFileTest() {
     std::filesystem::permissions(directory.path(), std::filesystem::perms{0755});
-    choose(model, before);
+    model.choose(before);
     subscription_ = model.objectWillChange.subscribe([this] { ++announcements; });
 }
 
@@ -104,18 +77,18 @@ bool SettingsFileTest::save(const std::filesystem::path& file) {
 
 void SettingsFileTest::expectRefused(const std::filesystem::path& file, std::string_view text) {
     SCOPED_TRACE(file.string());
-    const Settings unchanged = settingsOf(model);
+    const ChosenSettings unchanged = model.chosenSettings();
     EXPECT_FALSE(load(file));
     EXPECT_EQ(model.lastError.get(), text);
-    EXPECT_EQ(settingsOf(model), unchanged);
+    EXPECT_EQ(model.chosenSettings(), unchanged);
     EXPECT_EQ(announcements, 0);
 }
 
-void SettingsFileTest::expectLoaded(const std::filesystem::path& file, const Settings& settings) {
+void SettingsFileTest::expectLoaded(const std::filesystem::path& file, const ChosenSettings& settings) {
     SCOPED_TRACE(file.string());
     EXPECT_TRUE(load(file));
     EXPECT_EQ(model.lastError.get(), std::nullopt);
-    EXPECT_EQ(settingsOf(model), settings);
+    EXPECT_EQ(model.chosenSettings(), settings);
     EXPECT_EQ(announcements, 9);
 }
 

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <optional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -18,48 +18,33 @@ namespace velmorindal {
 /// Settings files work on the thread of their caller: whatever they dispatched would be a mistake.
 class NoDispatch final : public Dispatch {
   public:
-    void postToMain(Work work) override;
-    void runOnMainAndWait(Work work) override;
-    void runInBackground(Work work) override;
-    void runPendingMainWork() override;
+    void postToMain(Work /*work*/) override { ADD_FAILURE() << "posted to the main queue"; }
+    void runOnMainAndWait(Work /*work*/) override { ADD_FAILURE() << "waited for the main queue"; }
+    void runInBackground(Work /*work*/) override { ADD_FAILURE() << "ran in the background"; }
+    void runPendingMainWork() override { ADD_FAILURE() << "ran pending main work"; }
 };
 
-/// The nine settings that a file holds, as a value.
-struct Settings {
-    OutputPath outputPath = OutputPath::Switch;
-    OutputMode outputMode = OutputMode::Direct;
-    bool longEnabled = true;
-    bool shortEnabled = false;
-    keyList keys;
-    float clarity = 0.5F;
-    float cutoff = 1.5F;
-
-    bool operator==(const Settings&) const = default;
-};
-
+bool operator==(const ChosenSettings& one, const ChosenSettings& other);
 /// For a readable failure.
-void PrintTo(const Settings& settings, std::ostream* stream);
-
-Settings settingsOf(const VelmorindalSwitch& model);
-void choose(VelmorindalSwitch& model, const Settings& settings);
+void PrintTo(const ChosenSettings& settings, std::ostream* stream);
 
 /// What tests/data/complete.xml and its variants hold.
-inline constexpr Settings complete{
+inline constexpr ChosenSettings complete{
     .outputPath = OutputPath::USBKeyboard,
     .outputMode = OutputMode::LongShort,
     .longEnabled = true,
     .shortEnabled = true,
-    .keys = {.directKey = OutputKey::Tab, .shortKey = OutputKey::Space, .longKey = OutputKey::ShiftTab},
+    .outputKeys = {.directKey = OutputKey::Tab, .shortKey = OutputKey::Space, .longKey = OutputKey::ShiftTab},
     .clarity = 0.5F,
     .cutoff = 1.5F};
 
 /// What a model holds before a file is loaded: nothing that any of the files would set.
-inline constexpr Settings before{
+inline constexpr ChosenSettings before{
     .outputPath = OutputPath::BTKeyboard,
     .outputMode = OutputMode::Direct,
     .longEnabled = false,
     .shortEnabled = false,
-    .keys = {.directKey = OutputKey::F10, .shortKey = OutputKey::F11, .longKey = OutputKey::F12},
+    .outputKeys = {.directKey = OutputKey::F10, .shortKey = OutputKey::F11, .longKey = OutputKey::F12},
     .clarity = 0.25F,
     .cutoff = 2.25F};
 
@@ -88,7 +73,7 @@ class SettingsFileTest : public testing::Test {
     /// That loading fails with that text and leaves the model as it is.
     void expectRefused(const std::filesystem::path& file, std::string_view text);
     /// That loading succeeds and sets just that.
-    void expectLoaded(const std::filesystem::path& file, const Settings& settings = complete);
+    void expectLoaded(const std::filesystem::path& file, const ChosenSettings& settings = complete);
 
     std::filesystem::path path(std::string_view name) const { return directory.path() / name; }
 

@@ -35,9 +35,9 @@ TEST_F(UnusualPlace, AFileNameMayHoldSpacesQuotesAndAnyLetters) {
          {"my settings.xml", "K\xC3\xA4the's \"summer\" settings.xml", "\xE8\xA8\xAD\xE5\xAE\x9A.xml",
           "\xD0\x9E\xD0\xBB\xD1\x8C\xD0\xB3\xD0\xB0 100%20.xml", "\xF0\x9F\x8E\xB5.xml", "e\xCC\x81.xml",
           "no extension", "back\\slash;&|<>*?.xml", "-rf.xml", "line\nbreak.xml"}) {
-        choose(model, complete);
+        model.choose(complete);
         expectSaves(path(name));
-        choose(model, before);
+        model.choose(before);
         expectLoaded(path(name));
     }
 }
@@ -45,7 +45,7 @@ TEST_F(UnusualPlace, AFileNameMayHoldSpacesQuotesAndAnyLetters) {
 TEST_F(UnusualPlace, AFileNameMayBeRelative) {
     const fs::path startedIn = fs::current_path();
     fs::current_path(directory.path());
-    choose(model, complete);
+    model.choose(complete);
     expectSaves("settings.xml");
     expectLoaded("settings.xml");
     fs::current_path(startedIn);

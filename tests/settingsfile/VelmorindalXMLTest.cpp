@@ -55,40 +55,31 @@ TEST(VelmorindalXML, KnowsKeysByTheirDisplayTextOnly) {
 
 struct Missing {
     void (*forget)(VelmorindalXML& xml);
-    const char* text;
-    const char* printed;
+    std::string text;
 };
 
-const std::vector<Missing>& missingSettings() {
-    static const std::vector<Missing> settings{
-        {[](VelmorindalXML& xml) { xml.outputPath.reset(); }, "Missing output path", "Missing output path\n"},
-        {[](VelmorindalXML& xml) { xml.outputMode.reset(); }, "Missing output mode", "Missing output mode\n"},
-        {[](VelmorindalXML& xml) { xml.longEnabled.reset(); }, "Missing long enabled",
-         "Missing long enabled\n"},
-        {[](VelmorindalXML& xml) { xml.shortEnabled.reset(); }, "Missing short enabled",
-         "Missing short enabled\n"},
-        {[](VelmorindalXML& xml) { xml.longOutputKey.reset(); }, "Missing long output key",
-         "Misisng long output key\n"},
-        {[](VelmorindalXML& xml) { xml.shortOutputKey.reset(); }, "Missing short output key",
-         "Missing short output key\n"},
-        {[](VelmorindalXML& xml) { xml.directOutputKey.reset(); }, "Missing direct output key",
-         "Missing direct output key\n"},
-        {[](VelmorindalXML& xml) { xml.sensitivity.reset(); }, "Missing sensitivity",
-         "Missing sensitivity\n"},
-        {[](VelmorindalXML& xml) { xml.cutoff.reset(); }, "Missing cutoff", "Missing cutoff\n"},
-    };
-    return settings;
-}
+const std::vector<Missing> missing{
+    {[](VelmorindalXML& xml) { xml.outputPath.reset(); }, "Missing output path"},
+    {[](VelmorindalXML& xml) { xml.outputMode.reset(); }, "Missing output mode"},
+    {[](VelmorindalXML& xml) { xml.longEnabled.reset(); }, "Missing long enabled"},
+    {[](VelmorindalXML& xml) { xml.shortEnabled.reset(); }, "Missing short enabled"},
+    {[](VelmorindalXML& xml) { xml.longOutputKey.reset(); }, "Missing long output key"},
+    {[](VelmorindalXML& xml) { xml.shortOutputKey.reset(); }, "Missing short output key"},
+    {[](VelmorindalXML& xml) { xml.directOutputKey.reset(); }, "Missing direct output key"},
+    {[](VelmorindalXML& xml) { xml.sensitivity.reset(); }, "Missing sensitivity"},
+    {[](VelmorindalXML& xml) { xml.cutoff.reset(); }, "Missing cutoff"},
+};
 
 TEST(VelmorindalXML, SaysOnlyTheFirstOfSeveralMissingSettings) {
-    const auto& missing = missingSettings();
     for (std::size_t first = 0; first < missing.size(); ++first) {
         VelmorindalXML xml = completeXML();
         for (std::size_t index = first; index < missing.size(); ++index) {
             missing[index].forget(xml);
         }
-        EXPECT_EQ(printedBy([&] { EXPECT_FALSE(xml.valid()); }), missing[first].printed);
-        EXPECT_EQ(xml._lastError, missing[first].text);
+        const std::string& text = missing[first].text;
+        EXPECT_EQ(printedBy([&] { EXPECT_FALSE(xml.valid()); }),
+                  (text == "Missing long output key" ? "Misisng long output key" : text) + "\n");
+        EXPECT_EQ(xml._lastError, text);
     }
 }
 

@@ -16,7 +16,7 @@ std::string attribute(const std::string& document, std::string_view name) {
 }
 
 TEST_F(WriteXML, AFileIsOneEmptyElementWithNineAttributesInOrder) {
-    choose(model, complete);
+    model.choose(complete);
     EXPECT_TRUE(save(path("settings.xml")));
     EXPECT_EQ(contentsOf(path("settings.xml")), contentsOf(dataFile("saved.xml")));
 }
