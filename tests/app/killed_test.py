@@ -18,7 +18,7 @@ import keyboard_run  # noqa: E402
 # The window opens in the middle of a screen of 1280 x 800, and is moved to a corner.
 CORNER = (20, 30)
 NEAR = 60
-WINDOW = ("search", "--onlyvisible", "--name", "^Velmorindal Setup$")
+TITLE = "Velmorindal Setup"
 LETTERS = {b"a": b"\a", b"b": b"\b", b"f": b"\f", b"n": b"\n", b"r": b"\r", b"t": b"\t", b"v": b"\v", b"0": b"\0"}
 
 
@@ -59,7 +59,7 @@ def main():
         file = pathlib.Path(home) / "Velmorindal/velmorindal-setup.conf"
 
         with keyboard_run.Program([sys.argv[1]], environment):
-            window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window")[0]
+            window = keyboard_run.wait_for(lambda: screen.windows(TITLE), "the window")[0]
             if is_near_the_corner(place_of(screen, window)):
                 raise SystemExit("the window is near the corner before it was moved")
 
@@ -74,7 +74,7 @@ def main():
             )
             # Leaving this kills it.
         with keyboard_run.Program([sys.argv[1]], environment):
-            window = keyboard_run.wait_for(lambda: screen.xdotool(*WINDOW), "the window of the second run")[0]
+            window = keyboard_run.wait_for(lambda: screen.windows(TITLE), "the window of the second run")[0]
             keyboard_run.wait_for(
                 lambda: is_near_the_corner(place_of(screen, window)), "the window to come back where it was"
             )

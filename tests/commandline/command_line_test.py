@@ -20,9 +20,7 @@ SECONDS = 600
 
 class CommandLine(unittest.TestCase):
     def setUp(self):
-        temporary = tempfile.TemporaryDirectory()
-        self.addCleanup(temporary.cleanup)
-        self.directory = temporary.name
+        self.directory = self.enterContext(tempfile.TemporaryDirectory())
 
     def call(self, name, *arguments):
         environment = {

@@ -27,12 +27,11 @@ def output_of(*command):
 class DebianPackage(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.directory = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.directory.cleanup)
+        directory = cls.enterClassContext(tempfile.TemporaryDirectory())
         # Whatever the umask of the build, everyone can read the package's directories.
         os.umask(0o077)
-        made = output_of(CPACK, "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", cls.directory.name)
-        packages = list(pathlib.Path(cls.directory.name).glob("*.deb"))
+        made = output_of(CPACK, "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", directory)
+        packages = list(pathlib.Path(directory).glob("*.deb"))
         assert len(packages) == 1, made
         cls.package = str(packages[0])
 

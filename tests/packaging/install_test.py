@@ -62,9 +62,7 @@ def ask(port, question, length):
 
 class Install(unittest.TestCase):
     def setUp(self):
-        temporary = tempfile.TemporaryDirectory()
-        self.addCleanup(temporary.cleanup)
-        self.directory = pathlib.Path(temporary.name)
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def install(self, prefix, **environment):
         done = subprocess.run(

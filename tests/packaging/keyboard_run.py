@@ -104,12 +104,13 @@ class Screen:
             ["xdotool", *arguments], env=os.environ | {"DISPLAY": self.display}, capture_output=True, text=True
         ).stdout.split()
 
+    def windows(self, title):
+        return self.xdotool("search", "--onlyvisible", "--name", f"^{title}$")
+
     def press(self, title, key):
         """Presses a key in the window of that title, as soon as there is one."""
-        search = ["search", "--onlyvisible", "--name", f"^{title}$"]
-        window = wait_for(lambda: self.xdotool(*search), f"the window {title}")[0]
-        self.xdotool("windowfocus", "--sync", window)
-        self.xdotool("key", key)
+        window = wait_for(lambda: self.windows(title), f"the window {title}")[0]
+        self.xdotool("windowfocus", "--sync", window, "key", "--clearmodifiers", key)
 
 
 def program_a_device(wizard, screen, look):

@@ -10,6 +10,7 @@ import sys
 import tempfile
 import time
 import unittest
+from unittest import mock
 
 import cases
 from stage import Stage
@@ -47,9 +48,7 @@ HANG = (
 
 class Runner(unittest.TestCase):
     def setUp(self):
-        temporary = tempfile.TemporaryDirectory()
-        self.addCleanup(temporary.cleanup)
-        self.directory = pathlib.Path(temporary.name)
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def run_program(self, *actions, status=0, listing=0):
         """Returns the numbers of tests that passed, failed and were skipped, and what was printed."""
@@ -102,8 +101,7 @@ class Runner(unittest.TestCase):
                 super().watch()
 
         for name, value in (("SILENCE", 1), ("Watch", WatchOfAHang)):
-            self.addCleanup(setattr, cases, name, getattr(cases, name))
-            setattr(cases, name, value)
+            self.enterContext(mock.patch.object(cases, name, value))
         passed, failed, skipped, output = self.run_program(PASS, HANG)
         self.assertEqual((passed, failed, skipped), (1, 1, 0))
         self.assertIn("was ended: it had gone on for 1 s", output)

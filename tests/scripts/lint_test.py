@@ -17,9 +17,7 @@ FOLDERS = ("src", "simulator", "tests", "benchmarks", "fuzz")
 
 class Lint(unittest.TestCase):
     def setUp(self):
-        temporary = tempfile.TemporaryDirectory()
-        self.addCleanup(temporary.cleanup)
-        self.tree = pathlib.Path(temporary.name)
+        self.tree = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.bin = self.tree / "bin"
         for name in ("bash", "dirname", "git", "grep", "sed", "sort", "uniq"):
             self.bin.mkdir(exist_ok=True)

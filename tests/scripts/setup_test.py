@@ -38,9 +38,7 @@ VERSIONS = {"cmake": "3.25.1-1", "qt6-base-dev": "6.4.2+dfsg-10"}
 
 class Setup(unittest.TestCase):
     def setUp(self):
-        temporary = tempfile.TemporaryDirectory()
-        self.addCleanup(temporary.cleanup)
-        self.bin = pathlib.Path(temporary.name)
+        self.bin = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         for name in ORDINARY:
             (self.bin / name).symlink_to(shutil.which(name))
 
