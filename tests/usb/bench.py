@@ -5,8 +5,9 @@ import pathlib
 import re
 import subprocess
 
-from desktop import Desktop, Person
+from desktop import Person
 from dongle import Dongle
+from keyboard_run import Screen
 from waiting import expect, wait_for
 from wizard import Wizard
 
@@ -31,7 +32,7 @@ class Machine:
     """What all checks of a run share."""
 
     def __init__(self, stack):
-        self.desktop = Desktop(stack)
+        self.desktop = Screen(stack)
         self.people = {name: Person(name, stack) for name in ("carer", "dialer", "stranger")}
 
 

@@ -1,4 +1,4 @@
-"""People with an account of the machine, their screen, and what their programs print."""
+"""People with an account of the machine, and what their programs print."""
 
 import os
 import pathlib
@@ -6,9 +6,6 @@ import pwd
 import subprocess
 import threading
 import time
-
-import keyboard_run
-from waiting import wait_for
 
 
 class Person:
@@ -47,20 +44,6 @@ class Person:
     def start(self, command, **options):
         environment = self.environment | options.pop("environment", {})
         return subprocess.Popen(command, env=environment, **self.identity, **options)
-
-
-class Desktop:
-    """A screen with a window manager."""
-
-    def __init__(self, stack):
-        self.screen = keyboard_run.Screen(stack)
-
-    def windows(self, title):
-        return self.screen.xdotool("search", "--onlyvisible", "--name", f"^{title}$")
-
-    def press(self, key, title):
-        window = wait_for(lambda: self.windows(title), f"the window {title}")[0]
-        self.screen.xdotool("windowfocus", "--sync", window, "key", "--clearmodifiers", key)
 
 
 class Lines:

@@ -11,7 +11,7 @@ from wizard import TITLE
 class WindowWatch:
     def __init__(self, wizard):
         window = wizard.desktop.windows(TITLE)[0]
-        command = ["xprop", "-display", wizard.desktop.screen.display, "-id", window, "-spy", "WM_STATE"]
+        command = ["xprop", "-display", wizard.desktop.display, "-id", window, "-spy", "WM_STATE"]
         self._process = subprocess.Popen(["stdbuf", "-oL", *command], stdout=subprocess.PIPE, text=True)
         self._lines = Lines(self._process.stdout, "/dev/null")
         # It reports the state as it is, and from then on every change.

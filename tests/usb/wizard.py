@@ -35,7 +35,7 @@ class Wizard:
             stderr=subprocess.PIPE,
             text=True,
             errors="replace",
-            environment={"DISPLAY": desktop.screen.display} | (environment or {}),
+            environment={"DISPLAY": desktop.display} | (environment or {}),
         )
         os.close(writer)
         self._printed = os.fdopen(reader, errors="replace")
@@ -69,7 +69,7 @@ class Wizard:
 
     def press(self, *keys, title=TITLE):
         for key in keys:
-            self.desktop.press(key, title)
+            self.desktop.press(title, key)
 
     def wait_for_line(self, start, seconds=SECONDS):
         wait_for(
