@@ -9,6 +9,7 @@
 #include <QWidget>
 #include <fstream>
 #include <optional>
+#include <utility>
 
 #include "TemporaryDirectory.h"
 
@@ -71,14 +72,6 @@ TEST_F(QtFilePanelTest, OnlyXmlFilesAreOffered) {
     EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
 }
 
-TEST_F(QtFilePanelTest, ASuffixInCapitalsIsOne) {
-    ask(true);
-
-    accept("settings.XML");
-
-    EXPECT_EQ(chosen, path("settings.XML"));
-}
-
 TEST_F(QtFilePanelTest, ANameIsSuggestedForAFileToSave) {
     ask(true);
 
@@ -106,17 +99,21 @@ TEST_F(QtFilePanelTest, ADismissedPanelAnswersNothingOnce) {
     EXPECT_EQ(chosen, std::nullopt);
 }
 
-TEST_F(QtFilePanelTest, ANameWithoutTheExtensionIsGivenIt) {
+using Names = std::pair<const char*, const char*>;
+
+class ANameToSaveUnder : public QtFilePanelTest, public testing::WithParamInterface<Names> {};
+
+TEST_P(ANameToSaveUnder, IsKeptAndGivenTheExtensionThatItLacks) {
     ask(true);
-    accept("settings");
-    EXPECT_EQ(chosen, path("settings.xml"));
+    accept(GetParam().first);
+    EXPECT_EQ(chosen, path(GetParam().second));
 }
 
-TEST_F(QtFilePanelTest, ANameWithAnotherExtensionIsGivenTheRightOneBesides) {
-    ask(true);
-    accept("settings.v2");
-    EXPECT_EQ(chosen, path("settings.v2.xml"));
-}
+INSTANTIATE_TEST_SUITE_P(QtFilePanel, ANameToSaveUnder,
+                         testing::Values(Names{"settings", "settings.xml"},
+                                         Names{"settings.v2", "settings.v2.xml"},
+                                         Names{"settings.XML", "settings.XML"},
+                                         Names{"Für Zoë's ψηφίο.xml", "Für Zoë's ψηφίο.xml"}));
 
 TEST_F(QtFilePanelTest, AFileThatTheUserWasNotAskedAboutIsAskedAboutByItsWholeName) {
     std::ofstream{path("settings.v2.xml")} << "<a/>";
@@ -141,12 +138,6 @@ TEST_F(QtFilePanelTest, AShortNameOfAnExistingFileIsNeverWrittenBesideIt) {
 
     EXPECT_EQ(dialog()->selectedFiles(), QStringList{QString::fromStdString(path("anna.xml"))});
     dialog()->reject();
-}
-
-TEST_F(QtFilePanelTest, SpacesApostrophesAndOtherScriptsAreKept) {
-    ask(true);
-    accept("Für Zoë's ψηφίο.xml");
-    EXPECT_EQ(chosen, path("Für Zoë's ψηφίο.xml"));
 }
 
 }  // namespace

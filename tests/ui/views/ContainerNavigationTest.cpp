@@ -67,24 +67,40 @@ TEST_F(ContainerNavigationTest, EveryPageHasItsPanel) {
     EXPECT_EQ(std::get<SummaryPanelView*>(container.currentPanel()), &container.summaryPanel);
 }
 
-TEST_F(ContainerNavigationTest, WelcomeHasNextAndCloseAndNeverBack) {
-    EXPECT_EQ(container.currentButtons().rawValue, 20);
-    EXPECT_FALSE(container.currentButtons().contains(ButtonOptions::Back));
-}
-
-TEST_F(ContainerNavigationTest, TheButtonsOfConnectFollowTheModelsConnectionState) {
-    container.currentState = wizardState::Connect;
-    const std::array<std::pair<ConnectionStatus, std::int64_t>, 6> table{{
-        {ConnectionStatus::idle, 18},
-        {ConnectionStatus::connecting, 1},
-        {ConnectionStatus::connected, 7},
-        {ConnectionStatus::disconnected, 16},
-        {ConnectionStatus::writing, 16},
-        {ConnectionStatus::error, 16},
-    }};
-    for (const auto& [state, buttons] : table) {
-        velmorindal.connectionState = state;
-        EXPECT_EQ(container.currentButtons().rawValue, buttons) << caseName(state);
+TEST_F(ContainerNavigationTest, EachPageHasItsButtons) {
+    using enum ConnectionStatus;
+    using enum wizardState;
+    struct Case {
+        wizardState page;
+        ConnectionStatus connection;
+        std::int64_t buttons;
+        bool justSaved = false;
+        PollingState polling = PollingState::none;
+    };
+    for (const Case& given : {
+             Case{Welcome, idle, 20},
+             Case{Connect, idle, 18},
+             Case{Connect, connecting, 1},
+             Case{Connect, connected, 7},
+             Case{Connect, disconnected, 16},
+             Case{Connect, writing, 16},
+             Case{Connect, error, 16},
+             Case{Output, connected, 7},
+             Case{Calibration, connected, 7},
+             Case{Calibration, connected, 0, false, PollingState::clarity},
+             Case{Calibration, connected, 0, false, PollingState::duration},
+             Case{Summary, connected, 11},
+             Case{Summary, error, 11},
+             Case{Summary, error, 18, true},
+             Case{Summary, writing, 1, true},
+             Case{Summary, writing, 1},
+         }) {
+        container.currentState = given.page;
+        velmorindal.connectionState = given.connection;
+        velmorindal.justSaved = given.justSaved;
+        velmorindal.pollingState = given.polling;
+        EXPECT_EQ(container.currentButtons().rawValue, given.buttons)
+            << stepLabel(given.page) << caseName(given.connection) << given.justSaved;
     }
 }
 
@@ -94,38 +110,6 @@ TEST_F(ContainerNavigationTest, ItsOwnConnectionStateIsNotConsulted) {
     container.connectionState = ConnectionStatus::connected;
 
     EXPECT_EQ(container.currentButtons().rawValue, 18);
-}
-
-TEST_F(ContainerNavigationTest, OutputAlwaysHasCancelBackAndNext) {
-    container.currentState = wizardState::Output;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-}
-
-TEST_F(ContainerNavigationTest, CalibrationHasNoButtonsWhileAnyPollingRuns) {
-    container.currentState = wizardState::Calibration;
-    EXPECT_EQ(container.currentButtons().rawValue, 7);
-
-    velmorindal.pollingState = PollingState::clarity;
-    EXPECT_EQ(container.currentButtons().rawValue, 0);
-    velmorindal.pollingState = PollingState::duration;
-    EXPECT_EQ(container.currentButtons().rawValue, 0);
-}
-
-TEST_F(ContainerNavigationTest, SummaryHasCancelWhileWritingAndCloseOnceSaved) {
-    container.currentState = wizardState::Summary;
-    velmorindal.connectionState = ConnectionStatus::connected;
-    EXPECT_EQ(container.currentButtons().rawValue, 11);
-
-    velmorindal.connectionState = ConnectionStatus::error;
-    EXPECT_EQ(container.currentButtons().rawValue, 11);
-
-    velmorindal.justSaved = true;
-    EXPECT_EQ(container.currentButtons().rawValue, 18);
-
-    velmorindal.connectionState = ConnectionStatus::writing;
-    EXPECT_EQ(container.currentButtons().rawValue, 1);
-    velmorindal.justSaved = false;
-    EXPECT_EQ(container.currentButtons().rawValue, 1);
 }
 
 TEST_F(ContainerNavigationTest, NextWalksThroughThePagesInOrderAndStaysOnSummary) {
