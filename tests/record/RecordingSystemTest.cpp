@@ -9,7 +9,6 @@
 
 #include <csignal>
 #include <fstream>
-#include <iterator>
 
 #include "ConnectionTest.h"
 #include "ForkedChild.h"
@@ -21,11 +20,6 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Type = VelmorindalMessageType;
-
-std::string contentsOf(const fs::path& file) {
-    std::ifstream stream{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{stream}, {}};
-}
 
 /// A line of a virtual system whose every step is recorded.
 class RecordingSystemTest : public ConnectionTest {

@@ -103,48 +103,36 @@ TEST(ReplayedRun, OfTheStoredRecordIsTheSameToTheByte) {
     EXPECT_EQ(withoutTimes(place.path() / "again"), withoutTimes(stored));
 }
 
-TEST(ReplayedRun, OfADeviceThatFailedFailsAsItDid) {
-    const TemporaryDirectory place;
-    std::optional<std::string> error;
-    {
-        RecordedWorld world{place.path() / "first"};
-        InProcessDongle dongle{world.system, world.directory.path()};
-        dongle.onFirst(Type::humDuration, Fault::halfAPayload());
-        EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
-        error = world.velmorindal.lastError.get();
-        world.velmorindal.disconnect(true);
-    }
-    {
-        RecordedWorld world{place.path() / "second"};
-        const ReplayedLine line{world.system, world.directory.path() / "cu.usbmodem-replayed",
-                                eventsByPort(readRecord(place.path() / "first")).at(1)};
-        EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
-        EXPECT_EQ(world.velmorindal.lastError.get(), error);
-        world.velmorindal.disconnect(true);
-        EXPECT_THAT(line.departures(), IsEmpty());
-    }
-    EXPECT_EQ(withoutTimes(place.path() / "second"), withoutTimes(place.path() / "first"));
+/// Connects in vain. @returns the text that is left.
+std::optional<std::string> failureIn(RecordedWorld& world) {
+    EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
+    const auto error = world.velmorindal.lastError.get();
+    world.velmorindal.disconnect(true);
+    return error;
 }
 
-TEST(ReplayedRun, OfADongleThatWasPulledOutEndsAsItDid) {
-    const TemporaryDirectory place;
-    {
-        RecordedWorld world{place.path() / "first"};
-        InProcessDongle dongle{world.system, world.directory.path()};
-        dongle.onFirst(Type::humThresholds, Fault::unplugBeforeAnswer());
-        EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
-        world.velmorindal.disconnect(true);
+TEST(ReplayedRun, OfADeviceThatFailedOrWasPulledOutEndsAsItDid) {
+    for (const bool pulledOut : {false, true}) {
+        const TemporaryDirectory place;
+        std::optional<std::string> error;
+        {
+            RecordedWorld world{place.path() / "first"};
+            InProcessDongle dongle{world.system, world.directory.path()};
+            dongle.onFirst(Type::humThresholds,
+                           pulledOut ? Fault::unplugBeforeAnswer() : Fault::halfAPayload());
+            error = failureIn(world);
+        }
+        EXPECT_EQ(std::ranges::count(withoutTimes(place.path() / "first"), "1 lost"), pulledOut ? 1 : 0);
+        {
+            RecordedWorld world{place.path() / "second"};
+            const ReplayedLine line{world.system, world.directory.path() / "cu.usbmodem-replayed",
+                                    eventsByPort(readRecord(place.path() / "first")).at(1)};
+            EXPECT_EQ(failureIn(world), error);
+            EXPECT_THAT(line.departures(), IsEmpty());
+            EXPECT_EQ(line.replay().isLost(), pulledOut);
+        }
+        EXPECT_EQ(withoutTimes(place.path() / "second"), withoutTimes(place.path() / "first"));
     }
-    EXPECT_THAT(withoutTimes(place.path() / "first"), testing::Contains("1 lost"));
-    {
-        RecordedWorld world{place.path() / "second"};
-        const ReplayedLine line{world.system, world.directory.path() / "cu.usbmodem-replayed",
-                                eventsByPort(readRecord(place.path() / "first")).at(1)};
-        EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
-        world.velmorindal.disconnect(true);
-        EXPECT_TRUE(line.replay().isLost());
-    }
-    EXPECT_EQ(withoutTimes(place.path() / "second"), withoutTimes(place.path() / "first"));
 }
 
 }  // namespace

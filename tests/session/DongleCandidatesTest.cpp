@@ -29,10 +29,6 @@ class EndlessLine final : public VirtualLine {
         errno = ENOSPC;
         return takesBytes_ ? std::ssize(bytes) : -1;
     }
-    bool isReady(System::Readiness /*readiness*/, Moment /*now*/) override { return true; }
-    std::optional<Moment> due() override { return std::nullopt; }
-    bool isPresent() const override { return true; }
-    void closed() override {}
 
     const std::uint8_t byte_;
     const bool takesBytes_;
@@ -55,15 +51,9 @@ class HeaderAlone final : public VirtualLine {
         std::ranges::copy(std::exchange(header_, {}), buffer.begin());
         return std::ssize(buffer);
     }
-    std::ptrdiff_t write(std::span<const std::uint8_t> bytes, Moment /*now*/) override {
-        return std::ssize(bytes);
-    }
     bool isReady(System::Readiness readiness, Moment /*now*/) override {
         return readiness == System::Readiness::toWrite || !header_.empty();
     }
-    std::optional<Moment> due() override { return std::nullopt; }
-    bool isPresent() const override { return true; }
-    void closed() override {}
 
     System& system_;
     ByteBuffer header_{0x72, 0x62, 0x76, 0x10};

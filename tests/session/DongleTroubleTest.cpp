@@ -23,8 +23,6 @@ class DongleTroubleTest : public ConnectionTest {
   protected:
     /// What a search says on standard error, without the path at its start.
     std::string troubleOfASearch() {
-        PrintedLines output;
-        PrintedLines errors{PrintStream::standardError};
         EXPECT_THAT(velmorindal.listDevices(), testing::IsEmpty());
         const std::string line = errors.take();
         EXPECT_TRUE(line.starts_with(path() + ": ")) << line;
@@ -42,11 +40,12 @@ class DongleTroubleTest : public ConnectionTest {
         dongle.unplug();
         make(node);
     }
+
+    PrintedLines output;
+    PrintedLines errors{PrintStream::standardError};
 };
 
 TEST_F(DongleTroubleTest, AUsableDongleLeavesNoLine) {
-    PrintedLines output;
-    PrintedLines errors{PrintStream::standardError};
     EXPECT_TRUE(connect());
     EXPECT_EQ(errors.take(), "");
 }
@@ -93,8 +92,6 @@ TEST_F(DongleTroubleTest, TooManyOpenFilesAreReportedWithTheAdviceToRestart) {
 
 TEST_F(DongleTroubleTest, APortThatIsStillBeingClosedIsReportedDuringTheWait) {
     system.openSlowly();
-    PrintedLines output;
-    PrintedLines errors{PrintStream::standardError};
     EXPECT_LT(secondsTakenBy([this] { EXPECT_EQ(velmorindal.listDevices().size(), 1U); }), 5.0);
     const std::string line =
         path() +
@@ -106,8 +103,6 @@ TEST_F(DongleTroubleTest, APortThatIsStillBeingClosedIsReportedDuringTheWait) {
 }
 
 TEST_F(DongleTroubleTest, AHeldCloseOfItsOwnSearchDelaysTheConnection) {
-    PrintedLines output;
-    PrintedLines errors{PrintStream::standardError};
     system.closeSlowly(std::chrono::seconds{3});
     const double taken = secondsTakenBy([this] { EXPECT_TRUE(connect()); });
     EXPECT_GT(taken, 3.0);
@@ -116,8 +111,6 @@ TEST_F(DongleTroubleTest, AHeldCloseOfItsOwnSearchDelaysTheConnection) {
 }
 
 TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsReportedDuringTheWait) {
-    PrintedLines output;
-    PrintedLines errors{PrintStream::standardError};
     system.closeSlowly(std::chrono::seconds{30});
     EXPECT_GT(secondsTakenBy([this] { EXPECT_TRUE(connect()); }), 30.0);
     EXPECT_EQ(errors.take(),
@@ -127,8 +120,6 @@ TEST_F(DongleTroubleTest, ALongHeldCloseOfItsOwnSearchIsReportedDuringTheWait) {
 }
 
 TEST_F(DongleTroubleTest, ADongleThatIsTakenBetweenFindingAndOpeningIsReportedToo) {
-    PrintedLines output;
-    PrintedLines errors{PrintStream::standardError};
     dongle.whenReceived([this](std::span<const std::uint8_t>) { system.refuse(path(), EBUSY); });
     EXPECT_FALSE(connect());
     EXPECT_EQ(velmorindal.lastError.get(),
@@ -234,20 +225,19 @@ class DongleTroubleOnATerminal : public TerminalSessionTest {
 
     /// What is said on standard error when an ordinary user looks for the dongle in vain.
     std::string troubleOfAnOrdinaryUser() {
-        PrintedLines output;
-        PrintedLines errors{PrintStream::standardError};
         const OrdinaryUser user;
         EXPECT_THAT(velmorindal.listDevices(), testing::IsEmpty());
         return errors.take();
     }
+
+    PrintedLines output;
+    PrintedLines errors{PrintStream::standardError};
 };
 
 TEST_F(DongleTroubleOnATerminal, TheHolderOfAPortIsNamed) {
     for (const char* const holding : {holdByLock, holdByExclusiveMode}) {
         ChildProcess other{python(holding, {path()})};
         ASSERT_TRUE(other.says("held")) << other.output();
-        PrintedLines output;
-        PrintedLines errors{PrintStream::standardError};
         EXPECT_THAT(velmorindal.listDevices(), testing::IsEmpty());
         EXPECT_THAT(errors.take(), testing::MatchesRegex(
                                        ".*: could not be opened: Device or resource busy. The program "

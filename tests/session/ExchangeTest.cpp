@@ -27,9 +27,7 @@ class AnsweringLine final : public VirtualLine {
     int reads = 0;
 
   private:
-    using Moment = System::Clock::time_point;
-
-    std::ptrdiff_t read(std::span<std::uint8_t> buffer, Moment /*now*/) override {
+    std::ptrdiff_t read(std::span<std::uint8_t> buffer, System::Clock::time_point /*now*/) override {
         if (++reads > 1) {
             buffer.front() = 'V';
             return 1;
@@ -38,13 +36,6 @@ class AnsweringLine final : public VirtualLine {
         std::ranges::copy(ByteBuffer{0x72, 0x62, versionCode, 0x01}, buffer.begin());
         return 4;
     }
-    std::ptrdiff_t write(std::span<const std::uint8_t> bytes, Moment /*now*/) override {
-        return std::ssize(bytes);
-    }
-    bool isReady(System::Readiness /*readiness*/, Moment /*now*/) override { return true; }
-    std::optional<Moment> due() override { return std::nullopt; }
-    bool isPresent() const override { return true; }
-    void closed() override {}
 };
 
 class ExchangeTest : public SessionTest {

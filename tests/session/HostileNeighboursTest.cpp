@@ -9,7 +9,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "SessionTest.h"
 
@@ -29,11 +28,6 @@ std::ptrdiff_t occurrences(const std::string& text, std::string_view piece) {
         ++count;
     }
     return count;
-}
-
-std::string contentsOf(const fs::path& file) {
-    std::ifstream stream{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{stream}, {}};
 }
 
 /// While it lives, this process may have that many descriptors at once.

@@ -39,11 +39,6 @@ std::string dataFile(std::string_view name) {
     return std::string{VELMORINDAL_TEST_SOURCE_DIRECTORY "/data/"}.append(name);
 }
 
-std::string contentsOf(const std::filesystem::path& file) {
-    std::ifstream stream{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{stream}, {}};
-}
-
 void writeFile(const std::filesystem::path& file, std::string_view contents) {
     std::ofstream stream{file, std::ios::binary};
     stream << contents << std::flush;

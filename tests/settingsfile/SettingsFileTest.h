@@ -55,7 +55,6 @@ inline constexpr std::string_view notParsable = "Could not parse XML file. Possi
 std::string completeDocument(std::string_view replaced = {}, std::string_view replacement = {});
 
 std::string dataFile(std::string_view name);
-std::string contentsOf(const std::filesystem::path& file);
 void writeFile(const std::filesystem::path& file, std::string_view contents);
 /// How many files and directories there are in `directory`.
 std::ptrdiff_t entriesOf(const std::filesystem::path& directory);

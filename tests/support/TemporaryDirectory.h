@@ -3,10 +3,17 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
 namespace velmorindal {
+
+inline std::string contentsOf(const std::filesystem::path& file) {
+    std::ifstream stream{file, std::ios::binary};
+    return {std::istreambuf_iterator<char>{stream}, {}};
+}
 
 /// An empty directory that is gone with all that is in it when it is dropped.
 class TemporaryDirectory {

@@ -14,7 +14,8 @@
 
 namespace velmorindal {
 
-/// The far end of a terminal that exists in this process only.
+/// The far end of a terminal that exists in this process only. By default it takes everything, always has
+/// something to read, and is there.
 class VirtualLine {
   public:
     VirtualLine() = default;
@@ -25,14 +26,16 @@ class VirtualLine {
     // As System has them; `now` is the time of the call.
 
     virtual std::ptrdiff_t read(std::span<std::uint8_t> buffer, System::Clock::time_point now) = 0;
-    virtual std::ptrdiff_t write(std::span<const std::uint8_t> bytes, System::Clock::time_point now) = 0;
-    virtual bool isReady(System::Readiness readiness, System::Clock::time_point now) = 0;
+    virtual std::ptrdiff_t write(std::span<const std::uint8_t> bytes, System::Clock::time_point /*now*/) {
+        return std::ssize(bytes);
+    }
+    virtual bool isReady(System::Readiness /*readiness*/, System::Clock::time_point /*now*/) { return true; }
     /// When the line will next have something to do; nothing where no time needs to pass.
-    virtual std::optional<System::Clock::time_point> due() = 0;
+    virtual std::optional<System::Clock::time_point> due() { return std::nullopt; }
     /// Whether its node is still there.
-    virtual bool isPresent() const = 0;
+    virtual bool isPresent() const { return true; }
     /// The last descriptor was closed: what was not read is dropped.
-    virtual void closed() = 0;
+    virtual void closed() {}
 };
 
 /// A system of terminals in this process, under a scheduler whose virtual time is its clock: nothing is ever

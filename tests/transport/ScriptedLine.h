@@ -47,7 +47,6 @@ class ScriptedLine final : public VirtualLine {
     bool isReady(System::Readiness readiness, System::Clock::time_point now) override;
     std::optional<System::Clock::time_point> due() override;
     bool isPresent() const override { return present_; }
-    void closed() override {}
 
     void advance(System::Clock::time_point now);
 
