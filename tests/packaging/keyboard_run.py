@@ -120,24 +120,22 @@ def program_a_device(wizard, screen, look):
     wizard.wait_for_line("Successful connection!")
     look(wizard)
 
-    def save_is_pressed():
-        # A button that is not shown takes no key: Next works up to the last page, Save only there.
-        screen.press(title, "alt+n")
-        screen.press(title, "alt+s")
-        with contextlib.suppress(Failed):
-            return wizard.wait_for_line("Save pressed", 0.5)
+    def press_until(line, *keys):
+        def comes():
+            for key in keys:
+                screen.press(title, key)
+            with contextlib.suppress(Failed):
+                return wizard.wait_for_line(line, 0.5)
 
-    wait_for(save_is_pressed, "the last page")
+        wait_for(comes, f"the line {line}")
+
+    # A button that is not shown takes no key: Next works up to the last page, Save only there.
+    press_until("Save pressed", "alt+n", "alt+s")
     screen.press("Save Settings\\?", "alt+y")
     wizard.wait_for_line("All done!")
     screen.press("Write Configuration File\\?", "alt+n")
 
-    def leaves():
-        screen.press(title, "alt+e")
-        with contextlib.suppress(Failed):
-            return wizard.wait_for_line("Farewell", 0.5)
-
-    wait_for(leaves, "the farewell")
+    press_until("Farewell", "alt+e")
     status = wizard.end()
     if status != 0:
         raise Failed(f"the wizard ended with {status}")
