@@ -95,9 +95,8 @@ TEST_P(ADongleThatAnotherProgramHolds, IsNotFoundUntilItIsLetGo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(HostileDirectory, ADongleThatAnotherProgramHolds,
-                         testing::Values(holdByLock, holdByExclusiveMode), [](const auto& test) {
-                             return test.param == holdByLock ? "ByItsLock" : "ByItsExclusiveMode";
-                         });
+                         testing::Values(holdByLock, holdByExclusiveMode),
+                         [](const auto& test) { return nameOfHolder(test.param); });
 
 }  // namespace
 }  // namespace velmorindal

@@ -22,4 +22,9 @@ sys.stdin.read()
 fcntl.ioctl(node, termios.TIOCNXCL)
 )";
 
+/// For the name of a test with one of these as its parameter.
+inline const char* nameOfHolder(const char* program) {
+    return program == holdByLock ? "ByItsLock" : "ByItsExclusiveMode";
+}
+
 }  // namespace velmorindal

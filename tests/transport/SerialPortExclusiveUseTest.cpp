@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <iterator>
-#include <ostream>
 
 #include "ChildProcess.h"
 #include "FreshTerminal.h"
@@ -29,21 +28,11 @@ std::ptrdiff_t openDescriptors() {
                          std::filesystem::directory_iterator{});
 }
 
-/// A program that holds the node, given as its one argument, until its standard input ends.
-struct Holder {
-    const char* name;
-    const char* program;
-};
-
-void PrintTo(const Holder& holder, std::ostream* out) {
-    *out << holder.name;
-}
-
-class APortThatAnotherProcessHolds : public testing::TestWithParam<Holder> {};
+class APortThatAnotherProcessHolds : public testing::TestWithParam<const char*> {};
 
 TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
     const FreshTerminal terminal;
-    ChildProcess other{python(GetParam().program, {terminal.path()})};
+    ChildProcess other{python(GetParam(), {terminal.path()})};
     ASSERT_TRUE(other.says("held")) << other.output();
     SerialPort port{terminal.path(), posix};
     const std::ptrdiff_t before = openDescriptors();
@@ -58,9 +47,8 @@ TEST_P(APortThatAnotherProcessHolds, IsRefusedUntilTheOtherHasLeft) {
 }
 
 INSTANTIATE_TEST_SUITE_P(SerialPort, APortThatAnotherProcessHolds,
-                         testing::Values(Holder{"ByALock", holdByLock},
-                                         Holder{"ByTheExclusiveMode", holdByExclusiveMode}),
-                         [](const auto& parameters) { return std::string{parameters.param.name}; });
+                         testing::Values(holdByLock, holdByExclusiveMode),
+                         [](const auto& test) { return nameOfHolder(test.param); });
 
 TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
     const FreshTerminal terminal;
