@@ -106,7 +106,7 @@ TEST(ReplayedRun, OfTheStoredRecordIsTheSameToTheByte) {
 /// Connects in vain. @returns the text that is left.
 std::optional<std::string> failureIn(RecordedWorld& world) {
     EXPECT_FALSE(world.dispatch.finish([&] { return world.velmorindal.connect(); }));
-    const auto error = world.velmorindal.lastError.get();
+    auto error = world.velmorindal.lastError.get();
     world.velmorindal.disconnect(true);
     return error;
 }

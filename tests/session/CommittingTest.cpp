@@ -5,10 +5,8 @@
 namespace velmorindal {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 using Type = VelmorindalMessageType;
 
 class CommittingTest : public SessionTest {

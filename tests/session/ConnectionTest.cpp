@@ -1,12 +1,10 @@
 #include <termios.h>
 
 #include "ConnectionTest.h"
-#include "FrameOracle.h"
 
 namespace velmorindal {
 namespace {
 
-using oracle::query;
 using testing::ElementsAre;
 using Type = VelmorindalMessageType;
 

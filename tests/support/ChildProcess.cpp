@@ -32,6 +32,7 @@ struct Pipe {
 
 ChildProcess::ChildProcess(std::vector<std::string> arguments) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }

@@ -9,7 +9,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "BackgroundResult.h"
 #include "Dispatch.h"
 
 namespace velmorindal {
@@ -59,17 +58,37 @@ class TestDispatch : public Dispatch {
         runMainWorkUntil([this] { return !hasBackgroundWork(); });
     }
 
+    /// What an operation on a background thread will return. A copy is the same result.
+    template <typename Value>
+    class Result {
+      public:
+        bool isReady() const { return *ended_; }
+
+        /// Waits for the operation's end; no main-queue work runs meanwhile.
+        Value get() const {
+            dispatch_.waitUntil([this] { return isReady(); });
+            return value_->value();
+        }
+
+      private:
+        friend TestDispatch;
+
+        explicit Result(TestDispatch& dispatch) : dispatch_{dispatch} {}
+
+        TestDispatch& dispatch_;
+        std::shared_ptr<std::optional<Value>> value_ = std::make_shared<std::optional<Value>>();
+        std::shared_ptr<std::atomic<bool>> ended_ = std::make_shared<std::atomic<bool>>(false);
+    };
+
     /// Starts `work` on a background thread.
     template <typename Function>
-    auto inBackground(Function work) -> BackgroundResult<std::invoke_result_t<Function>> {
-        const auto value = std::make_shared<std::optional<std::invoke_result_t<Function>>>();
-        const auto ended = std::make_shared<std::atomic<bool>>(false);
-        runInBackground([value, ended, work = std::move(work)] {
-            *value = work();
-            *ended = true;
+    auto inBackground(Function work) {
+        Result<std::invoke_result_t<Function>> result{*this};
+        runInBackground([result, work = std::move(work)] {
+            *result.value_ = work();
+            *result.ended_ = true;
         });
-        const auto isReady = [ended] { return ended->load(); };
-        return {isReady, [this, isReady] { waitUntil(isReady); }, value};
+        return result;
     }
 
     /// Runs `work` on a background thread while the main queue moves on by itself. @returns its result.
