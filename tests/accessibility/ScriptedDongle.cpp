@@ -54,8 +54,6 @@ void ScriptedDongle::perform(const std::string& line) {
     words >> order >> first >> second;
     if (order == "next") {
         dongle_.onNext(typeNamed(first), faultNamed(second));
-    } else if (order == "every") {
-        dongle_.onEvery(typeNamed(first), faultNamed(second));
     } else if (order == "hold") {
         hold(typeNamed(first));
     } else if (order == "release") {

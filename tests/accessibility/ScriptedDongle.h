@@ -13,7 +13,6 @@ namespace velmorindal {
 /// A dongle that a program in another language directs, one order a line:
 ///
 ///     next TYPE FAULT    the next frame of that type meets the fault: silent, refused, invalid, pulled-out
-///     every TYPE FAULT   each one does
 ///     hold TYPE          the answer to the next one waits; "held" is printed when it does
 ///     release            the answer that waits is sent, or will not have to wait
 ///     forget             the answer that waits is not sent

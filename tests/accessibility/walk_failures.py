@@ -116,11 +116,6 @@ class FailedWrites(Walk):
         reason = texts.save_failed(not_connected)[1]
         self.hears_page(texts.connect_page(texts.BROKEN, reason=reason), "Close")
 
-    def test_a_silent_device_while_writing(self):
-        self.ready_to_save()
-        self.dongle.send("next protocolSelect silent")
-        self.fails(LOST.format("PS/TC2"))
-
     def test_a_dongle_pulled_out_while_measuring_leaves_the_window_alive(self):
         self.connect()
         self.walk_to("Calibration")
@@ -137,17 +132,6 @@ class FailedWrites(Walk):
         # What is gone before the first byte takes nothing; what goes later does not answer.
         self.fails(REFUSED.format("PS/SC2"))
         self.logged("Could not write my whole sequence.", "Save done. Fail.", "Could not save.")
-
-    def test_no_to_saving_sends_nothing(self):
-        self.ready_to_save()
-        sent = self.dongle.received()
-        self.press("Save")
-        self.hears_dialog(texts.SAVE_SETTINGS)
-        self.press("No")
-        self.becomes(self.dialogs, [], "no dialog")
-        self.same(self.spoken(), self.page)
-        self.same(self.dongle.received(), sent)
-        self.same(self.wizard.lines()[-1], "Save pressed")
 
 
 class Cancelling(Walk):

@@ -20,18 +20,10 @@ std::optional<VelmorindalError> errorOf(Action action) {
     return std::nullopt;
 }
 
-TEST(AddHeader, OfAnEmptyPayloadYieldsFourBytesTheLastZero) {
-    EXPECT_EQ(Protocol::addHeader({}, 'v', true), (ByteBuffer{0x63, 0x62, 0x76, 0x00}));
-}
-
 TEST(AddHeader, PutsKindMarkerTypeAndLengthBeforeThePayload) {
     const ByteBuffer payload{0x00, 0xFF, 0x62};
     EXPECT_EQ(Protocol::addHeader(payload, 'd', true), (ByteBuffer{'c', 'b', 'd', 0x03, 0x00, 0xFF, 0x62}));
     EXPECT_EQ(Protocol::addHeader(payload, 'd', false), (ByteBuffer{'r', 'b', 'd', 0x03, 0x00, 0xFF, 0x62}));
-}
-
-TEST(AddHeader, TakesAnyTypeByte) {
-    EXPECT_EQ(Protocol::addHeader({}, 0xFF, true), (ByteBuffer{'c', 'b', 0xFF, 0x00}));
 }
 
 TEST(AddHeader, FitsAPayloadOf255Bytes) {

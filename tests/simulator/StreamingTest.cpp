@@ -113,15 +113,6 @@ TEST_F(Streaming, AReportOfTheTestMeetsTheFaultOfItsNumberToo) {
     EXPECT_THAT(readReports(1), ElementsAre(0.75F));
 }
 
-TEST_F(Streaming, AFaultMeetsTheReportOfItsNumber) {
-    plugIn({.reportInterval = 1ms});
-    dongle_->onReport(2, Fault::answerWith({1, 2, 3}));
-    host_->ask(startStreaming, 5);
-    readReports(1);
-    EXPECT_EQ(host_->read(3), (ByteBuffer{1, 2, 3}));
-    readReports(1);
-}
-
 TEST_F(Streaming, TheDongleCanBePulledOutInTheMiddleOfAReport) {
     plugIn({.reportInterval = 1ms});
     dongle_->onReport(2, Fault::unplugDuringAnswer());

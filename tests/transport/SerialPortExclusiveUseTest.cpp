@@ -65,20 +65,6 @@ TEST(SerialPortExclusiveUse, KeepsAnotherProgramAwayUntilThePortIsClosed) {
     EXPECT_EQ(late.output(), "opened\n");
 }
 
-TEST(SerialPortExclusiveUse, KeepsASecondPortOfTheSameProgramAway) {
-    const FreshTerminal terminal;
-    SerialPort first{terminal.path(), posix};
-    SerialPort second{terminal.path(), posix};
-    first.openPort();
-
-    EXPECT_EQ(errorOf([&] { second.openPort(); }), PortError::failedToOpen);
-    EXPECT_EQ(first.writeData(std::vector<std::uint8_t>{0x63}), 1) << "the first is not disturbed";
-
-    first.closePort();
-    EXPECT_EQ(errorOf([&] { second.openPort(); }), std::nullopt);
-    second.closePort();
-}
-
 TEST(SerialPortExclusiveUse, IsTheTerminalsExclusiveModeToo) {
     const FreshTerminal terminal;
     SerialPort port{terminal.path(), posix};

@@ -143,14 +143,6 @@ TEST_F(SerialPortOnATerminal, DoesNotLookForAVanishedDeviceWhenItWrites) {
     EXPECT_EQ(port.writeData(ByteBuffer{0x63, 0x62, 0x76, 0x00}), -1);
 }
 
-TEST_F(SerialPortOnATerminal, ClosesAfterTheDeviceHasVanished) {
-    device.unplug();
-
-    port.closePort();
-
-    EXPECT_EQ(port.fileDescriptor(), std::nullopt);
-}
-
 TEST_F(SerialPortOnATerminal, PutsBackWhatAnotherProgramHasChanged) {
     const termios before = attributesOf(foreign);
     changeAttributesAsAnotherProgram();

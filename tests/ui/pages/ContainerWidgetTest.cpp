@@ -136,20 +136,6 @@ TEST_F(ContainerWidgetTest, TheFocusComesToItsPlaceWithoutAStopOnTheWay) {
     QObject::disconnect(connection);
 }
 
-TEST_F(ContainerWidgetTest, AfterBackTheFocusStaysOnBackAsLongAsThereIsOne) {
-    velmorindal.connectionState = ConnectionStatus::connected;
-    show(wizardState::Summary);
-    for (int page = 0; page < 4; ++page) {
-        find<QPushButton>(QStringLiteral("Back"))->setFocus();
-        press(QStringLiteral("Back"));
-        EXPECT_EQ(focusedLabel(), QStringLiteral("Back"));
-    }
-
-    press(QStringLiteral("Back"));
-
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
-}
-
 TEST_F(ContainerWidgetTest, AfterASaveTheFocusIsOnClose) {
     show(wizardState::Summary);
     velmorindal.connectionState = ConnectionStatus::writing;
