@@ -1,5 +1,4 @@
 #include "CalibrationPollingTest.h"
-#include "PrintedText.h"
 
 namespace velmorindal {
 namespace {
@@ -169,8 +168,8 @@ TEST_F(CalibrationEndTest, AfterTheStopOneFurtherReportIsProcessedAtMost) {
     EXPECT_TRUE(dispatch.runMainWorkUntil([this] { return !velmorindal.bgIsProcessing; }));
 
     const std::string printed = lines.take();
-    EXPECT_EQ(timesFound(printed, "Have a reading of  0\\.75\n"), 1);
-    EXPECT_LE(timesFound(printed, "Have a reading of  0\\.25\n"), 1) << printed;
+    EXPECT_EQ(occurrences(printed, "Have a reading of  0.75\n"), 1);
+    EXPECT_LE(occurrences(printed, "Have a reading of  0.25\n"), 1) << printed;
 }
 
 }  // namespace

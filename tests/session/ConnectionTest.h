@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "PrintedText.h"
 #include "SessionTest.h"
 
 namespace velmorindal {

@@ -3,8 +3,6 @@
 #include <limits>
 #include <sstream>
 
-#include "PrintedText.h"
-
 namespace velmorindal {
 namespace {
 

@@ -22,14 +22,6 @@ using testing::UnorderedElementsAreArray;
 
 constexpr const char* refused = "Open Result:  -1\n";
 
-std::ptrdiff_t occurrences(const std::string& text, std::string_view piece) {
-    std::ptrdiff_t count = 0;
-    for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 /// While it lives, this process may have that many descriptors at once.
 class DescriptorLimit {
   public:

@@ -1,5 +1,7 @@
 #include "SessionTest.h"
 
+#include <regex>
+
 #include "Print.h"
 
 namespace velmorindal {
@@ -11,6 +13,18 @@ std::string line(std::string_view name, Value value) {
 }
 
 }  // namespace
+
+std::string withoutDescriptors(const std::string& lines) {
+    return std::regex_replace(lines, std::regex{"Open Result:  \\d+"}, "Open Result:  N");
+}
+
+std::ptrdiff_t occurrences(const std::string& text, std::string_view piece) {
+    std::ptrdiff_t count = 0;
+    for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
+        ++count;
+    }
+    return count;
+}
 
 std::vector<std::string> publishedBy(const VelmorindalSwitch& velmorindal) {
     const keyList keys = velmorindal.outputKeys.get();

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "DongleProbe.h"
@@ -45,6 +47,11 @@ struct TerminalDongleWorld {
     TemporaryDirectory directory;
     VirtualDongle dongle;
 };
+
+/// The text with every descriptor of an opened port replaced by N: they differ from run to run.
+std::string withoutDescriptors(const std::string& lines);
+
+std::ptrdiff_t occurrences(const std::string& text, std::string_view piece);
 
 /// What the model publishes and can be compared, as one line of words for each property, in declaration
 /// order.
