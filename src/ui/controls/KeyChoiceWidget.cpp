@@ -31,7 +31,6 @@ KeyChoiceWidget::KeyChoiceWidget(OutputPanelView& view, const OutputPanelView::K
     row->setSpacing(2 * look::spacing());
     row->addWidget(label, 1);
     row->addWidget(keys_, 1);
-    refresh();
 }
 
 void KeyChoiceWidget::refresh() {
