@@ -18,7 +18,7 @@ class KeyChoiceWidget final : public QWidget {
 
     const OutputPanelView::KeyChoice& choice() const { return choice_; }
 
-    /// Shows the key that the model has now.
+    /// Shows the key that the model has now. Call it before the widget is shown.
     void refresh();
 
   private:
