@@ -3,6 +3,7 @@ messages of USB/IP; all above that, from enumeration to the serial driver, is th
 
 import collections
 import contextlib
+import os
 import pathlib
 import socket
 import struct
