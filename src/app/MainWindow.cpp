@@ -80,13 +80,17 @@ void MainWindow::keepPagesWhole() {
 
 void MainWindow::placeOnScreen() {
     // Restoring moves a frame that lies outside every screen back onto one.
-    if (restoreGeometry(QSettings{}.value(QLatin1String{frameName}).toByteArray())) {
+    const QByteArray frame = QSettings{}.value(QLatin1String{frameName}).toByteArray();
+    if (restoreGeometry(frame)) {
+        // Again, within the smallest size for the screen that it is on now.
+        keepPagesWhole();
+        restoreGeometry(frame);
         return;
     }
     resize(minimumSize());
-    QRect frame{QPoint{}, size()};
-    frame.moveCenter(screen()->availableGeometry().center());
-    move(frame.topLeft());
+    QRect place{QPoint{}, size()};
+    place.moveCenter(screen()->availableGeometry().center());
+    move(place.topLeft());
 }
 
 void MainWindow::saveFrame() const {

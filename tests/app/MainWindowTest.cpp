@@ -64,7 +64,21 @@ TEST_F(MainWindowTest, ItLeavesATenthOfTheScreenFreeHoweverLargeTheFontIs) {
     EXPECT_EQ(window().minimumSize(), window().screen()->availableSize() * 9 / 10);
 }
 
-TEST_F(MainWindowTest, ItFitsEachScreenThatItIsMovedTo) {
+TEST_F(MainWindowTest, ItsSmallestSizeFitsTheScreenThatItsFrameIsRestoredOn) {
+    const QScreen* const small = QGuiApplication::screens().at(1);
+    window().setMinimumSize(1, 1);
+    window().setGeometry(QRect{small->geometry().topLeft(), QSize{370, 280}});
+    window().saveFrame();
+    closeWindow();
+
+    openWindow();
+
+    EXPECT_EQ(window().screen(), small);
+    EXPECT_EQ(window().minimumSize(), small->availableSize() * 9 / 10);
+    EXPECT_EQ(window().size(), (QSize{370, 280}));
+}
+
+TEST_F(MainWindowTest, ItsSmallestSizeFitsEachScreenThatItIsMovedTo) {
     const QSize onTheFirst = window().minimumSize();
 
     window().windowHandle()->setScreen(QGuiApplication::screens().at(1));

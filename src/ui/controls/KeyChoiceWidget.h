@@ -18,7 +18,8 @@ class KeyChoiceWidget final : public QWidget {
 
     const OutputPanelView::KeyChoice& choice() const { return choice_; }
 
-    /// Shows the key that the model has now. Call it before the widget is shown.
+    /// Shows the key that the model has now. To be called once before the widget is shown, and after
+    /// each change.
     void refresh();
 
   private:
