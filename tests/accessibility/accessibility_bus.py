@@ -14,7 +14,9 @@ PATIENCE = 20_000
 class AccessibilityBus:
     def __init__(self):
         self._connection = Gio.bus_get_sync(Gio.BusType.SESSION)
-        (address,) = self.ask("org.a11y.Bus", [("/org/a11y/bus", "org.a11y.Bus", "GetAddress", None)])
+        bus = "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus"
+        answer = self._connection.call_sync(*bus, "GetAddress", None, None, Gio.DBusCallFlags.NONE, PATIENCE, None)
+        (address,) = answer.unpack()
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         self._connection = Gio.DBusConnection.new_for_address_sync(address, flags)
 

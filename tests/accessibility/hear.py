@@ -359,7 +359,9 @@ def failed_write(hearing):
         texts.save_failed("Disconnection during writing process. Your changes were not saved.\n\nError code: RC/TC"),
         "OK",
     )
-    hearing.meets_by("Return", texts.FILE_AFTER_FAILURE, "No", *BETWEEN_DIALOGS, Maybe(SUMMARY_TITLE))
+    hearing.meets_by(
+        "Return", texts.FILE_AFTER_FAILURE, "No", *BETWEEN_DIALOGS, *([Maybe(SUMMARY_TITLE)] if is_newer() else [])
+    )
     hearing.key("Return", WINDOW, SUMMARY_TITLE)
     hearing.key("Tab", "Cancel button")
 

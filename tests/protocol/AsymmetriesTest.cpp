@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "VCHumDuration.h"
 #include "VCLastHumDuration.h"
 #include "VCRelayConfig.h"
@@ -7,13 +9,20 @@
 namespace velmorindal {
 namespace {
 
-TEST(Asymmetries, AnErrorFrameIsRefusedAlthoughTheLineAboutItListsItsByte) {
-    const ByteBuffer frame{'e', 'b', 's', 0x01, 0x02};
+/// The line about a frame that is not of a status.
+std::string refusalOf(const ByteBuffer& frame) {
     testing::internal::CaptureStdout();
-    const bool accepted = VelmorindalCommand::verifyHeader(frame, 's');
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    EXPECT_FALSE(VelmorindalCommand::verifyHeader(frame, 's'));
+    return testing::internal::GetCapturedStdout();
+}
+
+TEST(Asymmetries, AnErrorFrameIsRefusedAlthoughTheLineAboutItListsItsByte) {
+    EXPECT_EQ(refusalOf({'e', 'b', 's', 0x01, 0x02}),
               "Message type unexpected:  101  command/response/error are  99 114 101\n");
-    EXPECT_FALSE(accepted);
+}
+
+TEST(Asymmetries, TheLineAboutAnotherTypeClosesAParenthesisThatNothingOpens) {
+    EXPECT_EQ(refusalOf({'r', 'b', 'v', 0x01, 0x02}), "Expected message type  115 ). Got  118\n");
 }
 
 TEST(Asymmetries, ADurationIsSentInTwoBytesAndReadFromTheLowOneAlone) {
@@ -34,7 +43,7 @@ TEST(Asymmetries, ADurationIsSentInTwoBytesAndReadFromTheLowOneAlone) {
     EXPECT_EQ(last._duration, 0x19);
 }
 
-TEST(Asymmetries, BothJacksAreReadFromTheFirstHalfOfTheRelayConfiguration) {
+TEST(Asymmetries, BothJacksAreReadFromTheFirstHalfOfARelayAnswerOneByteShorterThanTheCommand) {
     VCRelayConfig config;
     EXPECT_TRUE(config.deserialize(
         ByteBuffer{'r', 'b', 'y', 0x0B, 2, 1, 0x19, 0x01, 0x2A, 0x01, 0, 0, 0x11, 0x00, 0x22}));

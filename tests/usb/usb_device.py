@@ -23,8 +23,7 @@ HEADER = struct.Struct(">IIIIIIiiii8s")
 
 
 def put_before_programs(task):
-    """A thread of the device or the controller. In a computer both are hardware: no program can take the processor from
-    them."""
+    """Lets a thread of the device or the controller run before every program, since in a computer both are hardware."""
     os.sched_setscheduler(task, os.SCHED_FIFO, os.sched_param(1))
 
 
@@ -101,7 +100,9 @@ class UsbDevice:
         # The controller holds its own reference.
         theirs.close()
         for thread in controller_threads():
-            put_before_programs(thread)
+            # Those of a device that is just being pulled may have ended.
+            with contextlib.suppress(ProcessLookupError):
+                put_before_programs(thread)
 
     def pull(self):
         """The kernel learns of it as it does of a cable that is pulled: the port says that nothing is there."""

@@ -60,7 +60,7 @@ TEST_F(SummaryPanelViewTest, NumbersAlwaysHaveTwoDecimals) {
     EXPECT_THAT(rows, testing::Contains(Row{"Clarity:", "0.30"}));
 }
 
-TEST_F(SummaryPanelViewTest, ThePathNamesTheJackThatCloses) {
+TEST_F(SummaryPanelViewTest, ThePathNamesTheJackThatClosesInDirectModeThatOfLongHums) {
     struct Case {
         OutputMode mode;
         bool shortEnabled;
