@@ -62,20 +62,25 @@ TEST(LineAttributes, KeepParityBitsThatWereAlreadySet) {
     }
 }
 
-TEST(LineAttributes, SetAndClearTheSecondStopBit) {
-    SerialSettings settings = plainSettings;
-    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_cflag & CSTOPB, 0U);
-
-    settings.sendTwoStopBits = true;
-    EXPECT_NE(lineAttributes(termios{}, settings).c_cflag & CSTOPB, 0U);
-}
-
-TEST(LineAttributes, SetAndClearHardwareFlowControl) {
-    SerialSettings settings = plainSettings;
-    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_cflag & CRTSCTS, 0U);
-
-    settings.useHardwareFlowControl = true;
-    EXPECT_EQ(lineAttributes(termios{}, settings).c_cflag & CRTSCTS, CRTSCTS);
+TEST(LineAttributes, SetAndClearWhatASettingSwitchesAndNothingElse) {
+    struct Switched {
+        bool SerialSettings::*setting;
+        tcflag_t termios::*flags;
+        tcflag_t bits;
+    };
+    for (const auto& [setting, flags, bits] :
+         {Switched{&SerialSettings::sendTwoStopBits, &termios::c_cflag, CSTOPB},
+          Switched{&SerialSettings::useHardwareFlowControl, &termios::c_cflag, CRTSCTS},
+          Switched{&SerialSettings::useSoftwareFlowControl, &termios::c_iflag, IXON | IXOFF | IXANY},
+          Switched{&SerialSettings::processOutput, &termios::c_oflag, OPOST}}) {
+        SerialSettings on = plainSettings;
+        on.*setting = true;
+        for (const termios& current : {termios{}, everythingSet()}) {
+            const termios without = lineAttributes(current, plainSettings);
+            EXPECT_EQ(without.*flags & bits, 0U);
+            EXPECT_EQ(lineAttributes(current, on).*flags, without.*flags | bits);
+        }
+    }
 }
 
 TEST(LineAttributes, AlwaysReceiveAndIgnoreTheModemControlLines) {
@@ -91,25 +96,11 @@ TEST(LineAttributes, ClearLineEndConversionAndSoftwareFlowControlAndNoOtherInput
     EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_iflag & cleared, 0U);
 }
 
-TEST(LineAttributes, SetSoftwareFlowControlBothWaysWithAnyByteResuming) {
-    SerialSettings settings = plainSettings;
-    settings.useSoftwareFlowControl = true;
-
-    EXPECT_EQ(lineAttributes(termios{}, settings).c_iflag, static_cast<tcflag_t>(IXON | IXOFF | IXANY));
-}
-
-TEST(LineAttributes, ClearLineEditingEchoAndSignalsAndNoOtherLocalFlag) {
+TEST(LineAttributes, ClearLineEditingEchoSignalsAndOutputProcessingAndNoOtherLocalOrOutputFlag) {
+    EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_oflag,
+              everythingSet().c_oflag & ~static_cast<tcflag_t>(OPOST));
     EXPECT_EQ(lineAttributes(everythingSet(), plainSettings).c_lflag,
               everythingSet().c_lflag & ~static_cast<tcflag_t>(ICANON | ECHO | ECHOE | ISIG));
-}
-
-TEST(LineAttributes, SetAndClearOutputProcessingAndNoOtherOutputFlag) {
-    SerialSettings settings = plainSettings;
-    EXPECT_EQ(lineAttributes(everythingSet(), settings).c_oflag,
-              everythingSet().c_oflag & ~static_cast<tcflag_t>(OPOST));
-
-    settings.processOutput = true;
-    EXPECT_EQ(lineAttributes(termios{}, settings).c_oflag, static_cast<tcflag_t>(OPOST));
 }
 
 TEST(LineAttributes, LeaveNoControlCharacterButTheMinimumAndTheTimeout) {

@@ -14,25 +14,28 @@
 namespace velmorindal {
 namespace {
 
-class NodeHolderTest : public testing::TestWithParam<const char*> {
+class NodeHolderTest : public testing::Test {
   protected:
-    const TemporaryDirectory directory_;
-    const std::string node_ = directory_.path() / "node";
+    const TemporaryDirectory directory;
+    const std::string node = directory.path() / "node";
+    std::ofstream here{node};
 };
 
-TEST_P(NodeHolderTest, IsTheProcessThatHasTheNodeOpen) {
-    std::ofstream{node_}.close();
-    ASSERT_EQ(findNodeHolder(node_), std::nullopt);
+class EachNodeHolder : public NodeHolderTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(EachNodeHolder, IsTheProcessThatHasTheNodeOpen) {
+    here.close();
+    ASSERT_EQ(findNodeHolder(node), std::nullopt);
     ChildProcess other{
-        python("import os\nprint('number', os.getpid(), flush=True)\n" + std::string{GetParam()}, {node_})};
+        python("import os\nprint('number', os.getpid(), flush=True)\n" + std::string{GetParam()}, {node})};
     ASSERT_TRUE(other.says("held")) << other.output();
-    const auto holder = findNodeHolder(node_);
+    const auto holder = findNodeHolder(node);
     ASSERT_TRUE(holder);
     EXPECT_TRUE(holder->program.starts_with("python3")) << holder->program;
     EXPECT_NE(other.output().find("number " + std::to_string(holder->process) + "\n"), std::string::npos)
         << other.output();
     other.finish();
-    EXPECT_EQ(findNodeHolder(node_), std::nullopt);
+    EXPECT_EQ(findNodeHolder(node), std::nullopt);
 }
 
 constexpr const char* holdByOpening = R"(
@@ -42,15 +45,13 @@ print("held", flush=True)
 sys.stdin.read()
 )";
 
-INSTANTIATE_TEST_SUITE_P(NodeHolder, NodeHolderTest, testing::Values(holdByLock, holdByOpening),
+INSTANTIATE_TEST_SUITE_P(NodeHolder, EachNodeHolder, testing::Values(holdByLock, holdByOpening),
                          [](const auto& test) {
                              return test.param == holdByLock ? "ByItsLock" : "ByItsDescriptor";
                          });
 
-TEST(NodeHolder, OfTwoTheOwnerOfTheLockIsNamed) {
-    const TemporaryDirectory directory;
-    const std::string node = directory.path() / "node";
-    std::ofstream{node}.close();
+TEST_F(NodeHolderTest, OfTwoTheOwnerOfTheLockIsNamed) {
+    here.close();
     // Processes are looked through in the order of their numbers, which is that of their start but for a
     // wrap.
     std::vector<std::unique_ptr<ChildProcess>> openers;
@@ -66,10 +67,7 @@ TEST(NodeHolder, OfTwoTheOwnerOfTheLockIsNamed) {
     EXPECT_NE(withLock->process, withoutLock->process);
 }
 
-TEST(NodeHolder, IsThisProcessOnlyWhereThereIsNoOther) {
-    const TemporaryDirectory directory;
-    const std::string node = directory.path() / "node";
-    const std::ofstream here{node};
+TEST_F(NodeHolderTest, IsThisProcessOnlyWhereThereIsNoOther) {
     ASSERT_TRUE(findNodeHolder(node));
     EXPECT_EQ(findNodeHolder(node)->process, ::getpid());
     ChildProcess other{python(holdByOpening, {node})};
@@ -77,10 +75,8 @@ TEST(NodeHolder, IsThisProcessOnlyWhereThereIsNoOther) {
     EXPECT_NE(findNodeHolder(node)->process, ::getpid());
 }
 
-TEST(NodeHolder, IsCalledByTheNameThatItHasGivenItself) {
-    const TemporaryDirectory directory;
-    const std::string node = directory.path() / "node";
-    std::ofstream{node}.close();
+TEST_F(NodeHolderTest, IsCalledByTheNameThatItHasGivenItself) {
+    here.close();
     ChildProcess other{
         python("open('/proc/self/comm', 'w').write('modem keeper')\n" + std::string{holdByOpening}, {node})};
     ASSERT_TRUE(other.says("held")) << other.output();

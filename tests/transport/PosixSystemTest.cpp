@@ -47,23 +47,30 @@ class ALineThatIsSlowToClose : public testing::Test {
 
     void TearDown() override { ::close(device); }
 
+    /// Sends until nothing more is taken. @returns how many bytes were.
+    std::size_t fill() const {
+        const std::array<char, 4096> bytes{};
+        std::size_t sent = 0;
+        ssize_t count = 0;
+        while ((count = ::send(line, bytes.data(), bytes.size(), MSG_DONTWAIT)) > 0) {
+            sent += static_cast<std::size_t>(count);
+        }
+        return sent;
+    }
+
     int line = -1;
     int device = -1;
 };
 
 TEST_F(ALineThatIsSlowToClose, IsClosedWithoutWaitingAndLosesNothing) {
-    const std::array<char, 4096> bytes{};
-    std::size_t sent = 0;
-    ssize_t count = 0;
-    while ((count = ::send(line, bytes.data(), bytes.size(), MSG_DONTWAIT)) > 0) {
-        sent += static_cast<std::size_t>(count);
-    }
+    const std::size_t sent = fill();
 
     posix.close(line);
 
     // Only now does the device take anything.
     std::array<char, 65536> taken{};
     std::size_t received = 0;
+    ssize_t count = 0;
     while ((count = ::recv(device, taken.data(), taken.size(), 0)) > 0) {
         received += static_cast<std::size_t>(count);
     }
@@ -72,9 +79,7 @@ TEST_F(ALineThatIsSlowToClose, IsClosedWithoutWaitingAndLosesNothing) {
 }
 
 TEST_F(ALineThatIsSlowToClose, IsUnlockedBeforeTheCloseThatIsWaitedForElsewhere) {
-    const std::array<char, 4096> bytes{};
-    while (::send(line, bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
-    }
+    fill();
     ASSERT_EQ(::flock(line, LOCK_EX | LOCK_NB), 0);
     // The lock belongs to both, and outlives the close of one.
     const int second = ::dup(line);

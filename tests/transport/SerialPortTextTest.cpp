@@ -9,13 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class SerialPortText : public VirtualPortTest {
-  protected:
-    SerialPortText() {
-        port.openPort();
-        port.setSettings(dongleSettings(2));
-    }
-};
+using SerialPortText = OpenVirtualPortTest;
 
 TEST_F(SerialPortText, ReadsALengthOfBytesAsUTF8) {
     send({'V', 0xC3, 0xA9, 0xF0, 0x9F, 0x8E, 0xA4, '!'});

@@ -80,4 +80,13 @@ class VirtualPortTest : public testing::Test {
     SerialPort port{"line", system};
 };
 
+/// Reads wait two tenths of a second each and two seconds in all, and writes two seconds.
+class OpenVirtualPortTest : public VirtualPortTest {
+  protected:
+    OpenVirtualPortTest() {
+        port.openPort();
+        port.setSettings(dongleSettings(2));
+    }
+};
+
 }  // namespace velmorindal
