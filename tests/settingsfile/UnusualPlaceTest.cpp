@@ -52,25 +52,19 @@ TEST_F(UnusualPlace, AFileNameMayBeRelative) {
     EXPECT_TRUE(fs::exists(path("settings.xml")));
 }
 
-TEST_F(UnusualPlace, SavingWhereNothingCanBeWrittenIsPrintedAndReturnsTrue) {
+TEST_F(UnusualPlace, SavingWhereNothingCanBeWrittenReplacesNothingIsPrintedAndReturnsTrue) {
     writeFile(path("file"), "old");
+    fs::create_directory(path("directory"));
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0666), 0);
+    expectSaveFails(path("directory"));
+    expectSaveFails(path("pipe"));
     expectSaveFails(path("file") / "settings.xml");
     expectSaveFails(path("missing") / "settings.xml");
     expectSaveFails("/proc/settings.xml");
     expectSaveFails("");
     EXPECT_EQ(contentsOf(path("file")), "old");
-}
-
-TEST_F(UnusualPlace, ADirectoryIsNotReplaced) {
-    fs::create_directory(path("settings.xml"));
-    expectSaveFails(path("settings.xml"));
-    EXPECT_TRUE(fs::is_directory(path("settings.xml")));
-}
-
-TEST_F(UnusualPlace, APipeIsNotReplaced) {
-    ASSERT_EQ(::mkfifo(path("settings.xml").c_str(), 0666), 0);
-    expectSaveFails(path("settings.xml"));
-    EXPECT_TRUE(fs::is_fifo(path("settings.xml")));
+    EXPECT_TRUE(fs::is_directory(path("directory")));
+    EXPECT_TRUE(fs::is_fifo(path("pipe")));
 }
 
 TEST_F(UnusualPlace, AnOrdinaryUserChangesNothingInADirectoryOfOthers) {

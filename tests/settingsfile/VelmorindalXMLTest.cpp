@@ -9,20 +9,6 @@
 namespace velmorindal {
 namespace {
 
-VelmorindalXML completeXML() {
-    VelmorindalXML xml;
-    xml.outputPath = OutputPath::Switch;
-    xml.outputMode = OutputMode::Direct;
-    xml.longEnabled = false;
-    xml.shortEnabled = false;
-    xml.longOutputKey = OutputKey::Space;
-    xml.shortOutputKey = OutputKey::Space;
-    xml.directOutputKey = OutputKey::Space;
-    xml.sensitivity = 0.0F;
-    xml.cutoff = 0.0F;
-    return xml;
-}
-
 std::string printedBy(const std::function<void()>& work) {
     testing::internal::CaptureStdout();
     work();
@@ -35,7 +21,8 @@ void start(VelmorindalXML& xml, const std::vector<XMLAttribute>& attributes) {
 
 TEST(VelmorindalXML, StoresNothingForANameThatIsNotExact) {
     for (const char* text : {"", "usbkeyboard", " USBKeyboard", "USBKeyboard ", "USB", "0", "Direct"}) {
-        VelmorindalXML xml = completeXML();
+        VelmorindalXML xml;
+        start(xml, {{"OutputPath", "Switch"}, {"OutputMode", "Direct"}, {"LongOutputKey", "Space"}});
         start(xml, {{"OutputPath", text}, {"OutputMode", std::string{text} + "!"}, {"LongOutputKey", text}});
         EXPECT_EQ(xml.outputPath, std::nullopt) << text;
         EXPECT_EQ(xml.outputMode, std::nullopt) << text;
@@ -45,7 +32,8 @@ TEST(VelmorindalXML, StoresNothingForANameThatIsNotExact) {
 
 TEST(VelmorindalXML, KnowsKeysByTheirDisplayTextOnly) {
     for (const char* text : {"", "ShiftTab", "shift+tab", "Num0", "Tilde1", "Up Arrow", "f1", "F13"}) {
-        VelmorindalXML xml = completeXML();
+        VelmorindalXML xml;
+        start(xml, {{"LongOutputKey", "Tab"}, {"ShortOutputKey", "Tab"}, {"DirectOutputKey", "Tab"}});
         start(xml, {{"LongOutputKey", text}, {"ShortOutputKey", text}, {"DirectOutputKey", text}});
         EXPECT_EQ(xml.longOutputKey, std::nullopt) << text;
         EXPECT_EQ(xml.shortOutputKey, std::nullopt) << text;
@@ -53,34 +41,32 @@ TEST(VelmorindalXML, KnowsKeysByTheirDisplayTextOnly) {
     }
 }
 
-struct Missing {
-    void (*forget)(VelmorindalXML& xml);
-    std::string text;
-};
-
-const std::vector<Missing> missing{
-    {[](VelmorindalXML& xml) { xml.outputPath.reset(); }, "Missing output path"},
-    {[](VelmorindalXML& xml) { xml.outputMode.reset(); }, "Missing output mode"},
-    {[](VelmorindalXML& xml) { xml.longEnabled.reset(); }, "Missing long enabled"},
-    {[](VelmorindalXML& xml) { xml.shortEnabled.reset(); }, "Missing short enabled"},
-    {[](VelmorindalXML& xml) { xml.longOutputKey.reset(); }, "Missing long output key"},
-    {[](VelmorindalXML& xml) { xml.shortOutputKey.reset(); }, "Missing short output key"},
-    {[](VelmorindalXML& xml) { xml.directOutputKey.reset(); }, "Missing direct output key"},
-    {[](VelmorindalXML& xml) { xml.sensitivity.reset(); }, "Missing sensitivity"},
-    {[](VelmorindalXML& xml) { xml.cutoff.reset(); }, "Missing cutoff"},
-};
-
 TEST(VelmorindalXML, SaysOnlyTheFirstOfSeveralMissingSettings) {
-    for (std::size_t first = 0; first < missing.size(); ++first) {
-        VelmorindalXML xml = completeXML();
-        for (std::size_t index = first; index < missing.size(); ++index) {
-            missing[index].forget(xml);
-        }
-        const std::string& text = missing[first].text;
+    VelmorindalXML xml;
+    const auto expectMissing = [&xml](const std::string& text, std::string_view line = {}) {
         EXPECT_EQ(printedBy([&] { EXPECT_FALSE(xml.valid()); }),
-                  (text == "Missing long output key" ? "Misisng long output key" : text) + "\n");
+                  std::string{line.empty() ? text : line} + "\n");
         EXPECT_EQ(xml._lastError, text);
-    }
+    };
+    expectMissing("Missing output path");
+    xml.outputPath = OutputPath::Switch;
+    expectMissing("Missing output mode");
+    xml.outputMode = OutputMode::Direct;
+    expectMissing("Missing long enabled");
+    xml.longEnabled = false;
+    expectMissing("Missing short enabled");
+    xml.shortEnabled = false;
+    expectMissing("Missing long output key", "Misisng long output key");
+    xml.longOutputKey = OutputKey::Space;
+    expectMissing("Missing short output key");
+    xml.shortOutputKey = OutputKey::Space;
+    expectMissing("Missing direct output key");
+    xml.directOutputKey = OutputKey::Space;
+    expectMissing("Missing sensitivity");
+    xml.sensitivity = 0.0F;
+    expectMissing("Missing cutoff");
+    xml.cutoff = 0.0F;
+    EXPECT_TRUE(xml.valid());
 }
 
 }  // namespace

@@ -21,11 +21,6 @@ TEST_F(WriteXML, AFileIsOneEmptyElementWithNineAttributesInOrder) {
     EXPECT_EQ(contentsOf(path("settings.xml")), contentsOf(dataFile("saved.xml")));
 }
 
-TEST_F(WriteXML, TheDocumentIsPrintedAsItIsWritten) {
-    save(path("settings.xml"));
-    EXPECT_EQ(printed, "XML Document:\n" + contentsOf(path("settings.xml")) + "\n");
-}
-
 TEST_F(WriteXML, NumbersHaveTwoDecimalsAndAPoint) {
     struct NumberCase {
         float number;
