@@ -37,18 +37,12 @@ void FreshTerminal::send(std::span<const std::uint8_t> bytes) const {
     require(::write(master_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "write");
 }
 
-std::vector<std::uint8_t> FreshTerminal::receive(std::size_t count, std::chrono::milliseconds bound) const {
-    using std::chrono::steady_clock;
-    const auto deadline = steady_clock::now() + bound;
+std::vector<std::uint8_t> FreshTerminal::receive(std::size_t count) const {
+    constexpr int twoMinutes = 120'000;
     std::vector<std::uint8_t> bytes(count);
     std::size_t received = 0;
-    while (received < count) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - steady_clock::now()).count();
-        pollfd ready{master_, POLLIN, 0};
-        if (left <= 0 || ::poll(&ready, 1, static_cast<int>(left)) <= 0) {
-            break;
-        }
+    pollfd ready{master_, POLLIN, 0};
+    while (received<count&& ::poll(&ready, 1, twoMinutes)> 0) {
         const ssize_t taken = ::read(master_, &bytes[received], count - received);
         require(taken > 0, "read");
         received += static_cast<std::size_t>(taken);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -23,9 +22,8 @@ class FreshTerminal {
     /// What the device sends to the host.
     void send(std::span<const std::uint8_t> bytes) const;
 
-    /// What the host has sent to the device: `count` bytes, or fewer when they do not arrive within `bound`.
-    std::vector<std::uint8_t> receive(std::size_t count,
-                                      std::chrono::milliseconds bound = std::chrono::minutes{2}) const;
+    /// What the host has sent to the device: `count` bytes, or fewer when no more come for two minutes.
+    std::vector<std::uint8_t> receive(std::size_t count) const;
 
     /// Takes the device away: its node vanishes.
     void unplug();

@@ -38,27 +38,21 @@ TEST(LineAttributes, HaveTheSizeOfCharacterThatWasAskedFor) {
     }
 }
 
-TEST(LineAttributes, GainTheParityThatWasAskedFor) {
-    const auto parityFor = [](ParityType parity) {
+TEST(LineAttributes, GainTheParityThatWasAskedForAndKeepParityBitsThatWereAlreadySet) {
+    constexpr tcflag_t odd = PARENB | PARODD;
+    const auto parityFor = [](tcflag_t before, ParityType parity) {
+        termios current{};
+        current.c_cflag = before;
         SerialSettings settings = plainSettings;
         settings.parityType = parity;
-        return lineAttributes(termios{}, settings).c_cflag & (PARENB | PARODD);
+        return lineAttributes(current, settings).c_cflag & odd;
     };
 
-    EXPECT_EQ(parityFor(ParityType::none), 0U);
-    EXPECT_EQ(parityFor(ParityType::even), static_cast<tcflag_t>(PARENB));
-    EXPECT_EQ(parityFor(ParityType::odd), static_cast<tcflag_t>(PARENB | PARODD));
-}
-
-TEST(LineAttributes, KeepParityBitsThatWereAlreadySet) {
-    termios oddParity{};
-    oddParity.c_cflag = PARENB | PARODD;
-
+    EXPECT_EQ(parityFor(0, ParityType::none), 0U);
+    EXPECT_EQ(parityFor(0, ParityType::even), static_cast<tcflag_t>(PARENB));
+    EXPECT_EQ(parityFor(0, ParityType::odd), odd);
     for (const ParityType parity : {ParityType::none, ParityType::even, ParityType::odd}) {
-        SerialSettings settings = plainSettings;
-        settings.parityType = parity;
-        EXPECT_EQ(lineAttributes(oddParity, settings).c_cflag & (PARENB | PARODD),
-                  static_cast<tcflag_t>(PARENB | PARODD));
+        EXPECT_EQ(parityFor(odd, parity), odd);
     }
 }
 

@@ -38,7 +38,7 @@ TEST_F(SerialPortCalls, SettingsLeaveWhatTheyDoNotNameAsItWas) {
     EXPECT_EQ(attributes().c_cc[VMIN], 0);
 }
 
-TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChanged) {
+TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChangedOnAnOpenPort) {
     port.openPort();
     port.renewSettings();
     port.setSettings(dongleSettings(2));
@@ -50,6 +50,11 @@ TEST_F(SerialPortCalls, RenewingTheSettingsSetsThemOnlyIfTheyWereChanged) {
     port.renewSettings();
     EXPECT_EQ(system.calls, (Calls{"open", "set attributes", "set attributes"}));
     EXPECT_EQ(attributes().c_cc[VMIN], 0);
+
+    port.closePort();
+    system.calls.clear();
+    port.renewSettings();
+    EXPECT_EQ(system.calls, Calls{});
 }
 
 TEST_F(SerialPortCalls, WhatTheDriverDidNotTakeIsNotAskedOfItAgain) {
@@ -62,17 +67,6 @@ TEST_F(SerialPortCalls, WhatTheDriverDidNotTakeIsNotAskedOfItAgain) {
     port.renewSettings();
 
     EXPECT_EQ(system.calls, (Calls{"open", "set attributes"}));
-}
-
-TEST_F(SerialPortCalls, RenewsNothingOnAClosedPort) {
-    port.openPort();
-    port.setSettings(dongleSettings(2));
-    port.closePort();
-    system.calls.clear();
-
-    port.renewSettings();
-
-    EXPECT_EQ(system.calls, Calls{});
 }
 
 TEST_F(SerialPortCalls, ANewOpenForgetsTheSettingsOfTheOneBefore) {
