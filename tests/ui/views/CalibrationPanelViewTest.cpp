@@ -12,13 +12,11 @@ class CalibrationPanelViewTest : public PanelTest {
     CalibrationPanelView page{velmorindal};
 };
 
-TEST_F(CalibrationPanelViewTest, SaysWhereTheSensorBelongsWithItsMisspelling) {
+TEST_F(CalibrationPanelViewTest, SaysWhereTheSensorBelongsWithAMisspellingAndExplainsBothSections) {
     EXPECT_EQ(CalibrationPanelView::title, "It's time to calibrate your Velmorindal");
     EXPECT_EQ(CalibrationPanelView::placement,
               "Please place the device on the user's neck, aligning hte sensor to their vocal cords.");
-}
 
-TEST_F(CalibrationPanelViewTest, ExplainsTheClaritySection) {
     EXPECT_EQ(CalibrationPanelView::clarityHeading, "Clarity:");
     EXPECT_EQ(
         CalibrationPanelView::clarityExplanation,
@@ -26,9 +24,7 @@ TEST_F(CalibrationPanelViewTest, ExplainsTheClaritySection) {
         "will activate an output.\nPress \"Show Clarity\" and hum to see the clarity of the user's hums.");
     EXPECT_EQ(CalibrationPanelView::showClarityLabel, "Show Clarity");
     EXPECT_EQ(CalibrationPanelView::clarityBarName, "Clarity level");
-}
 
-TEST_F(CalibrationPanelViewTest, ExplainsTheDurationSection) {
     EXPECT_EQ(CalibrationPanelView::durationHeading, "Duration:");
     EXPECT_EQ(
         CalibrationPanelView::durationExplanation,

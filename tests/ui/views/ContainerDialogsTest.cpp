@@ -45,14 +45,6 @@ TEST_F(ContainerDialogsTest, SaveAsksWhetherToProgramTheDevice) {
     EXPECT_EQ(dialog().message, "Would you like to program your device with these settings?");
 }
 
-TEST_F(ContainerDialogsTest, NoToSavingWritesNothing) {
-    container.savePressed();
-    EXPECT_THAT(linesPrintedBy([&] { pressInDialog("No"); }), IsEmpty());
-
-    EXPECT_FALSE(container.showingSaveAlert.get());
-    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
-}
-
 TEST_F(ContainerDialogsTest, YesToAFileAsksWhereToSaveXmlAndWritesIt) {
     const std::string path = (directory.path() / "chosen.xml").string();
     container.showingXMLSaveAlert = true;
@@ -94,14 +86,6 @@ TEST_F(ContainerDialogsTest, AFilePanelCoversThePageUntilItIsAnsweredWhichIsAnno
         EXPECT_FALSE(container.isCovered());
         EXPECT_EQ(announcements, 1);
     }
-}
-
-TEST_F(ContainerDialogsTest, NoToAFileOpensNoPanel) {
-    container.showingXMLSaveAlert = true;
-    pressInDialog("No");
-
-    EXPECT_FALSE(filePanel.isOpen());
-    EXPECT_THAT(container.raisedDialogs(), IsEmpty());
 }
 
 TEST_F(ContainerDialogsTest, TheGeneralMessageHasOneButton) {

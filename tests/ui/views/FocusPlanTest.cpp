@@ -55,20 +55,14 @@ TEST_F(FocusPlanTest, WhatHadItAndIsGoneHandsItOn) {
     EXPECT_EQ(plan.due(true), FocusPlace::firstControl);
 }
 
-TEST_F(FocusPlanTest, AfterASaveItIsOnCloseOnce) {
-    arriveAt(wizardState::Summary);
-    velmorindal.justSaved = true;
-    EXPECT_EQ(plan.due(false), FocusPlace::close);
-    EXPECT_EQ(plan.due(false), FocusPlace::stays);
-}
-
-TEST_F(FocusPlanTest, AfterASecondSaveItIsOnCloseAgain) {
+TEST_F(FocusPlanTest, AfterEachSaveItIsOnCloseOnce) {
     for (int save = 0; save < 2; ++save) {
         velmorindal.justSaved = false;
         arriveAt(wizardState::Calibration);
         arriveAt(wizardState::Summary);
         velmorindal.justSaved = true;
         EXPECT_EQ(plan.due(false), FocusPlace::close);
+        EXPECT_EQ(plan.due(false), FocusPlace::stays);
     }
 }
 

@@ -17,9 +17,6 @@ TEST_F(ModePanelViewTest, ExplainsTheTwoModesAndAsksForOne) {
     EXPECT_EQ(ModePanelView::explanations[1].label, "Long/Short Mode:");
     EXPECT_EQ(ModePanelView::explanations[1].text, "control two outputs with a short hum or a long hum");
     EXPECT_EQ(ModePanelView::question, "Which mode would you like?");
-}
-
-TEST_F(ModePanelViewTest, OffersDirectThenLongShort) {
     EXPECT_EQ(ModePanelView::modeChoices[0].label, "Direct Mode");
     EXPECT_EQ(ModePanelView::modeChoices[0].value, OutputMode::Direct);
     EXPECT_EQ(ModePanelView::modeChoices[1].label, "Long/Short Mode");
