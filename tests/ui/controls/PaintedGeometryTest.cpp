@@ -64,6 +64,17 @@ class PaintedGeometryTest : public WindowTest {
         return bounds;
     }
 
+    /// The least rectangle around all that stands out from the ground.
+    static QRect paintedIn(const QImage& picture) {
+        const QColor ground = picture.pixelColor(2, 2);
+        return boundsOf(picture, [&](const QColor& color) { return color != ground; });
+    }
+
+    static CalibrationPanelView::Indicator indicatorThatIs(bool lit, bool muted = false) {
+        return {
+            .accessibleName = "", .text = "", .lit = lit, .description = "", .reading = "", .muted = muted};
+    }
+
     const QLabel* text(std::string_view words) { return find<QLabel>(toQString(words)); }
     const QWidget* button(const char* label) { return find<QAbstractButton>(QString::fromLatin1(label)); }
     const QWidget* bar(std::string_view name) { return find<ProgressBarWidget>(toQString(name)); }
@@ -85,9 +96,7 @@ TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyOnEverySide) {
     velmorindal.outputMode = OutputMode::LongShort;
     show(wizardState::Summary);
     const QImage picture = pageOnScreen().grab().toImage();
-    const QColor ground = picture.pixelColor(2, 2);
-
-    const QRect painted = boundsOf(picture, [&](const QColor& color) { return color != ground; });
+    const QRect painted = paintedIn(picture);
 
     // The first letter may begin a pixel or two within its text.
     EXPECT_GE(painted.left(), 30);
@@ -104,9 +113,7 @@ TEST_F(PaintedGeometryTest, TheSummaryIsInsetByThirtyBelowItsLastLine) {
     // As high as it needs to be.
     page.resize(500, page.layout()->totalHeightForWidth(500));
     const QImage picture = page.grab().toImage();
-    const QColor ground = picture.pixelColor(2, 2);
-
-    const QRect painted = boundsOf(picture, [&](const QColor& color) { return color != ground; });
+    const QRect painted = paintedIn(picture);
 
     EXPECT_LE(painted.bottom(), picture.height() - 30);
     EXPECT_GE(painted.bottom(), picture.height() - 30 - look::spacing());
@@ -168,8 +175,7 @@ TEST_F(PaintedGeometryTest, AnIndicatorIsACircleTwentyAcross) {
 
 TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedGreenWhereItIsLitAndGreyElsewhere) {
     const auto colorOf = [](bool lit) {
-        IndicatorWidget indicator{
-            {.accessibleName = "", .text = "", .lit = lit, .description = "", .reading = ""}};
+        IndicatorWidget indicator{indicatorThatIs(lit)};
         indicator.resize(indicator.sizeHint());
         // Below the tick.
         return indicator.grab().toImage().pixelColor(indicator.width() / 2, indicator.height() - 4);
@@ -179,9 +185,7 @@ TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedGreenWhereItIsLitAndGreyElsewher
 }
 
 TEST_F(PaintedGeometryTest, AMutedIndicatorIsARing) {
-    const CalibrationPanelView::Indicator muted{
-        .accessibleName = "", .text = "", .lit = false, .description = "", .reading = "", .muted = true};
-    IndicatorWidget indicator{muted};
+    IndicatorWidget indicator{indicatorThatIs(false, true)};
     indicator.resize(indicator.sizeHint());
 
     const QImage picture = indicator.grab().toImage();
@@ -192,17 +196,14 @@ TEST_F(PaintedGeometryTest, AMutedIndicatorIsARing) {
 }
 
 TEST_F(PaintedGeometryTest, AnIndicatorIsPaintedAgainOnlyWhenItHasChanged) {
-    CalibrationPanelView::Indicator state{
-        .accessibleName = "", .text = "", .lit = false, .description = "", .reading = ""};
-    IndicatorWidget indicator{state};
+    IndicatorWidget indicator{indicatorThatIs(false)};
     const Paints paints{indicator};
 
-    indicator.setIndicator(state);
+    indicator.setIndicator(indicatorThatIs(false));
     settle();
     EXPECT_EQ(paints.count(), 0);
 
-    state.lit = true;
-    indicator.setIndicator(state);
+    indicator.setIndicator(indicatorThatIs(true));
     EXPECT_TRUE(eventually([&] { return paints.count() > 0; }));
 }
 

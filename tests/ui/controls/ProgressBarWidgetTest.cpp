@@ -41,117 +41,95 @@ class Frames final : public QAnimationDriver {
     qint64 elapsed_ = 0;
 };
 
-/// How many pixels along the middle line have the colour of the fill.
-int filledPixels(ProgressBarWidget& widget) {
-    const QImage picture = widget.grab().toImage();
-    int count = 0;
-    for (int x = 0; x < picture.width(); ++x) {
-        const QColor pixel = picture.pixelColor(x, picture.height() / 2);
-        if (pixel.green() > 120 && pixel.red() < 60) {
-            ++count;
+class ProgressBarWidgetTest : public testing::Test {
+  protected:
+    ProgressBarWidgetTest() { widget.resize(200, 12); }
+
+    QImage picture() { return widget.grab().toImage(); }
+
+    /// How many pixels along the middle line have the colour of the fill.
+    int filledPixels() {
+        const QImage line = picture().copy(0, widget.height() / 2, widget.width(), 1);
+        int count = 0;
+        for (int x = 0; x < line.width(); ++x) {
+            const QColor pixel = line.pixelColor(x, 0);
+            count += pixel.green() > 120 && pixel.red() < 60 ? 1 : 0;
         }
+        return count;
     }
-    return count;
-}
 
-TEST(ProgressBarWidget, TheLastValueStaysBehindAsAPalerFill) {
-    ProgressBarWidget widget{QStringLiteral("Duration of last hum")};
-    widget.resize(200, 12);
+    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+};
 
+TEST_F(ProgressBarWidgetTest, TheLastValueStaysBehindAsAPalerFill) {
     widget.setBar(barAt(0.25), 0.75);
 
     EXPECT_EQ(widget.targetFraction(), 0.25);
     EXPECT_EQ(widget.traceFraction(), 0.75);
-    const QImage picture = widget.grab().toImage();
-    const QColor fill = picture.pixelColor(30, 6);
-    const QColor trace = picture.pixelColor(120, 6);
-    const QColor track = picture.pixelColor(180, 6);
+    const QImage drawn = picture();
+    const QColor fill = drawn.pixelColor(30, 6);
+    const QColor trace = drawn.pixelColor(120, 6);
+    const QColor track = drawn.pixelColor(180, 6);
     EXPECT_LT(fill.lightness(), trace.lightness());
     EXPECT_LT(trace.lightness(), track.lightness());
-}
-
-TEST(ProgressBarWidget, TheTraceAloneCanChange) {
-    ProgressBarWidget widget{QStringLiteral("Duration of last hum")};
-    widget.setBar(barAt(0.25), 0.75);
 
     widget.setBar(barAt(0.25), 0.5);
 
     EXPECT_EQ(widget.traceFraction(), 0.5);
 }
 
-TEST(ProgressBarWidget, TheFillTakesItsPartOfTheTrack) {
-    ProgressBarWidget widget{QStringLiteral("Write progress")};
-    widget.resize(200, 12);
-
+TEST_F(ProgressBarWidgetTest, TheFillTakesItsPartOfTheTrack) {
     widget.setBar(barAt(2.0, 5.0));
 
-    EXPECT_NEAR(filledPixels(widget), 80, 4);
+    EXPECT_NEAR(filledPixels(), 80, 4);
 }
 
-TEST(ProgressBarWidget, ANegativeValueAndWhatIsNotANumberFillNothing) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
-    widget.resize(200, 12);
-
+TEST_F(ProgressBarWidgetTest, ANegativeValueAndWhatIsNotANumberFillNothing) {
     for (const double value : {-1.0, std::numeric_limits<double>::quiet_NaN()}) {
         widget.setBar(barAt(value));
         EXPECT_EQ(widget.targetFraction(), 0.0);
-        EXPECT_EQ(filledPixels(widget), 0);
+        EXPECT_EQ(filledPixels(), 0);
     }
 }
 
-TEST(ProgressBarWidget, ASmallFillStaysInsideTheRoundedEndOfTheTrack) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+TEST_F(ProgressBarWidgetTest, ASmallFillStaysInsideTheRoundedEndOfTheTrack) {
     widget.resize(200, 40);
     widget.setBar(barAt(0.03));
 
-    const QImage picture = widget.grab().toImage();
+    const QImage drawn = picture();
 
-    const QColor corner = picture.pixelColor(1, 1);
+    const QColor corner = drawn.pixelColor(1, 1);
     EXPECT_EQ(corner, widget.palette().color(QPalette::Window));
-    EXPECT_GT(filledPixels(widget), 0);
+    EXPECT_GT(filledPixels(), 0);
 }
 
-TEST(ProgressBarWidget, TheTrackIsDrawnOnlyWhereItIsEnabled) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
-    widget.resize(200, 12);
-    ProgressBar bare = barAt(0.0);
-    bare.backgroundEnabled = false;
+TEST_F(ProgressBarWidgetTest, TheTrackHasTheColorOfItsBackgroundAndIsDrawnOnlyWhereItIsEnabled) {
+    ProgressBar bar = barAt(0.0);
+    widget.setBar(bar);
+    EXPECT_EQ(picture().pixelColor(100, 6).rgb(), toQColor(colors::veryLightGrey).rgb());
 
-    widget.setBar(bare);
-
-    EXPECT_EQ(widget.grab().toImage().pixelColor(100, 6), widget.palette().color(QPalette::Window));
+    bar.backgroundEnabled = false;
+    widget.setBar(bar);
+    EXPECT_EQ(picture().pixelColor(100, 6), widget.palette().color(QPalette::Window));
 }
 
-TEST(ProgressBarWidget, TheTrackHasTheColorOfItsBackground) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
-    widget.resize(200, 12);
-
-    widget.setBar(barAt(0.0));
-
-    EXPECT_EQ(widget.grab().toImage().pixelColor(100, 6).rgb(), toQColor(colors::veryLightGrey).rgb());
-}
-
-TEST(ProgressBarWidget, TheFillIsRoundAtItsEndToo) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+TEST_F(ProgressBarWidgetTest, TheFillIsRoundAtItsEndToo) {
     widget.resize(200, 40);
 
     widget.setBar(barAt(0.5));
 
-    const QImage picture = widget.grab().toImage();
-    EXPECT_EQ(picture.pixelColor(97, 20).rgb(), toQColor(colors::green).rgb());
-    EXPECT_EQ(picture.pixelColor(97, 3).rgb(), toQColor(colors::veryLightGrey).rgb());
+    const QImage drawn = picture();
+    EXPECT_EQ(drawn.pixelColor(97, 20).rgb(), toQColor(colors::green).rgb());
+    EXPECT_EQ(drawn.pixelColor(97, 3).rgb(), toQColor(colors::veryLightGrey).rgb());
 }
 
-TEST(ProgressBarWidget, AHiddenBarStandsAtItsValueAtOnce) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
-
+TEST_F(ProgressBarWidgetTest, AHiddenBarStandsAtItsValueAtOnce) {
     widget.setBar(barAt(0.5));
 
     EXPECT_EQ(widget.shownFraction(), 0.5);
 }
 
-TEST(ProgressBarWidget, AVisibleBarGlidesToItsValue) {
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
+TEST_F(ProgressBarWidgetTest, AVisibleBarGlidesToItsValue) {
     widget.show();
 
     widget.setBar(barAt(1.0));
@@ -160,9 +138,8 @@ TEST(ProgressBarWidget, AVisibleBarGlidesToItsValue) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return widget.shownFraction() == 1.0; }, 600'000));
 }
 
-TEST(ProgressBarWidget, AGlideThatGetsANewValueOnItsWayGoesOnFromWhereItIs) {
+TEST_F(ProgressBarWidgetTest, AGlideThatGetsANewValueOnItsWayGoesOnFromWhereItIs) {
     Frames frames;
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
     widget.show();
     widget.setBar(barAt(1.0));
     // The toolkit may begin to count at the first frame.
@@ -178,7 +155,7 @@ TEST(ProgressBarWidget, AGlideThatGetsANewValueOnItsWayGoesOnFromWhereItIs) {
     EXPECT_EQ(widget.shownFraction(), reached);
 }
 
-TEST(ProgressBarWidget, AVisibleBarStandsAtItsValueAtOnceWhereNothingIsToMove) {
+TEST_F(ProgressBarWidgetTest, AVisibleBarStandsAtItsValueAtOnceWhereNothingIsToMove) {
     class StillStyle final : public QProxyStyle {
       public:
         int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -188,7 +165,6 @@ TEST(ProgressBarWidget, AVisibleBarStandsAtItsValueAtOnceWhereNothingIsToMove) {
         }
     };
     StillStyle still;
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
     widget.setStyle(&still);
     widget.show();
 
@@ -197,9 +173,8 @@ TEST(ProgressBarWidget, AVisibleBarStandsAtItsValueAtOnceWhereNothingIsToMove) {
     EXPECT_EQ(widget.shownFraction(), 1.0);
 }
 
-TEST(ProgressBarWidget, ValuesThatArriveFasterThanFramesDoNotHoldTheFillBack) {
+TEST_F(ProgressBarWidgetTest, ValuesThatArriveFasterThanFramesDoNotHoldTheFillBack) {
     Frames frames;
-    ProgressBarWidget widget{QStringLiteral("Clarity level")};
     widget.show();
 
     for (int frame = 0; frame < 50; ++frame) {

@@ -43,12 +43,6 @@ TEST_F(ConnectPanelWidgetTest, TheReasonOfAFailureStandsBelowTheStatusLine) {
     EXPECT_TRUE(showsText(QStringLiteral("The reason.")));
 }
 
-TEST_F(ConnectPanelWidgetTest, TheTextBesideTheLoadButtonKeepsItsLineBreak) {
-    EXPECT_TRUE(
-        showsText(QStringLiteral("If you have previously saved a configuration, you can load it here.\n"
-                                 "These settings will not be saved to the Velmorindal until the end.")));
-}
-
 TEST_F(ConnectPanelWidgetTest, TheProgressDoesNotMoveWhatStandsBelowIt) {
     const int before = find<QPushButton>(QStringLiteral("Load"))->geometry().top();
 

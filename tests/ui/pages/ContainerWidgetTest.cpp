@@ -16,22 +16,10 @@ namespace {
 
 class ContainerWidgetTest : public WindowTest {
   protected:
-    QString focusedLabel() {
-        auto* button = qobject_cast<QPushButton*>(window().focusWidget());
-        return button == nullptr ? QString{} : button->text();
-    }
-
     /// The text of whatever has the focus.
     QString focusedText() { return window().focusWidget()->property("text").toString(); }
 
-    QLabel* step(wizardState state) {
-        for (QLabel* label : window().findChildren<QLabel*>()) {
-            if (label->text().toStdString() == stepLabel(state)) {
-                return label;
-            }
-        }
-        return nullptr;
-    }
+    QLabel* step(wizardState state) { return find<QLabel>(QString::fromUtf8(stepLabel(state).data())); }
 };
 
 TEST_F(ContainerWidgetTest, TheStepsStandLeftOfThePageAndTheButtonsBelowIt) {
@@ -90,7 +78,7 @@ TEST_F(ContainerWidgetTest, AButtonIsTheSameObjectEachTimeItIsThere) {
 }
 
 TEST_F(ContainerWidgetTest, TheFocusStartsOnNext) {
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Next"));
+    EXPECT_EQ(focusedText(), QStringLiteral("Next"));
 }
 
 TEST_F(ContainerWidgetTest, AfterNextTheFocusIsOnTheFirstControlOrOnTheHeading) {
@@ -145,7 +133,7 @@ TEST_F(ContainerWidgetTest, AfterASaveTheFocusIsOnClose) {
     velmorindal.justSaved = true;
     settle();
 
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Close"));
+    EXPECT_EQ(focusedText(), QStringLiteral("Close"));
 }
 
 TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
@@ -156,7 +144,7 @@ TEST_F(ContainerWidgetTest, AFocusThatTheUserHasMovedStaysWhereItIs) {
     velmorindal.connectionState = ConnectionStatus::connected;
     settle();
 
-    EXPECT_EQ(focusedLabel(), QStringLiteral("Load"));
+    EXPECT_EQ(focusedText(), QStringLiteral("Load"));
 }
 
 TEST_F(ContainerWidgetTest, TheButtonsStandWhereTheTextsDoAlsoInAWideWindow) {

@@ -43,7 +43,7 @@ class EveryStateTest : public WindowTest {
         }
     }
 
-    QStringList shortcuts() {
+    void expectOwnShortcuts() {
         QStringList found;
         for (const auto* button : window().findChildren<QPushButton*>()) {
             if (button->isVisible()) {
@@ -51,11 +51,6 @@ class EveryStateTest : public WindowTest {
                 found << button->shortcut().toString();
             }
         }
-        return found;
-    }
-
-    void expectOwnShortcuts() {
-        QStringList found = shortcuts();
         EXPECT_EQ(found.removeDuplicates(), 0) << found.join(u' ').toStdString();
     }
 
@@ -150,24 +145,6 @@ TEST_F(EveryStateTest, APageIsMeasuredHighEnoughForAllThatItMayShow) {
     container.summaryPanel.writeEndedWith(longReason);
     visit(compare);
     visitTroubles(compare);
-}
-
-TEST_F(EveryStateTest, NoTwoButtonsOfADialogShareAnAccessKey) {
-    for (auto* flag :
-         {&container.showingClosingAlert, &container.showingSaveAlert, &container.showingXMLSaveAlert}) {
-        *flag = true;
-        settle();
-        const auto* dialog = window().findChild<QDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        QStringList found;
-        for (const auto* button : dialog->findChildren<QPushButton*>()) {
-            found << button->shortcut().toString();
-        }
-        EXPECT_EQ(found.size(), 2);
-        EXPECT_EQ(found.removeDuplicates(), 0);
-        *flag = false;
-        settle();
-    }
 }
 
 }  // namespace

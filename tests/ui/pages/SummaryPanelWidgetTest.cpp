@@ -1,7 +1,6 @@
 #include "SummaryPanelWidget.h"
 
 #include "ProgressBarWidget.h"
-#include "Reason.h"
 #include "WindowTest.h"
 
 namespace velmorindal {
@@ -67,16 +66,6 @@ TEST_F(SummaryPanelWidgetTest, ARowThatGoesTakesItsLabelAndValueWithIt) {
 
     EXPECT_FALSE(showsText(QStringLiteral("Long/Short cutoff:")));
     EXPECT_FALSE(showsText(QStringLiteral("2.50s")));
-}
-
-TEST_F(SummaryPanelWidgetTest, ItHasRoomForALongReasonBeforeThereIsOne) {
-    SummaryPanelWidget page{container.summaryPanel};
-    const QSize before = page.wholeSize(400);
-
-    container.summaryPanel.writeEndedWith(longReason);
-    page.refresh();
-
-    EXPECT_EQ(page.wholeSize(400), before);
 }
 
 }  // namespace
