@@ -33,8 +33,14 @@ TEST(ClosedSerialPort, ReadsNoBytesAtAllWhenNoneAreAskedFor) {
     EXPECT_EQ(port.readData(0), ByteBuffer{});
 }
 
-class SerialPortOnVirtualTime : public OpenVirtualPortTest {
+/// Reads wait two tenths of a second each and two seconds in all, and writes two seconds.
+class SerialPortOnVirtualTime : public VirtualPortTest {
   protected:
+    SerialPortOnVirtualTime() {
+        port.openPort();
+        port.setSettings(dongleSettings(2));
+    }
+
     const ByteBuffer frame = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 };
 
@@ -71,6 +77,13 @@ TEST_F(SerialPortOnVirtualTime, OneReadWaitsForItsFirstByteWithoutEndWhereOneIsT
     ByteBuffer buffer(1);
 
     EXPECT_EQ(secondsTakenBy([&] { EXPECT_EQ(port.readBytes(buffer), 1); }), 1000.0);
+}
+
+TEST_F(SerialPortOnVirtualTime, LeavesBytesBeyondTheLengthForTheNextRead) {
+    send({1, 2, 3, 4, 5, 6});
+
+    EXPECT_EQ(port.readData(4), (ByteBuffer{1, 2, 3, 4}));
+    EXPECT_EQ(port.readData(2), (ByteBuffer{5, 6}));
 }
 
 TEST_F(SerialPortOnVirtualTime, ReadsUpToTheMomentOfTheLastByte) {
