@@ -39,6 +39,11 @@ const std::vector<VersionTextRow>& versionTextRows() {
     return rows;
 }
 
+FaultRow faultRow(FaultKind kind, std::string_view name, const Fault& fault, const std::string& diagnostic,
+                  const std::array<Outcome, columnCount>& outcomes) {
+    return {kind, name, fault, diagnostic, outcomes};
+}
+
 }  // namespace
 
 const std::vector<ExchangeRow>& exchangeRows() {
@@ -91,158 +96,101 @@ const std::vector<FaultRow>& faultRows() {
     //     a write, the order to store
     //     start, report and stop of auto-tune, first and later question for the last hum
     static const std::vector<FaultRow> rows{
-        {silence,
-         "Silence",
-         Fault::silence(),
-         none,
-         {skipped, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, lost, thrown, thrown, thrown}},
+        faultRow(silence, "Silence", Fault::silence(), none,
+                 {skipped, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, lost, thrown, thrown, thrown}),
         // Two bytes, and the time-out. A report that comes within it is lost too.
-        {halfAHeader,
-         "HalfAHeader",
-         Fault::halfAHeader(),
-         none,
-         {skipped, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, swallowed, thrown, thrown, thrown}},
+        faultRow(halfAHeader, "HalfAHeader", Fault::halfAHeader(), none,
+                 {skipped, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, swallowed, thrown, thrown, thrown}),
         // The probe takes what text there is. The order to store is acknowledged without payload: its answer
         // lacks the last byte of the header instead.
-        {halfAPayload,
-         "HalfAPayload",
-         Fault::halfAPayload(),
-         none,
-         {refused, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, swallowed, thrown, thrown, thrown}},
+        faultRow(halfAPayload, "HalfAPayload", Fault::halfAPayload(), none,
+                 {refused, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, swallowed, thrown, thrown, thrown}),
         // The probe takes the first frame there is.
-        {anotherFrameFirst,
-         "AnotherFrameFirst",
-         Fault::anotherFrameFirst(),
-         none,
-         {refused, good, good, good, good,  //
-          good, good,                       //
-          good, good, good, good, good}},
-        {tenThousandFramesFirst,
-         "TenThousandFramesFirst",
-         Fault::floodFirst(10'000),
-         none,
-         {refused, good, good, good, good,  //
-          good, good,                       //
-          good, good, good, good, good}},
+        faultRow(anotherFrameFirst, "AnotherFrameFirst", Fault::anotherFrameFirst(), none,
+                 {refused, good, good, good, good,  //
+                  good, good,                       //
+                  good, good, good, good, good}),
+        faultRow(tenThousandFramesFirst, "TenThousandFramesFirst", Fault::floodFirst(10'000), none,
+                 {refused, good, good, good, good,  //
+                  good, good,                       //
+                  good, good, good, good, good}),
         // The probe looks at no other byte of the header than the length. Nor does the version check ask
         // whether what it got is valid.
-        {wrongKind,
-         "WrongKind",
-         Fault::wrongKind('x'),
-         kind,
-         {good, unchecked, invalid, invalid, invalid,  //
-          invalid, invalid,                            //
-          invalid, invalid, invalid, invalid, invalid}},
-        {errorFrame,
-         "ErrorFrame",
-         Fault::errorFrame(),
-         error,
-         {good, unchecked, invalid, invalid, invalid,  //
-          invalid, invalid,                            //
-          invalid, invalid, invalid, invalid, invalid}},
-        {wrongMarker,
-         "WrongMarker",
-         Fault::wrongMarker('a'),
-         marker,
-         {good, unchecked, invalid, invalid, invalid,  //
-          invalid, invalid,                            //
-          invalid, invalid, invalid, invalid, invalid}},
+        faultRow(wrongKind, "WrongKind", Fault::wrongKind('x'), kind,
+                 {good, unchecked, invalid, invalid, invalid,  //
+                  invalid, invalid,                            //
+                  invalid, invalid, invalid, invalid, invalid}),
+        faultRow(errorFrame, "ErrorFrame", Fault::errorFrame(), error,
+                 {good, unchecked, invalid, invalid, invalid,  //
+                  invalid, invalid,                            //
+                  invalid, invalid, invalid, invalid, invalid}),
+        faultRow(wrongMarker, "WrongMarker", Fault::wrongMarker('a'), marker,
+                 {good, unchecked, invalid, invalid, invalid,  //
+                  invalid, invalid,                            //
+                  invalid, invalid, invalid, invalid, invalid}),
         // A frame of another type is passed over, and no other comes.
-        {wrongType,
-         "WrongType",
-         Fault::wrongType(0x41),
-         none,
-         {good, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                        //
-          thrown, lost, thrown, thrown, thrown}},
+        faultRow(wrongType, "WrongType", Fault::wrongType(0x41), none,
+                 {good, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                        //
+                  thrown, lost, thrown, thrown, thrown}),
         // The missing byte is waited for; the probe then takes the text as it is.
-        {lengthTooLong,
-         "LengthTooLong",
-         Fault::lengthTooLong(),
-         none,
-         {good, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                        //
-          thrown, swallowed, thrown, thrown, thrown}},
+        faultRow(lengthTooLong, "LengthTooLong", Fault::lengthTooLong(), none,
+                 {good, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                        //
+                  thrown, swallowed, thrown, thrown, thrown}),
         // The last byte stays in the port and shifts what follows, but for the probe, whose port is closed. A
         // payload that a command is acknowledged with is not looked at. Nothing follows the order to store or
         // to stop.
-        {lengthTooShort,
-         "LengthTooShort",
-         Fault::lengthTooShort(),
-         none,
-         {good, nextThrown, invalid, invalid, invalid,  //
-          nextThrown, good,                             //
-          nextThrown, swallowed, good, invalidNextThrown, invalidNextThrown}},
+        faultRow(lengthTooShort, "LengthTooShort", Fault::lengthTooShort(), none,
+                 {good, nextThrown, invalid, invalid, invalid,  //
+                  nextThrown, good,                             //
+                  nextThrown, swallowed, good, invalidNextThrown, invalidNextThrown}),
         // Any length is good for a version and for an acknowledgement.
-        {payloadOneByteLonger,
-         "PayloadOneByteLonger",
-         Fault::payloadOneByteLonger(),
-         none,
-         {good, good, invalid, invalid, invalid,  //
-          good, good,                             //
-          good, invalid, good, invalid, invalid}},
+        faultRow(payloadOneByteLonger, "PayloadOneByteLonger", Fault::payloadOneByteLonger(), none,
+                 {good, good, invalid, invalid, invalid,  //
+                  good, good,                             //
+                  good, invalid, good, invalid, invalid}),
         // The order to store is acknowledged without payload, which cannot be shorter: its answer is the
         // right one.
-        {payloadOneByteShorter,
-         "PayloadOneByteShorter",
-         Fault::payloadOneByteShorter(),
-         none,
-         {good, good, invalid, invalid, invalid,  //
-          good, good,                             //
-          good, invalid, good, invalid, invalid}},
+        faultRow(payloadOneByteShorter, "PayloadOneByteShorter", Fault::payloadOneByteShorter(), none,
+                 {good, good, invalid, invalid, invalid,  //
+                  good, good,                             //
+                  good, invalid, good, invalid, invalid}),
         // A report that comes only after the order to stop is no reading: it passes for the acknowledgement.
-        {answerDuringTheNextExchange,
-         "AnswerDuringTheNextExchange",
-         Fault::late(),
-         none,
-         {late, late, late, late, late,  //
-          late, late,                    //
-          late, lost, late, late, late}},
+        faultRow(answerDuringTheNextExchange, "AnswerDuringTheNextExchange", Fault::late(), none,
+                 {late, late, late, late, late,  //
+                  late, late,                    //
+                  late, lost, late, late, late}),
         // 00 FF 55 and 'r' pass for a header that announces 114 bytes.
-        {noiseFirst,
-         "NoiseFirst",
-         Fault::noiseFirst({0x00, 0xFF, 0x55}),
-         none,
-         {refused, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, swallowed, thrown, thrown, thrown}},
-        {pulledBefore,
-         "PulledBefore",
-         Fault::unplugBeforeAnswer(),
-         none,
-         {skipped, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, gone, thrown, thrown, gone}},
-        {pulledDuring,
-         "PulledDuring",
-         Fault::unplugDuringAnswer(),
-         none,
-         {skipped, thrown, thrown, thrown, thrown,  //
-          thrown, thrown,                           //
-          thrown, gone, thrown, thrown, gone}},
+        faultRow(noiseFirst, "NoiseFirst", Fault::noiseFirst({0x00, 0xFF, 0x55}), none,
+                 {refused, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, swallowed, thrown, thrown, thrown}),
+        faultRow(pulledBefore, "PulledBefore", Fault::unplugBeforeAnswer(), none,
+                 {skipped, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, gone, thrown, thrown, gone}),
+        faultRow(pulledDuring, "PulledDuring", Fault::unplugDuringAnswer(), none,
+                 {skipped, thrown, thrown, thrown, thrown,  //
+                  thrown, thrown,                           //
+                  thrown, gone, thrown, thrown, gone}),
         // An exchange that has its answer notices nothing; only writing the next frame fails, if there is
         // one.
-        {pulledAfter,
-         "PulledAfter",
-         Fault::unplugAfterAnswer(),
-         none,
-         {unopened, nextNothing, nextNothing, nextNothing, good,  //
-          nextNothing, good,                                      //
-          nextNothing, nextNothing, good, nextNothing, nextNothing}},
+        faultRow(pulledAfter, "PulledAfter", Fault::unplugAfterAnswer(), none,
+                 {unopened, nextNothing, nextNothing, nextNothing, good,  //
+                  nextNothing, good,                                      //
+                  nextNothing, nextNothing, good, nextNothing, nextNothing}),
         // For a report nothing is written that could be cut.
-        {writeCutShort,
-         "WriteCutShort",
-         noFault,
-         none,
-         {nothing, nothing, nothing, nothing, nothing,  //
-          nothing, nothing,                             //
-          nothing, good, nothing, nothing, nothing}},
+        faultRow(writeCutShort, "WriteCutShort", noFault, none,
+                 {nothing, nothing, nothing, nothing, nothing,  //
+                  nothing, nothing,                             //
+                  nothing, good, nothing, nothing, nothing}),
     };
     return rows;
 }

@@ -1,11 +1,10 @@
 #include "FaultMatrixStory.h"
 #include "FrameOracle.h"
+#include "SessionTest.h"
 
 namespace velmorindal {
 namespace {
 
-constexpr const char* noDongleText =
-    "Could not detect Velmorindal Dongle.\nPlease ensure that it is plugged into a USB port.";
 constexpr const char* openFailedText = "Error connecting to the serial port. It might already be in use.";
 constexpr const char* linkDownText =
     "Please ensure that your Velmorindal is turned on and in configuration mode.";

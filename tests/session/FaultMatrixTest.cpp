@@ -193,7 +193,7 @@ void FaultMatrixTest::playCommit() {
     velmorindal.outputMode = OutputMode::LongShort;
     velmorindal.shortEnabled = true;
     velmorindal.longEnabled = true;
-    velmorindal.outputKeys = {OutputKey::F1, OutputKey::Space, OutputKey::Enter};
+    velmorindal.outputKeys = {OutputKey::F1, OutputKey::Space, OutputKey::Tilde2};
     velmorindal.clarity = 0.5F;
     velmorindal.cutoff = 1.0F;
     noteResult(commitOnce());
