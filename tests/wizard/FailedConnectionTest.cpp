@@ -23,50 +23,24 @@ struct FailedConnection {
     std::size_t framesSent;
 };
 
-const std::vector<FailedConnection>& failedConnections() {
-    static const std::vector<FailedConnection> table{
-        {"NoDongle", [](SimulatedDongle& dongle) { dongle.unplug(); }, noDongleText, errorLine, 0},
-        {"SilentDongle", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::version); }, noDongleText,
-         errorLine, 1},
-        {"SilentVersionCheck",
-         [](SimulatedDongle& dongle) { dongle.onOccurrence(2, Type::version, Fault::silence()); },
-         "The device sent an unrecognized response.\n\n(Error code: CC/NR)", errorLine, 2},
-        {"SilentStatusCheck", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::status); },
-         "The device sent an unrecognized response.\n\n(Error code: VS/CC)", errorLine, 3},
-        {"LinkDown",
-         [](SimulatedDongle& dongle) { dongle.prepare([](DeviceState& device) { device.linkState = 0; }); },
-         "Please ensure that your Velmorindal is turned on and in configuration mode.", "Not Connected", 3},
-        {"SilentProtocol", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::protocolSelect); },
-         thrownText, errorLine, 4},
-        {"SilentOutputPath", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::outputPath); },
-         thrownText, errorLine, 5},
-        {"SilentHumDuration", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humDuration); },
-         thrownText, errorLine, 6},
-        {"SilentThresholds", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::humThresholds); },
-         thrownText, errorLine, 7},
-        {"SilentKeyboard", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::keyboardConfig); },
-         thrownText, errorLine, 8},
-        {"InvalidProtocol",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::protocolSelect, Fault::payloadOneByteLonger()); },
-         "Invalid response from dongle (Error code: VCPS/IV)", errorLine, 4},
-        {"InvalidOutputPath",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::outputPath, Fault::payloadOneByteLonger()); },
-         "Invalid response from dongle (Error code: VCOP/IV)", errorLine, 5},
-        {"InvalidHumDuration",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::payloadOneByteShorter()); },
-         "Invalid response from dongle (Error code: VCHD/IV)", errorLine, 6},
-        {"InvalidThresholds",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humThresholds, Fault::errorFrame()); },
-         "Invalid response from dongle (Error code: VCHT/IV)", errorLine, 7},
-        {"InvalidKeyboard",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::keyboardConfig, Fault::wrongMarker()); },
-         "Invalid response from dongle (Error code: VCKC/IV)", errorLine, 8},
-        {"PulledOutWhileReading",
-         [](SimulatedDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::unplugBeforeAnswer()); },
-         thrownText, errorLine, 6},
-    };
-    return table;
-}
+/// One for each way in which a connection ends; what each exchange leaves is in the fault matrix.
+const std::vector<FailedConnection> failedConnections{
+    {"NoDongle", [](SimulatedDongle& dongle) { dongle.unplug(); }, noDongleText, errorLine, 0},
+    {"SilentVersionCheck",
+     [](SimulatedDongle& dongle) { dongle.onOccurrence(2, Type::version, Fault::silence()); },
+     "The device sent an unrecognized response.\n\n(Error code: CC/NR)", errorLine, 2},
+    {"LinkDown",
+     [](SimulatedDongle& dongle) { dongle.prepare([](DeviceState& device) { device.linkState = 0; }); },
+     "Please ensure that your Velmorindal is turned on and in configuration mode.", "Not Connected", 3},
+    {"SilentProtocol", [](SimulatedDongle& dongle) { dongle.staySilentOn(Type::protocolSelect); }, thrownText,
+     errorLine, 4},
+    {"InvalidKeyboard",
+     [](SimulatedDongle& dongle) { dongle.onFirst(Type::keyboardConfig, Fault::wrongMarker()); },
+     "Invalid response from dongle (Error code: VCKC/IV)", errorLine, 8},
+    {"PulledOutWhileReading",
+     [](SimulatedDongle& dongle) { dongle.onFirst(Type::humDuration, Fault::unplugBeforeAnswer()); },
+     thrownText, errorLine, 6},
+};
 
 class FailedConnectionTest : public WholeRunTest, public testing::WithParamInterface<FailedConnection> {};
 
@@ -83,7 +57,7 @@ TEST_P(FailedConnectionTest, SaysSoInADialogAndOnThePageAndLeavesOnlyClose) {
     EXPECT_TRUE(driver.hasLeft());
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryFailure, FailedConnectionTest, testing::ValuesIn(failedConnections()),
+INSTANTIATE_TEST_SUITE_P(EveryFailure, FailedConnectionTest, testing::ValuesIn(failedConnections),
                          [](const auto& test) { return std::string{test.param.name}; });
 
 TEST_F(WholeRunTest, APortThatIsTakenBetweenFindingAndOpeningItSaysSo) {
