@@ -71,9 +71,7 @@ TEST_F(Plugging, AMissingDirectoryIsAnErrorThatNamesThePath) {
 TEST_F(Plugging, ANameThatIsTakenIsAnErrorAndWhatHasItIsUnharmed) {
     std::ofstream{link_} << "somebody's file";
     EXPECT_THROW(VirtualDongle{directory_.path()}, std::system_error);
-    std::string text;
-    std::getline(std::ifstream{link_}, text);
-    EXPECT_EQ(text, "somebody's file");
+    EXPECT_EQ(contentsOf(link_), "somebody's file");
 }
 
 TEST_F(Plugging, ALinkThatSomebodyReplacedIsNotRemoved) {

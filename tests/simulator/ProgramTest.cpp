@@ -23,13 +23,7 @@ class Program : public testing::Test {
     const std::string port_ = directory_.path() / "cu.usbmodem-simulated";
 };
 
-TEST_F(Program, SaysWhereItServesAndAnswers) {
-    ChildProcess program{{simulator, directory_.path()}};
-    EXPECT_TRUE(program.says(port_ + "\n"));
-    EXPECT_EQ(RawHost{port_}.ask(query('s'), 5), frame('r', 's', {1}));
-}
-
-TEST_F(Program, OnAnInterruptPrintsWhatWasStoredAndRemovesWhatItMade) {
+TEST_F(Program, SaysWhereItServesAndOnAnInterruptPrintsWhatWasStoredAndRemovesWhatItMade) {
     ChildProcess program{{simulator, directory_.path()}};
     ASSERT_TRUE(program.says(port_));
     RawHost{port_}.ask(frame('c', 'p', {0}) + query('w'), 9);
