@@ -41,13 +41,13 @@ std::string bitsOfFloat(const std::string& text) {
     const auto bits = std::bit_cast<std::uint32_t>(value);
     const std::array bytes{static_cast<std::uint8_t>(bits >> 24U), static_cast<std::uint8_t>(bits >> 16U),
                            static_cast<std::uint8_t>(bits >> 8U), static_cast<std::uint8_t>(bits)};
-    return hexadecimal(bytes);
+    return hexText(bytes);
 }
 
 /// A field's value in the notation of MessageClass: the page writes floats with a point and texts in quotes.
 std::string valueFrom(const std::string& text) {
     if (text.starts_with('"')) {
-        return hexadecimal(ByteBuffer{text.begin() + 1, text.end() - 1});
+        return hexText(ByteBuffer{text.begin() + 1, text.end() - 1});
     }
     return text.find('.') == std::string::npos ? text : bitsOfFloat(text);
 }

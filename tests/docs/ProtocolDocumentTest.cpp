@@ -107,7 +107,7 @@ TEST(ProtocolDocument, ItsCommandsAreWhatTheirFieldsAreSentAs) {
                 each.set(value->second);
             }
         }
-        EXPECT_EQ(hexadecimal(message->serialize()), hexadecimal(example.frame)) << example.messageClass;
+        EXPECT_EQ(hexText(message->serialize()), hexText(example.frame)) << example.messageClass;
         EXPECT_EQ(fieldsOf(messageClass, *message), example.fields) << example.messageClass;
     }
 }
@@ -118,8 +118,8 @@ TEST(ProtocolDocument, ItsAnswersAreReadAsTheirFields) {
         const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
         ASSERT_NE(message, nullptr) << example.messageClass;
         ASSERT_TRUE(messageClass.matches(*message)) << example.messageClass;
-        EXPECT_TRUE(message->_valid) << hexadecimal(example.frame);
-        EXPECT_EQ(fieldsOf(messageClass, *message), example.fields) << hexadecimal(example.frame);
+        EXPECT_TRUE(message->_valid) << hexText(example.frame);
+        EXPECT_EQ(fieldsOf(messageClass, *message), example.fields) << hexText(example.frame);
     }
 }
 
@@ -127,7 +127,7 @@ TEST(ProtocolDocument, ItsAcknowledgementsPassTheCheckOfTheHost) {
     for (const Example& example : examplesOf("acknowledgement")) {
         const auto message = messageClassNamed(example.messageClass).make();
         const std::uint8_t type = message->serialize().at(typeOffset);
-        EXPECT_TRUE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
+        EXPECT_TRUE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexText(example.frame);
     }
 }
 
@@ -135,18 +135,17 @@ TEST(ProtocolDocument, WhatItCallsDeniedAcknowledgesNoCommand) {
     ASSERT_THAT(examplesOf("denied"), Not(IsEmpty()));
     for (const Example& example : examplesOf("denied")) {
         const std::uint8_t type = messageClassNamed(example.messageClass).make()->serialize().at(typeOffset);
-        EXPECT_EQ(example.frame.at(typeOffset), type) << hexadecimal(example.frame);
-        EXPECT_FALSE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexadecimal(example.frame);
+        EXPECT_EQ(example.frame.at(typeOffset), type) << hexText(example.frame);
+        EXPECT_FALSE(VelmorindalCommand::verifyHeader(example.frame, type)) << hexText(example.frame);
     }
 }
 
 TEST(ProtocolDocument, WhatItCallsRefusedBecomesNoValidMessage) {
     for (const Example& example : examplesOf("refused")) {
         const auto message = VelmorindalMessageFactory::createFromWire(example.frame);
-        EXPECT_FALSE(message && message->_valid) << hexadecimal(example.frame);
+        EXPECT_FALSE(message && message->_valid) << hexText(example.frame);
         if (message) {
-            EXPECT_TRUE(messageClassNamed(example.messageClass).matches(*message))
-                << hexadecimal(example.frame);
+            EXPECT_TRUE(messageClassNamed(example.messageClass).matches(*message)) << hexText(example.frame);
         }
     }
 }

@@ -28,7 +28,7 @@ ByteBuffer bytesFrom(std::string_view text) {
     return bytes;
 }
 
-std::string hexadecimal(std::span<const std::uint8_t> bytes) {
+std::string hexText(std::span<const std::uint8_t> bytes) {
     return bytes.empty() ? "-" : hexadecimal(bytes, "");
 }
 

@@ -30,6 +30,6 @@ Number numberFrom(std::string_view text, int base = 10) {
 ByteBuffer bytesFrom(std::string_view text);
 
 /// The text that bytesFrom understands.
-std::string hexadecimal(std::span<const std::uint8_t> bytes);
+std::string hexText(std::span<const std::uint8_t> bytes);
 
 }  // namespace velmorindal

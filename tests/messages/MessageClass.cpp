@@ -49,7 +49,7 @@ Field field(std::string_view name, float& value) {
                 for (const unsigned shift : {24U, 16U, 8U, 0U}) {
                     bytes.push_back(static_cast<std::uint8_t>(bits >> shift & 0xFFU));
                 }
-                return hexadecimal(bytes);
+                return hexText(bytes);
             },
             [&value](std::string_view text) {
                 value = std::bit_cast<float>(numberFrom<std::uint32_t>(text, 16));
@@ -59,7 +59,7 @@ Field field(std::string_view name, float& value) {
 Field field(std::string_view name, std::string& value) {
     return {name,
             [&value] {
-                return hexadecimal(ByteBuffer{value.begin(), value.end()});
+                return hexText(ByteBuffer{value.begin(), value.end()});
             },
             [&value](std::string_view text) {
                 const ByteBuffer bytes = bytesFrom(text);
@@ -154,7 +154,7 @@ std::string described(VelmorindalCommand* message) {
 
 std::string sent(const VelmorindalCommand& message) {
     try {
-        return hexadecimal(message.serialize());
+        return hexText(message.serialize());
     } catch (const VelmorindalException& exception) {
         return exception.what();
     }

@@ -146,10 +146,10 @@ TEST_F(FrameOracleTest, AgreesWithTheFactoryOnEveryFrame) {
             continue;
         }
         const auto made = VelmorindalMessageFactory::createFromWire(frame);
-        ASSERT_EQ(described(made.get()), expected.message) << hexadecimal(frame);
-        ASSERT_EQ(takePrinted(), expected.line) << hexadecimal(frame);
+        ASSERT_EQ(described(made.get()), expected.message) << hexText(frame);
+        ASSERT_EQ(takePrinted(), expected.line) << hexText(frame);
         if (made) {
-            ASSERT_EQ(sent(*made), expected.sentAgain) << hexadecimal(frame);
+            ASSERT_EQ(sent(*made), expected.sentAgain) << hexText(frame);
         }
         ++outcomes[{meant.name, !made ? "none" : made->_valid ? "valid" : "invalid"}];
     }
@@ -169,7 +169,7 @@ TEST_F(FrameOracleTest, AgreesOnWhatAFrameMakesOfAnObject) {
         Object expected = object(each, below(2) == 0);
         const auto made = ours(expected);
         const ByteBuffer frame = frameFor(below(5) == 0 ? anyMessage() : each);
-        const std::string question = hexadecimal(frame) + " into " + expected.description();
+        const std::string question = hexText(frame) + " into " + expected.description();
         const oracle::Reception reception = oracle::receive(expected, frame);
         if (reception.stops) {
             continue;
@@ -218,8 +218,8 @@ TEST_F(FrameOracleTest, AgreesOnTheHeaderOfEveryFrame) {
         const ByteBuffer frame = frameFor(anyMessage());
         const std::uint8_t type = frame.size() > 2 && below(10) < 7 ? frame[2] : anyByte();
         const std::string expected = oracle::lineOfCheck(frame, type);
-        ASSERT_EQ(VelmorindalCommand::verifyHeader(frame, type), expected.empty()) << hexadecimal(frame);
-        ASSERT_EQ(takePrinted(), expected) << hexadecimal(frame);
+        ASSERT_EQ(VelmorindalCommand::verifyHeader(frame, type), expected.empty()) << hexText(frame);
+        ASSERT_EQ(takePrinted(), expected) << hexText(frame);
         ++passed[expected.empty() ? 1 : 0];
     }
     EXPECT_GT(passed[0], 0);
@@ -246,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(NoUTF8, NoVersionTextDeathTest,
                                          ByteBuffer{0xED, 0xA0, 0x80},        // a surrogate
                                          ByteBuffer{0xF4, 0x90, 0x80, 0x80}   // beyond U+10FFFF
                                          ),
-                         [](const auto& text) { return "Bytes" + hexadecimal(text.param); });
+                         [](const auto& text) { return "Bytes" + hexText(text.param); });
 
 }  // namespace
 }  // namespace velmorindal

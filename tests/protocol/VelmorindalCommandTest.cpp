@@ -1,24 +1,11 @@
 #include "VelmorindalCommand.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
+#include <gmock/gmock.h>
 
 namespace velmorindal {
 namespace {
 
 using Protocol = VelmorindalCommandProtocol;
-
-/// The protocol error that `action` throws, or nothing.
-template <typename Action>
-std::optional<VelmorindalError> errorOf(Action action) {
-    try {
-        action();
-    } catch (const VelmorindalException& exception) {
-        return exception.error;
-    }
-    return std::nullopt;
-}
 
 TEST(AddHeader, PutsKindMarkerTypeAndLengthBeforeThePayload) {
     const ByteBuffer payload{0x00, 0xFF, 0x62};
@@ -47,15 +34,14 @@ TEST(VelmorindalCommand, IsValidFromTheStart) {
 }
 
 TEST(VelmorindalCommand, ImplementsNeitherDirection) {
+    const auto notImplemented = testing::Throws<VelmorindalException>(
+        testing::Field(&VelmorindalException::error, VelmorindalError::NotImplementedError));
     VelmorindalCommand command;
-    EXPECT_EQ(errorOf([&] { command.serialize(); }), VelmorindalError::NotImplementedError);
-    EXPECT_EQ(errorOf([&] {
-                  command.deserialize(ByteBuffer{'r', 'b', 's', 0x00});
-              }),
-              VelmorindalError::NotImplementedError);
+    EXPECT_THAT([&] { command.serialize(); }, notImplemented);
+    EXPECT_THAT([&] { command.deserialize(ByteBuffer{'r', 'b', 's', 0x00}); }, notImplemented);
     EXPECT_TRUE(command._valid);
     command._valid = false;
-    EXPECT_EQ(errorOf([&] { command.serialize(); }), VelmorindalError::NotImplementedError);
+    EXPECT_THAT([&] { command.serialize(); }, notImplemented);
 }
 
 }  // namespace
